@@ -1,0 +1,25 @@
+# How a layer is built. Each layer is one static library whose headers are reachable only by
+# those that link it, so that an include against the direction of the layers doesn't compile.
+
+add_library(orbelo_flags INTERFACE)
+target_compile_options(orbelo_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<CXX_COMPILER_ID:Clang>:-Wextra-semi -Wimplicit-fallthrough -Wunreachable-code>)
+if(ORBELO_SANITIZE)
+  target_compile_options(orbelo_flags INTERFACE
+    -fsanitize=${ORBELO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(orbelo_flags INTERFACE -fsanitize=${ORBELO_SANITIZE})
+endif()
+
+# orbelo_layer(<name> SOURCES <file>... [BELOW <layer>...])
+function(orbelo_layer name)
+  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;BELOW")
+  add_library(orbelo_${name} STATIC ${layer_SOURCES})
+  add_library(orbelo::${name} ALIAS orbelo_${name})
+  target_include_directories(orbelo_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(orbelo_${name} PRIVATE orbelo_flags)
+  foreach(below IN LISTS layer_BELOW)
+    target_link_libraries(orbelo_${name} PUBLIC orbelo::${below})
+  endforeach()
+endfunction()

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <pthread.h>
-
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <pthread.h>
 #include <string_view>
 
 #include "CkSocket.h"

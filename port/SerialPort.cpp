@@ -1,15 +1,14 @@
 #include "SerialPort.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <fcntl.h>
 #include <stdexcept>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace {
 
@@ -97,9 +96,8 @@ void applyDataBits(tcflag_t& flags, std::int32_t dataBits) {
 }
 
 void applySpeed(termios& settings, std::int32_t bitsPerSecond) {
-  const auto speed = std::find_if(kSpeeds.begin(), kSpeeds.end(), [&](const Speed& s) {
-    return s.bitsPerSecond == bitsPerSecond;
-  });
+  const auto speed = std::find_if(kSpeeds.begin(), kSpeeds.end(),
+                                  [&](const Speed& s) { return s.bitsPerSecond == bitsPerSecond; });
   if (speed == kSpeeds.end()) {
     throw std::runtime_error(std::string("baudRate passed to ") + kConfigure + " unrecognized.");
   }
@@ -233,8 +231,7 @@ unsigned long COMPort::write(const void* data, unsigned long size) {
     throwError(kWrite, " called but state != OPEN. Please call Open() first.");
   }
   if (fileDesc < 0) {
-    throwError(kWrite,
-               " called but file descriptor < 0, indicating file has not been opened.");
+    throwError(kWrite, " called but file descriptor < 0, indicating file has not been opened.");
   }
   const ssize_t count = ::write(fileDesc, data, size);
   if (count == -1) throwSystemError();

@@ -1,8 +1,7 @@
 #include "CkFileAccess.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
+#include <sys/stat.h>
 
 #include "CkString.h"
 

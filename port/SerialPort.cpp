@@ -1,15 +1,16 @@
 #include "SerialPort.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <fcntl.h>
-#include <poll.h>
 #include <stdexcept>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace {
 

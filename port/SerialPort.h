@@ -1,8 +1,9 @@
 #pragma once
 
+#include <termios.h>
+
 #include <cstdint>
 #include <string>
-#include <termios.h>
 #include <vector>
 
 /// One open serial line in raw mode. Reads never wait. All troubles are exceptions: a

@@ -32,9 +32,7 @@ std::string_view takeWord(std::string_view& text) {
   return word;
 }
 
-bool always(const ScaleModel& /*model*/) {
-  return true;
-}
+bool always(const ScaleModel& /*model*/) { return true; }
 
 /// A command that changes what a scale shows, and the models that know it.
 struct StateCommand {

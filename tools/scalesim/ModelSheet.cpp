@@ -40,15 +40,11 @@ std::string exchangeText(const ScaleModel& model) {
 
 const Text& actionText(Action action) {
   switch (action) {
-    case Action::Tare:
-      return texts::kTare;
-    case Action::Zero:
-      return texts::kZero;
-    case Action::Price:
-      return texts::kPrice;
+    case Action::Tare: return texts::kTare;
+    case Action::Zero: return texts::kZero;
+    case Action::Price: return texts::kPrice;
     case Action::Weigh:
-    case Action::Setup:
-      break;
+    case Action::Setup: break;
   }
   return texts::kSetup;
 }
@@ -82,12 +78,9 @@ std::string decimalsText(const ScaleModel& model) {
 
 const Text& unitText(sim::WeightUnit unit) {
   switch (unit) {
-    case sim::WeightUnit::Kilograms:
-      return texts::kKilograms;
-    case sim::WeightUnit::Grams:
-      return texts::kGrams;
-    case sim::WeightUnit::Count:
-      break;
+    case sim::WeightUnit::Kilograms: return texts::kKilograms;
+    case sim::WeightUnit::Grams: return texts::kGrams;
+    case sim::WeightUnit::Count: break;
   }
   return texts::kCount;
 }
@@ -101,12 +94,9 @@ std::string readingText(const ScaleModel& model) {
 
 std::string stabilityText(const ScaleModel& model) {
   switch (model.stableReading) {
-    case sim::StableReading::AlwaysStable:
-      return say(texts::kStabilityAlways);
-    case sim::StableReading::AlwaysMoving:
-      return say(texts::kStabilityNever);
-    case sim::StableReading::AsShown:
-      break;
+    case sim::StableReading::AlwaysStable: return say(texts::kStabilityAlways);
+    case sim::StableReading::AlwaysMoving: return say(texts::kStabilityNever);
+    case sim::StableReading::AsShown: break;
   }
   return say(texts::kStabilityShown);
 }

@@ -1,5 +1,8 @@
 #include "Player.h"
 
+#include <sys/signalfd.h>
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -9,9 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/signalfd.h>
 #include <system_error>
-#include <unistd.h>
 
 #include "Console.h"
 #include "Endpoint.h"

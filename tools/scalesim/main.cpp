@@ -24,19 +24,11 @@ const char* remedyFor(const std::error_code& code) {
 int run(int argc, const char* const* argv) {
   const Options options = readOptions(argc, argv);
   switch (options.task) {
-    case Options::Task::Help:
-      std::cout << helpText();
-      break;
-    case Options::Task::HelpOnModel:
-      std::cout << modelSheet(*options.model);
-      break;
-    case Options::Task::List:
-      std::cout << modelList();
-      break;
+    case Options::Task::Help: std::cout << helpText(); break;
+    case Options::Task::HelpOnModel: std::cout << modelSheet(*options.model); break;
+    case Options::Task::List: std::cout << modelList(); break;
     case Options::Task::Play:
-    case Options::Task::PlayAll:
-      play(options);
-      break;
+    case Options::Task::PlayAll: play(options); break;
   }
   return kGood;
 }

@@ -1,11 +1,12 @@
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
 #include <string>
-#include <sys/ioctl.h>
 #include <system_error>
-#include <termios.h>
 
 #include "Endpoint.h"
 
@@ -44,9 +45,7 @@ PtyEndpoint::PtyEndpoint(std::filesystem::path link) : link_(std::move(link)) {
   comeBack();
 }
 
-PtyEndpoint::~PtyEndpoint() {
-  goAway();
-}
+PtyEndpoint::~PtyEndpoint() { goAway(); }
 
 void PtyEndpoint::comeBack() {
   if (master_) return;
@@ -93,9 +92,7 @@ void PtyEndpoint::goAway() {
   master_.reset();
 }
 
-void PtyEndpoint::hangUp() {
-  goAway();
-}
+void PtyEndpoint::hangUp() { goAway(); }
 
 Bytes PtyEndpoint::receive() {
   std::array<std::uint8_t, 4096> chunk = {};

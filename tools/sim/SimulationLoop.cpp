@@ -1,10 +1,11 @@
 #include "SimulationLoop.h"
 
+#include <poll.h>
+#include <sys/eventfd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <system_error>
 
 namespace sim {

@@ -1,9 +1,10 @@
 #include <arpa/inet.h>
-#include <array>
-#include <cerrno>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
 #include <system_error>
 
 #include "Endpoint.h"
@@ -26,9 +27,7 @@ sockaddr* plain(sockaddr_in& address) {
 
 }  // namespace
 
-TcpEndpoint::TcpEndpoint(std::uint16_t port) : port_(port) {
-  comeBack();
-}
+TcpEndpoint::TcpEndpoint(std::uint16_t port) : port_(port) { comeBack(); }
 
 std::string TcpEndpoint::address() const {
   return std::string(kLoopback) + ":" + std::to_string(port_);
@@ -53,9 +52,7 @@ void TcpEndpoint::comeBack() {
   listener_ = std::move(listener);
 }
 
-void TcpEndpoint::hangUp() {
-  client_.reset();
-}
+void TcpEndpoint::hangUp() { client_.reset(); }
 
 void TcpEndpoint::goAway() {
   client_.reset();

@@ -10,9 +10,7 @@ namespace {
 
 constexpr std::uint8_t kAddress = 0x40;
 
-char signCharacter(const Display& display) {
-  return display.negative() ? '-' : ' ';
-}
+char signCharacter(const Display& display) { return display.negative() ? '-' : ' '; }
 
 /// 02 40 D sign | 0 0 1 2 5 0 | decimals | checksum, 2 nibbles | 03
 Bytes a9Frame(const Display& display) {

@@ -9,9 +9,7 @@ namespace sim {
 
 namespace {
 
-Bytes line(std::string_view text) {
-  return {text.begin(), text.end()};
-}
+Bytes line(std::string_view text) { return {text.begin(), text.end()}; }
 
 /// "       1.250" CR LF: a blank and eleven places of weight text.
 Bytes tbeFrame(const Display& display) {

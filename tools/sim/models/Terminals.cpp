@@ -8,9 +8,7 @@ namespace sim {
 
 namespace {
 
-Bytes line(std::string_view text) {
-  return {text.begin(), text.end()};
-}
+Bytes line(std::string_view text) { return {text.begin(), text.end()}; }
 
 /// "XN" CR LF | 2 places | LF | 6 places | "kg" CR LF
 ///

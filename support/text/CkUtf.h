@@ -6,6 +6,10 @@
 class DataBuffer;
 class StringBuffer;
 
+/// True while characters above U+FFFF are written to UTF-8 as 4 bytes, false while as two
+/// surrogates of 3 bytes each.
+extern bool g_allow_4byte_utf8;
+
 /// Primitives of UTF-8, UTF-16, UTF-32, UTF-7 and the GSM alphabet. Wide texts are in native
 /// byte order and given as bytes; results are appended to `out`.
 class _ckUtf {

@@ -95,8 +95,10 @@ bool DataBuffer::expandBuffer(std::uint32_t n) {
          reallocate(std::uint64_t{m_size} + n + kLastResort);
 }
 
-bool DataBuffer::contains(const unsigned char* p) const {
-  return m_data != nullptr && !std::less<>{}(p, m_data) && std::less<>{}(p, m_data + m_capacity);
+bool DataBuffer::contains(const void* p) const {
+  const void* const begin = m_data;
+  const void* const end = m_data + m_capacity;
+  return m_data != nullptr && !std::less<>{}(p, begin) && std::less<>{}(p, end);
 }
 
 void DataBuffer::borrowData(void* p, std::uint32_t n) {
@@ -202,8 +204,9 @@ bool DataBuffer::beginsWith(const void* p, std::uint32_t n) const {
 std::uint32_t DataBuffer::findBytes2(const void* p, std::uint32_t n, std::uint32_t start) const {
   if (p == nullptr || n == 0 || start > m_size) return kNotFound;
   const unsigned char* const wanted = static_cast<const unsigned char*>(p);
+  const unsigned char* const from = m_data + start;
   const unsigned char* const end = m_data + m_size;
-  const unsigned char* const found = std::search(m_data + start, end, wanted, wanted + n);
+  const unsigned char* const found = std::search(from, end, wanted, wanted + n);
   return found == end ? kNotFound : static_cast<std::uint32_t>(found - m_data);
 }
 

@@ -44,6 +44,8 @@ class DataBuffer : public KestrumObject {
   std::uint32_t findBytes2(const void* p, std::uint32_t n, std::uint32_t start = 0) const;
   static constexpr std::uint32_t kNotFound = 0xFFFFFFFF;
   bool is7bit() const;
+  /// True if the address lies in the block.
+  bool contains(const void* p) const;
 
   // Adding --------------------------------------------------------------------------------
 
@@ -145,7 +147,6 @@ class DataBuffer : public KestrumObject {
  private:
   static constexpr std::uint8_t kValid = 0xDB;
 
-  bool contains(const unsigned char* p) const;
   bool expandBuffer(std::uint32_t n);
   bool reallocate(std::uint64_t n);
   void adopt(CkBlock block, std::uint32_t size, std::uint32_t capacity);

@@ -4,10 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "UnicodeLookup.h"
+
 class DataBuffer;
 class HashConvert;
 class LogBase;
-class UnicodeLookup;
 
 /// Converts texts between code pages (Windows numbering: 65001 UTF-8, 1200 and 1201 UTF-16,
 /// 12000 and 12001 UTF-32). One object for one conversion. What is neither UTF-8 nor UTF-16 goes
@@ -59,38 +60,48 @@ class EncodingConvert {
   static void cleanupMemory();
 
  private:
-  struct Source;
+  /// Bytes to convert.
+  struct Source {
+    const unsigned char* p;
+    std::size_t n;
+  };
 
-  bool convert_a(int from, int to, const unsigned char* p, std::size_t n, DataBuffer& out,
-                 LogBase& log);
-  bool convertNormalised(int from, int to, const Source& source, DataBuffer& out, LogBase& log);
-  bool convertThroughUtf16(int from, int to, const Source& source, DataBuffer& out, LogBase& log);
-  bool convertToUtf32(int from, bool bigEndian, const Source& source, DataBuffer& out,
-                      LogBase& log);
+  bool convert_a(int from, int to, Source source, DataBuffer& out, LogBase& log);
+  bool convertNormalised(int from, int to, Source source, DataBuffer& out, LogBase& log);
+  bool pivot(int from, int to, Source source, DataBuffer& out, LogBase& log);
+  bool convertToUtf32(int from, bool bigEndian, Source source, DataBuffer& out, LogBase& log);
 
-  bool cv_utf8_to_utf16(const Source& source, DataBuffer& out, LogBase& log);
-  bool cv_utf16_to_utf8(const Source& source, DataBuffer& out);
-  bool convertToUnicodeHC(int codePage, const Source& source, DataBuffer& out, LogBase& log);
-  bool convertToUnicodeByLookup(const UnicodeLookup& table, const Source& source, DataBuffer& out,
-                                LogBase& log);
-  bool convertToUnicodeHCVar(const HashConvert& table, const Source& source, DataBuffer& out,
+  bool cv_utf8_to_utf16(Source source, DataBuffer& out, LogBase& log);
+  bool cv_utf16_to_utf8(Source source, DataBuffer& out);
+  bool convertToUnicodeHC(int codePage, Source source, DataBuffer& out, LogBase& log);
+  bool convertToUnicodeByLookup(UnicodeLookup table, Source source, DataBuffer& out, LogBase& log);
+  bool convertToUnicodeHCVar(const HashConvert& table, Source source, DataBuffer& out,
                              LogBase& log);
-  bool convertFromUnicodeHC(int codePage, const Source& source, DataBuffer& out, LogBase& log);
-  bool convertFromUnicodeHC2(const HashConvert& table, const Source& source, DataBuffer& out,
+  bool convertFromUnicodeHC(int codePage, Source source, DataBuffer& out, LogBase& log);
+  bool convertFromUnicodeHC2(const HashConvert& table, Source source, DataBuffer& out,
                              LogBase& log);
 
-  void handleError(const unsigned char* p, std::size_t n, int from, DataBuffer& out,
-                   LogBase& log);
+  // One pass in place of a pivot, for texts in which nothing has to be marked.
+  bool singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out);
+  bool singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out);
+  bool utf8ToTable(const HashConvert& table, Source source, DataBuffer& out, bool& ok);
+
+  /// A character of source code page `from` did not convert.
+  void handleError(int from, Source character, DataBuffer& out, LogBase& log);
   void writeErrorBytes(const void* p, std::size_t n, DataBuffer& out) const;
+  void writeHexReference(Source character, DataBuffer& out) const;
 
+  /// Surrogate pairs become one 4-byte sequence of UTF-8.
+  bool m_surrogatesTo4Byte = true;
   int m_errorAction = Drop;
   int m_altDestCodePage = 0;
   std::size_t m_defBytesLen = 0;
   std::array<unsigned char, 100> m_defBytes = {};
   int m_fromCodePage = 0;
   int m_toCodePage = 0;
-  bool m_surrogatesTo4Byte = true;
+  /// First stage of a pivot: what an error action writes is marked, to pass the second stage.
   bool m_markErrors = false;
+  /// Second stage of a pivot: marked bytes are passed through.
   bool m_unmarkErrors = false;
   bool m_hadError = false;
 };

@@ -8,12 +8,6 @@
 #include "KestrumObject.h"
 #include "StringBuffer.h"
 
-class _ckCharset;
-
-/// True while characters above U+FFFF are written to UTF-8 as 4 bytes, false while as two
-/// surrogates of 3 bytes each.
-extern bool g_allow_4byte_utf8;
-
 /// One text in up to three forms: ANSI, UTF-8 and wide (UTF-16 or UTF-32 in native order). A
 /// form is made when somebody asks for it, and kept until the text changes. Conversions are
 /// silent: what a form cannot hold is dropped from it.
@@ -84,9 +78,10 @@ class XString : public KestrumObject {
   bool setFromUtf32_xe(const char32_t* text);
   bool setFromWideStr(const wchar_t* text);
   bool setFromSbUtf8(const StringBuffer& text);
-  /// Bytes in the named character set, ANSI if the name is unknown.
-  bool setFromDb(const char* charset, const DataBuffer& bytes);
-  bool setFromDb_cp(int codePage, const DataBuffer& bytes);
+  /// Bytes in the named character set, ANSI if the name is unknown; the number of a binary
+  /// encoding gives the bytes in it. The block may be taken over, which leaves `bytes` empty.
+  bool setFromDb(const char* charset, DataBuffer& bytes);
+  bool setFromDb_cp(int codePage, DataBuffer& bytes);
 
   bool appendUtf8(const char* text);
   bool appendUtf8N(const char* text, std::size_t n);
@@ -115,8 +110,7 @@ class XString : public KestrumObject {
   void clear();
   /// Empties the forms, keeps their memory, never wipes.
   void weakClear();
-  /// Frees the forms without wiping the wide one.
-  void strongClear();
+  void strongClear() { clear(); }
   /// Wipes and frees the forms.
   void secureClear();
   /// Keeps one form and frees the others.
@@ -163,12 +157,14 @@ class XString : public KestrumObject {
   void onlyWide(bool utf16);
   std::uint32_t wideWidth() const { return m_wideIsUtf16 ? 2 : 4; }
   std::uint32_t wideSize() const;
+  void releaseWide();
+  void terminateWide();
+  bool makeWide(bool utf16);
   template <typename Unit>
   bool appendWide(const Unit* text, std::size_t n);
   template <typename Unit>
-  bool appendWideText(const Unit* text);
-  bool convertWide(int fromCodePage, int toCodePage);
-  bool makeWide(bool utf16);
+  bool setWide(const Unit* text);
+  bool convertTo(int codePage, DataBuffer& out);
 
   std::uint32_t m_magic = kMagicX;
   bool m_wideReady = false;

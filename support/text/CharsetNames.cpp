@@ -1,5 +1,9 @@
 #include "CharsetNames.h"
 
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 // Lower case, "-" for "_". Names of less than three characters and those with "_" never match a
 // name that was asked for, which is normalised before; they stand here for completeness.
 
@@ -192,6 +196,14 @@ constexpr CharsetName kNames[] = {
     {"utf8", 65001}, {"unicode-1-1-utf-8", 65001}, {"unicode-2-0-utf-8", 65001},
 };
 
+constexpr auto kNamesInOrder = [] {
+  std::array<CharsetName, std::size(kNames)> names;
+  std::copy(std::begin(kNames), std::end(kNames), names.begin());
+  std::sort(names.begin(), names.end(),
+            [](const CharsetName& a, const CharsetName& b) { return a.name < b.name; });
+  return names;
+}();
+
 constexpr CanonicalName kCanonicalNames[] = {
     {437, "ibm437"},
     {500, "ibm500"},
@@ -343,6 +355,6 @@ constexpr CanonicalName kCanonicalNames[] = {
 
 }  // namespace
 
-std::span<const CharsetName> charsetNames() { return kNames; }
+std::span<const CharsetName> charsetNames() { return kNamesInOrder; }
 
 std::span<const CanonicalName> canonicalNames() { return kCanonicalNames; }

@@ -71,8 +71,7 @@ char* encodeRest(const PairTable& pairs, const unsigned char* p, std::size_t n, 
 
 bool reserveText(StringBuffer& out, std::size_t n, std::uint32_t line) {
   return !ck64_TooBigForUnsigned32(n) &&
-         out.expectNumBytes(
-             ContentCoding::computeBase64Size(static_cast<std::uint32_t>(n), line));
+         out.expectNumBytes(ContentCoding::computeBase64Size(static_cast<std::uint32_t>(n), line));
 }
 
 bool encode(const PairTable& pairs, const void* data, std::size_t n, StringBuffer& out) {
@@ -142,8 +141,7 @@ CkBlock ContentCoding::decodeBase64_2(const char* text, std::size_t n, std::uint
   outLen = 0;
   ok = true;
   if (text == nullptr || n == 0) return nullptr;
-  CkBlock block =
-      ck64_TooBigForUnsigned32(n) ? nullptr : ckNewUnsignedChar(n / 4 * 3 + n % 4 + 4);
+  CkBlock block = ck64_TooBigForUnsigned32(n) ? nullptr : ckNewUnsignedChar(n / 4 * 3 + n % 4 + 4);
   if (block == nullptr) {
     ok = false;
     return nullptr;
@@ -199,8 +197,7 @@ bool ContentCoding::decodeBase64ToDb(const char* p, std::size_t n, DataBuffer& o
 
 bool ContentCoding::appendBase64(StringBuffer& out, const char* text) {
   DataBuffer bytes;
-  return text == nullptr ||
-         (decodeBase64ToDb(text, std::strlen(text), bytes) && out.append(bytes));
+  return text == nullptr || (decodeBase64ToDb(text, std::strlen(text), bytes) && out.append(bytes));
 }
 
 bool ContentCoding::validateBase64(const char* p, std::size_t n) {

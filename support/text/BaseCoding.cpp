@@ -11,7 +11,8 @@
 #include "StringBuffer.h"
 #include "TextStage.h"
 
-// Base32 (RFC 4648) --------------------------------------------------------------------------------
+// Base32 (RFC 4648)
+// --------------------------------------------------------------------------------
 
 namespace {
 
@@ -56,7 +57,8 @@ bool ContentCoding::decodeBase32(const char* p, std::size_t n, DataBuffer& out) 
   return true;
 }
 
-// Ascii85: four bytes as five digits of base 85 from "!" on, "z" for four zero bytes -----------------
+// Ascii85: four bytes as five digits of base 85 from "!" on, "z" for four zero bytes
+// -----------------
 
 namespace {
 
@@ -132,7 +134,8 @@ bool ContentCoding::decodeAscii85(const char* p, std::size_t n, DataBuffer& out)
   return emit(bytes);
 }
 
-// EDA: pairs of bytes as three digits of base 43 ----------------------------------------------------
+// EDA: pairs of bytes as three digits of base 43
+// ----------------------------------------------------
 
 namespace {
 
@@ -178,7 +181,8 @@ bool ContentCoding::decodeEda(const char* p, std::size_t n, DataBuffer& out) {
   return count != 2 || out.push_back(static_cast<unsigned char>(value));
 }
 
-// Uuencoding (POSIX): lines of 45 bytes behind a length character -------------------------------------
+// Uuencoding (POSIX): lines of 45 bytes behind a length character
+// -------------------------------------
 
 namespace {
 

@@ -36,8 +36,8 @@ constexpr std::array<BinaryName, 25> kBinaryNames = {{
 }};
 
 int binaryEncodingOf(std::string_view name) {
-  const auto place = std::find_if(
-      kBinaryNames.begin(), kBinaryNames.end(), [&](const BinaryName& known) {
+  const auto place =
+      std::find_if(kBinaryNames.begin(), kBinaryNames.end(), [&](const BinaryName& known) {
         return known.asPrefix ? name.starts_with(known.name) : name == known.name;
       });
   return place == kBinaryNames.end() ? 0 : place->encoding;

@@ -65,65 +65,42 @@ int baseEncodingOf(std::string_view name) {
 
 UrlStyle urlStyleOf(int encoding) {
   switch (encoding) {
-    case _clsEncode::UrlRfc1738:
-      return UrlStyle::Rfc1738;
-    case _clsEncode::UrlRfc2396:
-      return UrlStyle::Rfc2396;
-    case _clsEncode::UrlRfc3986:
-      return UrlStyle::Rfc3986;
-    case _clsEncode::UrlOAuth:
-      return UrlStyle::OAuth;
-    default:
-      return UrlStyle::Plain;
+    case _clsEncode::UrlRfc1738: return UrlStyle::Rfc1738;
+    case _clsEncode::UrlRfc2396: return UrlStyle::Rfc2396;
+    case _clsEncode::UrlRfc3986: return UrlStyle::Rfc3986;
+    case _clsEncode::UrlOAuth: return UrlStyle::OAuth;
+    default: return UrlStyle::Plain;
   }
 }
 
 bool encodeInto(int encoding, const void* p, std::size_t n, StringBuffer& out) {
   switch (encoding) {
-    case _clsEncode::QuotedPrintable:
-      return ContentCoding::encodeQuotedPrintable(p, n, out);
-    case _clsEncode::Hex:
-      return ContentCoding::encodeHex(p, n, HexStyle::Upper, out);
-    case _clsEncode::Fingerprint:
-      return ContentCoding::encodeHex(p, n, HexStyle::UpperColons, out);
-    case _clsEncode::HexLower:
-      return ContentCoding::encodeHex(p, n, HexStyle::Lower, out);
+    case _clsEncode::QuotedPrintable: return ContentCoding::encodeQuotedPrintable(p, n, out);
+    case _clsEncode::Hex: return ContentCoding::encodeHex(p, n, HexStyle::Upper, out);
+    case _clsEncode::Fingerprint: return ContentCoding::encodeHex(p, n, HexStyle::UpperColons, out);
+    case _clsEncode::HexLower: return ContentCoding::encodeHex(p, n, HexStyle::Lower, out);
     case _clsEncode::Url:
     case _clsEncode::UrlRfc1738:
     case _clsEncode::UrlRfc2396:
     case _clsEncode::UrlRfc3986:
-    case _clsEncode::UrlOAuth:
-      return ContentCoding::encodeUrl(p, n, urlStyleOf(encoding), out);
-    case _clsEncode::Base32:
-      return ContentCoding::encodeBase32_noCrLf(p, n, out);
-    case _clsEncode::Uu:
-      return ContentCoding::encodeUu(p, n, out);
-    case _clsEncode::ModBase64:
-      return ContentCoding::encodeModBase64_noCrLf(p, n, out);
+    case _clsEncode::UrlOAuth: return ContentCoding::encodeUrl(p, n, urlStyleOf(encoding), out);
+    case _clsEncode::Base32: return ContentCoding::encodeBase32_noCrLf(p, n, out);
+    case _clsEncode::Uu: return ContentCoding::encodeUu(p, n, out);
+    case _clsEncode::ModBase64: return ContentCoding::encodeModBase64_noCrLf(p, n, out);
     case _clsEncode::Base64Url:
       if (!ContentCoding::encodeModBase64_noCrLf(p, n, out)) return false;
       while (out.lastChar() == '=') out.shorten(1);
       return true;
-    case _clsEncode::Q:
-      return ContentCoding::Q_Encode(p, n, nullptr, out);
-    case _clsEncode::B:
-      return ContentCoding::B_Encode(p, n, nullptr, out);
-    case _clsEncode::Base58:
-      return ContentCoding::encodeBase58(p, n, out);
-    case _clsEncode::Decimal:
-      return ContentCoding::encodeDecimal(p, n, out);
-    case _clsEncode::Eda:
-      return ContentCoding::encodeEda(p, n, out);
-    case _clsEncode::Json:
-      return ContentCoding::encodeJson(p, n, out);
-    case _clsEncode::DecList:
-      return ContentCoding::encodeDecList(p, n, out);
-    case _clsEncode::Base64Mime:
-      return ContentCoding().encodeBase64(p, n, out);
-    case _clsEncode::Ascii85:
-      return ContentCoding::encodeAscii85(p, n, out);
-    default:
-      return ContentCoding::encodeBase64_noCrLf(p, n, out);
+    case _clsEncode::Q: return ContentCoding::Q_Encode(p, n, nullptr, out);
+    case _clsEncode::B: return ContentCoding::B_Encode(p, n, nullptr, out);
+    case _clsEncode::Base58: return ContentCoding::encodeBase58(p, n, out);
+    case _clsEncode::Decimal: return ContentCoding::encodeDecimal(p, n, out);
+    case _clsEncode::Eda: return ContentCoding::encodeEda(p, n, out);
+    case _clsEncode::Json: return ContentCoding::encodeJson(p, n, out);
+    case _clsEncode::DecList: return ContentCoding::encodeDecList(p, n, out);
+    case _clsEncode::Base64Mime: return ContentCoding().encodeBase64(p, n, out);
+    case _clsEncode::Ascii85: return ContentCoding::encodeAscii85(p, n, out);
+    default: return ContentCoding::encodeBase64_noCrLf(p, n, out);
   }
 }
 
@@ -131,8 +108,7 @@ bool decodeInto(int encoding, StringBuffer& text, DataBuffer& out, LogBase& log)
   const char* const p = text.getString();
   const std::size_t n = text.getSize();
   switch (encoding) {
-    case _clsEncode::QuotedPrintable:
-      return ContentCoding::decodeQuotedPrintable(p, n, out);
+    case _clsEncode::QuotedPrintable: return ContentCoding::decodeQuotedPrintable(p, n, out);
     case _clsEncode::Hex:
     case _clsEncode::HexLower:
     case _clsEncode::Fingerprint:
@@ -143,39 +119,28 @@ bool decodeInto(int encoding, StringBuffer& text, DataBuffer& out, LogBase& log)
     case _clsEncode::UrlRfc1738:
     case _clsEncode::UrlRfc2396:
     case _clsEncode::UrlRfc3986:
-    case _clsEncode::UrlOAuth:
-      return ContentCoding::decodeUrl(p, n, out);
+    case _clsEncode::UrlOAuth: return ContentCoding::decodeUrl(p, n, out);
     case _clsEncode::Ansi: {
       EncodingConvert converter;
       converter.EncConvert(kUtf8, Psdk::getAnsiCodePage(), p, n, out, log);
       return true;
     }
-    case _clsEncode::Base32:
-      return ContentCoding::decodeBase32(p, n, out);
-    case _clsEncode::Uu:
-      return ContentCoding::decodeUu(p, n, out);
+    case _clsEncode::Base32: return ContentCoding::decodeBase32(p, n, out);
+    case _clsEncode::Uu: return ContentCoding::decodeUu(p, n, out);
     case _clsEncode::Q:
-    case _clsEncode::B:
-      return ContentCoding::QB_Decode(p, n, out);
-    case _clsEncode::Base58:
-      return ContentCoding::decodeBase58(p, n, out);
-    case _clsEncode::Decimal:
-      return ContentCoding::decodeDecimal(p, n, out);
-    case _clsEncode::Eda:
-      return ContentCoding::decodeEda(p, n, out);
-    case _clsEncode::Json:
-      return ContentCoding::decodeJson(p, n, out);
-    case _clsEncode::DecList:
-      return ContentCoding::decodeDecList(p, n, out);
-    case _clsEncode::Ascii85:
-      return ContentCoding::decodeAscii85(p, n, out);
+    case _clsEncode::B: return ContentCoding::QB_Decode(p, n, out);
+    case _clsEncode::Base58: return ContentCoding::decodeBase58(p, n, out);
+    case _clsEncode::Decimal: return ContentCoding::decodeDecimal(p, n, out);
+    case _clsEncode::Eda: return ContentCoding::decodeEda(p, n, out);
+    case _clsEncode::Json: return ContentCoding::decodeJson(p, n, out);
+    case _clsEncode::DecList: return ContentCoding::decodeDecList(p, n, out);
+    case _clsEncode::Ascii85: return ContentCoding::decodeAscii85(p, n, out);
     case _clsEncode::ModBase64:
     case _clsEncode::Base64Url:
       text.replaceCharAnsi('-', '+');
       text.replaceCharAnsi('_', '/');
       return ContentCoding::decodeBase64ToDb(p, n, out);
-    default:
-      return ContentCoding::decodeBase64ToDb(p, n, out);
+    default: return ContentCoding::decodeBase64ToDb(p, n, out);
   }
 }
 

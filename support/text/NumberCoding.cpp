@@ -41,8 +41,7 @@ constexpr std::array<unsigned char, 256> kHexValues = [] {
 unsigned char hexValue(char c) { return kHexValues[static_cast<unsigned char>(c)]; }
 
 bool appendZeros(DataBuffer& out, std::size_t n) {
-  return ck64_TooBigForUnsigned32(n) ? false
-                                     : out.appendCharN('\0', static_cast<std::uint32_t>(n));
+  return ck64_TooBigForUnsigned32(n) ? false : out.appendCharN('\0', static_cast<std::uint32_t>(n));
 }
 
 /// A number as bytes, most significant first, turned into digits of the base, and back. The

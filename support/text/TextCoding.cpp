@@ -47,7 +47,8 @@ std::string_view viewOf(const void* p, std::size_t n) {
 
 }  // namespace
 
-// Quoted-printable (RFC 2045) ------------------------------------------------------------------------
+// Quoted-printable (RFC 2045)
+// ------------------------------------------------------------------------
 
 bool ContentCoding::encodeQuotedPrintable(const void* p, std::size_t n, StringBuffer& out) {
   constexpr std::size_t kLongestLine = 76;
@@ -112,22 +113,19 @@ bool ContentCoding::decodeQuotedPrintable(const char* p, std::size_t n, DataBuff
   return true;
 }
 
-// Percent encoding -----------------------------------------------------------------------------------
+// Percent encoding
+// -----------------------------------------------------------------------------------
 
 namespace {
 
 /// What stands for itself besides letters and digits.
 std::string_view unreservedOf(UrlStyle style) {
   switch (style) {
-    case UrlStyle::Rfc1738:
-      return "$-_.+!*'(),";
-    case UrlStyle::Rfc2396:
-      return "-_.!~*'()";
+    case UrlStyle::Rfc1738: return "$-_.+!*'(),";
+    case UrlStyle::Rfc2396: return "-_.!~*'()";
     case UrlStyle::Rfc3986:
-    case UrlStyle::OAuth:
-      return "-._~";
-    case UrlStyle::Plain:
-      break;
+    case UrlStyle::OAuth: return "-._~";
+    case UrlStyle::Plain: break;
   }
   return "-_.";
 }
@@ -157,7 +155,8 @@ bool ContentCoding::decodeUrl(const char* p, std::size_t n, DataBuffer& out) {
   return true;
 }
 
-// JSON (RFC 8259) --------------------------------------------------------------------------------------
+// JSON (RFC 8259)
+// --------------------------------------------------------------------------------------
 
 namespace {
 
@@ -220,8 +219,9 @@ bool ContentCoding::decodeJson(const char* p, std::size_t n, DataBuffer& out) {
       continue;
     }
     const char letter = text[i + 1];
-    const auto* const escape = std::find_if(kJsonEscapes.begin(), kJsonEscapes.end(),
-                                            [&](const JsonEscape& e) { return e.letter == letter; });
+    const auto* const escape =
+        std::find_if(kJsonEscapes.begin(), kJsonEscapes.end(),
+                     [&](const JsonEscape& e) { return e.letter == letter; });
     // Any other character stands for itself, "/" among them.
     if (!out.appendChar(escape == kJsonEscapes.end() ? letter : escape->meaning)) return false;
     i += 2;
@@ -229,7 +229,8 @@ bool ContentCoding::decodeJson(const char* p, std::size_t n, DataBuffer& out) {
   return true;
 }
 
-// Encoded words (RFC 2047) -------------------------------------------------------------------------------
+// Encoded words (RFC 2047)
+// -------------------------------------------------------------------------------
 
 namespace {
 
@@ -254,7 +255,9 @@ std::size_t pieceThatFits(std::string_view text, std::size_t room, Width widthOf
   return fits != 0 ? fits : std::min<std::size_t>(text.size(), 1);
 }
 
-bool isPlainInQ(char c) { return isAsciiLetterOrDigit(c) || (c != '\0' && std::strchr("!*+-/", c)); }
+bool isPlainInQ(char c) {
+  return isAsciiLetterOrDigit(c) || (c != '\0' && std::strchr("!*+-/", c));
+}
 
 /// Writes one encoded word after the other; `put` writes a piece of the text.
 template <typename Fit, typename Put>

@@ -1,0 +1,100 @@
+#include "FrameReader.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "Sleep.h"
+
+namespace {
+
+/// A line at full speed can't fill even two of these reads while they are made; only a line that
+/// floods the port, or a broken adapter, reaches this many, and it must not hold the caller for
+/// ever.
+constexpr int kMaxDrainReads = 64;
+
+class Reader {
+ public:
+  Reader(COrbComLanPort& port, int& budget_ms, std::span<std::uint8_t> frame)
+      : port_(port), budget_ms_(budget_ms), frame_(frame) {}
+
+  std::size_t operator()(const StartByteRead& style) {
+    return readFromStart(style.length, style.start, kSilence_ms);
+  }
+
+  std::size_t operator()(const HuntingRead& style) {
+    return readFromStart(style.length, style.start, kHuntedByte_ms);
+  }
+
+  std::size_t operator()(const LengthRead& style) {
+    while (budgetLeft() && count_ < style.length + style.excessBound) readUpTo(style.length);
+    return count_;
+  }
+
+  std::size_t operator()(const TerminatorRead& style) {
+    while (budgetLeft() && count_ < style.capacity) {
+      readUpTo(style.capacity);
+      if (count_ >= style.minLength && endsWith(style)) break;
+    }
+    return count_;
+  }
+
+ private:
+  bool budgetLeft() const { return budget_ms_ >= 1; }
+
+  void waitOutSilence() {
+    orbSleep_mSec(kSilence_ms);
+    budget_ms_ -= kSilence_ms;
+  }
+
+  void readUpTo(std::size_t length) {
+    const int got = port_.read(frame_.data() + count_, length - count_);
+    if (got > 0) {
+      count_ += static_cast<std::size_t>(got);
+    } else {
+      waitOutSilence();
+    }
+  }
+
+  std::size_t readFromStart(std::size_t length, const Bytes& start, int wrongByte_ms) {
+    while (budgetLeft() && count_ < length) {
+      if (count_ > 0) {
+        readUpTo(length);
+      } else if (port_.read(frame_.data(), 1) != 1) {
+        waitOutSilence();
+      } else if (start.contains(frame_[0])) {
+        count_ = 1;
+      } else if (wrongByte_ms == kSilence_ms) {
+        waitOutSilence();
+      } else {
+        budget_ms_ -= wrongByte_ms;
+      }
+    }
+    return count_;
+  }
+
+  bool endsWith(const TerminatorRead& style) const {
+    if (count_ < style.end.size()) return false;
+    if (style.match == TerminatorRead::End::AnyOf) return style.end.contains(frame_[count_ - 1]);
+    const auto tail = frame_.subspan(count_ - style.end.size(), style.end.size());
+    return std::equal(tail.begin(), tail.end(), style.end.view().begin());
+  }
+
+  COrbComLanPort& port_;
+  int& budget_ms_;
+  std::span<std::uint8_t> frame_;
+  std::size_t count_ = 0;
+};
+
+}  // namespace
+
+void drain(COrbComLanPort& port, std::size_t readSize) {
+  const auto scratch = std::make_unique<unsigned char[]>(readSize);
+  for (int i = 0; i < kMaxDrainReads; ++i) {
+    if (port.read(scratch.get(), readSize) <= 0) return;
+  }
+}
+
+std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,
+                      std::span<std::uint8_t> frame) {
+  return std::visit(Reader(port, budget_ms, frame), style);
+}

@@ -1,0 +1,134 @@
+#include "PolledScales.h"
+
+#include <array>
+
+#include "FrameReader.h"
+#include "Sleep.h"
+
+namespace {
+
+constexpr std::size_t kReadOnceSize = 100;
+
+void enter(AtEntry atEntry, Reading& reading) {
+  switch (atEntry) {
+    case AtEntry::AllZero: reading = {}; return;
+    case AtEntry::Moving: reading.stable = 0; return;
+    case AtEntry::Stable: reading.stable = 1; return;
+  }
+}
+
+}  // namespace
+
+/// The port layer throws nothing, so this net catches what nobody foresaw.
+template <typename Operation>
+int PolledScales::underCatchAll(Operation operation) {
+  try {
+    return operation();
+  } catch (...) {
+    if (sheet_.closeOnException) CloseComPort();
+    return kNoConnection;
+  }
+}
+
+int PolledScales::OpenComPort() {
+  const int code = IScalesObject::OpenComPort();
+  // Set whatever the code is. A speed that the line refuses closes the port again, and the first
+  // read then finds none.
+  port.setBitRate(static_cast<unsigned long>(baudRate));
+  port.setParity(sheet_.line.parity);
+  port.setDataBits(sheet_.line.dataBits);
+  port.setStopBits(sheet_.line.stopBits);
+  return code;
+}
+
+int PolledScales::getScalesInfo(double* weight, double* price, double* cost, long* stable) {
+  Reading reading{*weight, *price, *cost, *stable};
+  enter(sheet_.atEntry, reading);
+  const int code = underCatchAll([&] { return poll(reading); });
+  *weight = reading.weight;
+  *price = reading.price;
+  *cost = reading.cost;
+  *stable = reading.stable;
+  return code;
+}
+
+int PolledScales::poll(Reading& reading) {
+  if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
+
+  int status = kNoAnswer;
+  int budget_ms = sheet_.budget_ms;
+  std::array<std::uint8_t, kMaxFrame> buffer = {};
+  for (int attempt = 0; attempt < sheet_.attempts; ++attempt) {
+    drain(port, sheet_.drainSize);
+    sendRequest(buffer);
+    buffer.fill(0);
+    if (!sheet_.oneBudgetForAll) budget_ms = sheet_.budget_ms;
+    const Frame frame = std::span(buffer).first(readFrame(port, sheet_.read, budget_ms, buffer));
+
+    if (sheet_.glance != nullptr) sheet_.glance(frame, reading);
+    if (!sheet_.isGood(frame)) continue;
+    const Outcome outcome = sheet_.parse(frame, reading);
+    status = outcome.code;
+    if (outcome.next == Outcome::Next::HangUp) {
+      CloseComPort();
+      return status;
+    }
+    if (outcome.next == Outcome::Next::EndPoll) break;
+  }
+  CloseIfMust();
+  return status;
+}
+
+void PolledScales::sendRequest(Frame lastFrame) {
+  const Request& request = sheet_.request;
+  if (request.first.empty()) return;
+  Bytes first = request.first;
+  first.add(lastFrame.first(request.frameHead));
+  port.write(first.data(), first.size());
+  if (request.second.empty()) return;
+  orbSleep_mSec(request.pause_ms);
+  port.write(request.second.data(), request.second.size());
+}
+
+int PolledScales::send(const Command& command) {
+  for (int i = 0; i < command.times; ++i) {
+    port.write(command.bytes.data(), command.bytes.size());
+    if (command.pause_ms > 0) orbSleep_mSec(command.pause_ms);
+  }
+  switch (command.afterwards) {
+    case Command::Afterwards::Nothing: break;
+    case Command::Afterwards::ReadOnce: {
+      std::array<unsigned char, kReadOnceSize> answer = {};
+      port.read(answer.data(), answer.size());
+      break;
+    }
+    case Command::Afterwards::Drain: drain(port, sheet_.drainSize); break;
+  }
+  CloseIfMust();
+  return kSuccess;
+}
+
+int PolledScales::pressT(double /*tare*/) {
+  if (!sheet_.tare) return kNotSupported;
+  return underCatchAll([&] {
+    const int code = isConnectedOrConnect();
+    return code == kSuccess ? send(*sheet_.tare) : code;
+  });
+}
+
+int PolledScales::pressNull() {
+  if (!sheet_.zero) return kNotSupported;
+  return underCatchAll([&] {
+    const int code = isConnectedOrConnect();
+    return code == kSuccess ? send(*sheet_.zero) : code;
+  });
+}
+
+int PolledScales::setPrice(long price) {
+  if (sheet_.price == nullptr) return kNotSupported;
+  return underCatchAll([&] {
+    if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
+    const std::optional<Command> command = sheet_.price(price);
+    return command ? send(*command) : static_cast<int>(kNotSupported);
+  });
+}

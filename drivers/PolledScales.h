@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ProtocolSheet.h"
+#include "ScalesObject.h"
+
+/// A scale that is polled by its protocol sheet. All that the protocols share stands here: the
+/// line settings at opening, the guard, the attempts, the commands and the ways out.
+class PolledScales : public IScalesObject {
+ public:
+  /// `sheet` must outlive the object.
+  explicit PolledScales(const ProtocolSheet& sheet) : sheet_(sheet) {}
+
+  int OpenComPort() override;
+  int getScalesInfo(double* weight, double* price, double* cost, long* stable) override;
+  int pressT(double tare) override;
+  int pressNull() override;
+  int setPrice(long price) override;
+
+ private:
+  int poll(Reading& reading);
+  void sendRequest(Frame lastFrame);
+  int send(const Command& command);
+  template <typename Operation>
+  int underCatchAll(Operation operation);
+
+  const ProtocolSheet& sheet_;
+};

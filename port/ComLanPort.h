@@ -1,0 +1,110 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+#include "CkSocket.h"
+#include "ExchangeLog.h"
+#include "SerialPort.h"
+
+/// The byte pipe of one scale, over a serial line or a TCP connection. Every failure of the
+/// transport is a return value; nothing throws. Line settings may be set before or after opening
+/// and survive closing. Each operation holds the port's recursive mutex for its whole length.
+class COrbComLanPort {
+ public:
+  /// What `getState` answers. Beware the sense: 0 is the good value.
+  static constexpr int kConnected = 0;
+  static constexpr int kNotConnected = 2;
+
+  COrbComLanPort();
+  explicit COrbComLanPort(const char* comName);
+  COrbComLanPort(const char* host, int port);
+  virtual ~COrbComLanPort();
+  COrbComLanPort(const COrbComLanPort&) = delete;
+  COrbComLanPort& operator=(const COrbComLanPort&) = delete;
+
+  /// Stores the settings of a serial line; names are cut at 1023 bytes. Returns 0.
+  int SetComPort(const char* name, unsigned long rate, COMPort::Parity parity,
+                 COMPort::DataBits dataBits, COMPort::StopBits stopBits, bool handshaking,
+                 bool xOnxOff);
+  /// Stores host and TCP port; the host is cut at 1023 bytes. Returns 0.
+  int SetNetworkPort(const char* host, int port);
+
+  /// Opens what was set: 0, 1 if that fails or nothing was set, 9 if it is open already.
+  /// A network port takes up to 10 s.
+  int Open();
+  /// Opens a serial line at 4800 baud, 8N1.
+  int OpenComPort(const char* name);
+  int OpenNetworkPort(const char* host, int port);
+  /// Closes the transport if `really`; returns 0.
+  int Close(bool really);
+
+  /// Reads up to `size` bytes. A serial line gives at once what it has; a network port waits up
+  /// to 100 ms after each byte and gives all `size` bytes or none. 0 if nothing came.
+  int read(unsigned char* buffer, unsigned long size);
+  /// Returns the number of bytes written; 0 or less on failure.
+  int write(const unsigned char* data, unsigned long size);
+
+  int getState();
+  unsigned long getBitRate();
+
+  /// Each setter stores the value: 0 if an open line took it, -1 if it waits for the next
+  /// opening, -2 if the line refused it, which closes the port.
+  int setBitRate(unsigned long bitsPerSecond);
+  int setParity(COMPort::Parity parity);
+  int setDataBits(COMPort::DataBits dataBits);
+  int setStopBits(COMPort::StopBits stopBits);
+  int setHandshaking(bool handshaking);
+  int setxONxOFF(bool xOnxOff);
+
+  /// Names the exchange log "<folder>log_scales_<name>.log" (cut at 299 bytes) and switches it on
+  /// if the marker "<folder>log.txt" exists. Both texts are used as bytes; returns 0.
+  int SetLogName(const char* folder, const char* name);
+  /// Switches the exchange log by the low byte of `enabled`, and returns that byte.
+  int setPortLog(int enabled);
+  /// Adds one record to the exchange log, if it is on; returns 0. A log that can't be opened
+  /// switches itself off.
+  int logWrite(const unsigned char* data, unsigned long size, int kind);
+
+ private:
+  enum ConnType : std::uint8_t { NotConfigured = 0, Serial = 1, Network = 2 };
+
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+
+  void InitAllM();
+  int OpenSerial();
+  int OpenNetwork();
+  int ReadSerial(unsigned char* buffer, unsigned long size);
+  int ReadNetwork(unsigned char* buffer, unsigned long size);
+  int WriteSerial(const unsigned char* data, unsigned long size);
+  int WriteNetwork(const unsigned char* data, unsigned long size);
+  void logEvent(std::string_view text);
+  void logData(LogRecord kind, const unsigned char* data, unsigned long size);
+  /// Hands a setting to the open line, by the rule of the setters above.
+  template <typename HandOver>
+  int applyToLine(HandOver handOver);
+
+  std::unique_ptr<COMPort> comPort;
+  std::unique_ptr<CkSocket> socket;
+  std::uint8_t logEnabled = 0;
+  std::array<char, 300> logFileName = {};
+  ConnType connType = NotConfigured;
+  std::uint64_t bitRate = 0;
+  COMPort::Parity parity = COMPort::None;
+  COMPort::DataBits dataBits = COMPort::Bits8;
+  COMPort::StopBits stopBits = COMPort::One;
+  bool handshaking = false;
+  bool xOnxOff = false;
+  std::array<char, 1024> comName = {};
+  std::array<char, 1024> hostName = {};
+  std::int32_t netPort = 0;
+  std::unique_ptr<std::FILE, CloseFile> logFile;
+  pthread_mutex_t portMutex;
+};

@@ -15,7 +15,7 @@ struct CanonicalName {
   const char* name;
 };
 
-/// All names, grouped by code page.
+/// All names in their order.
 std::span<const CharsetName> charsetNames();
 
 /// One name for each code page, ascending by number.

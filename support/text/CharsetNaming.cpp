@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
-#include <vector>
 
 #include "CharsetNames.h"
 #include "ClsEncode.h"
@@ -36,23 +36,11 @@ constexpr std::array<BinaryName, 25> kBinaryNames = {{
 }};
 
 int binaryEncodingOf(std::string_view name) {
-  const auto place = std::find_if(
-      kBinaryNames.begin(), kBinaryNames.end(), [&](const BinaryName& known) {
+  const auto place =
+      std::find_if(kBinaryNames.begin(), kBinaryNames.end(), [&](const BinaryName& known) {
         return known.asPrefix ? name.starts_with(known.name) : name == known.name;
       });
   return place == kBinaryNames.end() ? 0 : place->encoding;
-}
-
-/// The names in order, so that a look-up takes a few comparisons.
-const std::vector<CharsetName>& sortedNames() {
-  static const std::vector<CharsetName> names = [] {
-    const std::span<const CharsetName> all = charsetNames();
-    std::vector<CharsetName> sorted(all.begin(), all.end());
-    std::sort(sorted.begin(), sorted.end(),
-              [](const CharsetName& a, const CharsetName& b) { return a.name < b.name; });
-    return sorted;
-  }();
-  return names;
 }
 
 }  // namespace
@@ -68,7 +56,7 @@ int CharsetNaming::GetCodePage(StringBuffer& name) {
   name.removeCharOccurances('\'');
   if (name.getSize() < kShortestName || name.equals("ansi")) return Psdk::getAnsiCodePage();
 
-  const std::vector<CharsetName>& names = sortedNames();
+  const std::span<const CharsetName> names = charsetNames();
   const auto place = std::lower_bound(
       names.begin(), names.end(), name.view(),
       [](const CharsetName& known, std::string_view wanted) { return known.name < wanted; });

@@ -30,8 +30,7 @@ Number numberAt(const DataBuffer* bytes, unsigned long index) {
 
 }  // namespace
 
-CkByteData::CkByteData()
-    : m_impl(new (std::nothrow) DataBuffer), m_utf8(newHandlesReadUtf8()) {}
+CkByteData::CkByteData() : m_impl(new (std::nothrow) DataBuffer), m_utf8(newHandlesReadUtf8()) {}
 
 CkByteData::CkByteData(const CkByteData& other)
     : m_impl(new (std::nothrow) DataBuffer), m_utf8(other.m_utf8) {
@@ -177,8 +176,7 @@ const char* CkByteData::resultOf(const unsigned char* p, unsigned long n, const 
     range.encodeDB(encoding, text);
     m_result->append(text);
   }
-  return m_result->appendChar('\0') ? reinterpret_cast<const char*>(m_result->getData2())
-                                    : nullptr;
+  return m_result->appendChar('\0') ? reinterpret_cast<const char*>(m_result->getData2()) : nullptr;
 }
 
 const char* CkByteData::getRangeStr(unsigned long index, unsigned long n) {

@@ -58,9 +58,7 @@ const char* CkString::getUtf8() const {
   return g_allow_4byte_utf8 ? m_x->getUtf8() : m_x->getModifiedUtf8();
 }
 
-const wchar_t* CkString::getUnicode() const {
-  return m_x == nullptr ? nullptr : m_x->getWideStr();
-}
+const wchar_t* CkString::getUnicode() const { return m_x == nullptr ? nullptr : m_x->getWideStr(); }
 
 const unsigned short* CkString::getUtf16() const {
   return m_x == nullptr ? nullptr : m_x->getUtf16_xe();

@@ -17,8 +17,8 @@ class _ckUtf {
   /// One character of UTF-8 as read by utf16FromUtf8().
   struct Utf16Character {
     std::uint16_t units[2];
-    int numUnits;            ///< 1 or 2; 0 if a NUL or the end of the text cuts the sequence off
-    std::size_t numBytes;    ///< of UTF-8 that were used up, at least 1
+    int numUnits;          ///< 1 or 2; 0 if a NUL or the end of the text cuts the sequence off
+    std::size_t numBytes;  ///< of UTF-8 that were used up, at least 1
   };
 
   /// Takes the length from the first byte and masks the following ones without a test, so that

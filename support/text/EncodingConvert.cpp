@@ -40,9 +40,7 @@ bool isUtf32(int codePage) {
   return codePage == kUtf32Le || codePage == 65005 || isUtf32Be(codePage);
 }
 bool isIso2022Jp(int codePage) { return codePage >= 50220 && codePage <= 50222; }
-bool isConvertible(int codePage) {
-  return codePage > kLastBinaryEncoding || codePage == kEbcdicUs;
-}
+bool isConvertible(int codePage) { return codePage > kLastBinaryEncoding || codePage == kEbcdicUs; }
 
 /// Targets that take the bytes of ASCII as they are.
 bool extendsAscii(int codePage) {
@@ -227,8 +225,7 @@ bool EncodingConvert::convertNormalised(int from, int to, Source source, DataBuf
   if (source.n == 0) return true;
   if (from == to) return out.append(source.p, source.n);
   if (from == kUtf16Le) {
-    return to == kUtf8 ? cv_utf16_to_utf8(source, out)
-                       : convertFromUnicodeHC(to, source, out, log);
+    return to == kUtf8 ? cv_utf16_to_utf8(source, out) : convertFromUnicodeHC(to, source, out, log);
   }
   if (from == kUtf8) {
     if (to == kUtf16Le) return cv_utf8_to_utf16(source, out, log);
@@ -265,8 +262,8 @@ bool EncodingConvert::pivot(int from, int to, Source source, DataBuffer& out, Lo
   m_markErrors = false;
   m_unmarkErrors = true;
   const Source middle{utf16.getData2(), utf16.getSize()};
-  const bool second = to == kUtf8 ? cv_utf16_to_utf8(middle, out)
-                                  : convertFromUnicodeHC(to, middle, out, log);
+  const bool second =
+      to == kUtf8 ? cv_utf16_to_utf8(middle, out) : convertFromUnicodeHC(to, middle, out, log);
   m_unmarkErrors = false;
   return first && second;
 }

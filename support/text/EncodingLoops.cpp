@@ -1,17 +1,18 @@
 // The loops of EncodingConvert over characters, and what happens to those that don't convert.
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 
 #include "CkUtf.h"
 #include "CodePageTables.h"
+#include "ContentCoding.h"
 #include "ConversionOutput.h"
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
 #include "HashConvert.h"
 #include "LogBase.h"
+#include "StringBuffer.h"
 #include "UnitIo.h"
 
 namespace {
@@ -84,24 +85,15 @@ void EncodingConvert::writeErrorBytes(const void* p, std::size_t n, DataBuffer& 
 }
 
 void EncodingConvert::writeHexReference(Source character, DataBuffer& out) const {
-  static constexpr std::string_view kDigits = "0123456789ABCDEF";
-  static constexpr std::string_view kStart = "&#x";
-  std::array<char, 16> text;
-  char* end = std::copy(kStart.begin(), kStart.end(), text.begin());
-  for (const unsigned char* p = character.p; p != character.p + std::min<std::size_t>(
-                                                                  character.n, 4); ++p) {
-    *end++ = kDigits[*p >> 4];
-    *end++ = kDigits[*p & 0x0F];
-  }
-  *end++ = ';';
-  writeErrorBytes(text.data(), static_cast<std::size_t>(end - text.data()), out);
+  StringBuffer text("&#x");
+  ContentCoding::encodeHex(character.p, character.n, HexStyle::Upper, text);
+  text.appendChar(';');
+  writeErrorBytes(text.getString(), text.getSize(), out);
 }
 
 void EncodingConvert::handleError(int from, Source character, DataBuffer& out, LogBase& log) {
   switch (m_errorAction) {
-    case Replace:
-      writeErrorBytes(m_defBytes.data(), m_defBytesLen, out);
-      break;
+    case Replace: writeErrorBytes(m_defBytes.data(), m_defBytesLen, out); break;
     case HexReference:
       if (from == kUtf16Le && character.n == 2) {
         // As the number of the character, high byte first.
@@ -118,14 +110,11 @@ void EncodingConvert::handleError(int from, Source character, DataBuffer& out, L
                          character.p, character.n, out, log);
       }
       break;
-    case KeepBytes:
-      writeErrorBytes(character.p, character.n, out);
-      break;
+    case KeepBytes: writeErrorBytes(character.p, character.n, out); break;
     case WidenByte:
       if (character.n == 1) out.appendChar2(static_cast<char>(character.p[0]), '\0');
       break;
-    default:
-      break;
+    default: break;
   }
 }
 
@@ -228,8 +217,8 @@ bool EncodingConvert::convertToUnicodeHC(int codePage, Source source, DataBuffer
   return pairs != nullptr && convertToUnicodeHCVar(*pairs, source, out, log);
 }
 
-bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup table, Source source,
-                                               DataBuffer& out, LogBase& log) {
+bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup table, Source source, DataBuffer& out,
+                                               LogBase& log) {
   ConversionOutput output(out);
   unsigned char* to = output.reserve(source.n * 2, source.n * 2);
   if (to == nullptr) return false;

@@ -100,9 +100,7 @@ class JapaneseWriter {
     put(static_cast<unsigned char>(jis & 0xFF));
   }
 
-  void halfKana(unsigned char kana) {
-    byte(Set::Kana, static_cast<unsigned char>(kana & 0x7F));
-  }
+  void halfKana(unsigned char kana) { byte(Set::Kana, static_cast<unsigned char>(kana & 0x7F)); }
 
   bool widensKana() const { return codePage_ == 50220; }
 

@@ -13,8 +13,7 @@ std::string_view viewOf(const char* text) { return text == nullptr ? "" : text; 
 /// First occurrence in the NUL-terminated text, null if there is none.
 const char* searchNoCase(const char* text, std::string_view wanted) {
   const char* const end = text + std::strlen(text);
-  const char* const found =
-      std::search(text, end, wanted.begin(), wanted.end(), asciiEqualNoCase);
+  const char* const found = std::search(text, end, wanted.begin(), wanted.end(), asciiEqualNoCase);
   return found == end ? nullptr : found;
 }
 
@@ -92,21 +91,15 @@ int StringBuffer::indexOf(const char* text) const {
   return found == nullptr ? -1 : static_cast<int>(found - m_data);
 }
 
-bool StringBuffer::containsSubstring(const char* text) const {
-  return findSubstr(text) != nullptr;
-}
+bool StringBuffer::containsSubstring(const char* text) const { return findSubstr(text) != nullptr; }
 
 bool StringBuffer::containsSubstringNoCase(const char* text) const {
   return !viewOf(text).empty() && searchNoCase(m_data, text) != nullptr;
 }
 
-bool StringBuffer::containsChar(char c) const {
-  return view().find(c) != std::string_view::npos;
-}
+bool StringBuffer::containsChar(char c) const { return view().find(c) != std::string_view::npos; }
 
-bool StringBuffer::beginsWith(const char* text) const {
-  return view().starts_with(viewOf(text));
-}
+bool StringBuffer::beginsWith(const char* text) const { return view().starts_with(viewOf(text)); }
 
 bool StringBuffer::beginsWithIgnoreCase(const char* text) const {
   const std::string_view wanted = viewOf(text);
@@ -117,8 +110,7 @@ bool StringBuffer::endsWith(const char* text) const { return view().ends_with(vi
 
 bool StringBuffer::endsWithIgnoreCase(const char* text) const {
   const std::string_view wanted = viewOf(text);
-  return wanted.size() <= m_length &&
-         equalsNoCase(view().substr(m_length - wanted.size()), wanted);
+  return wanted.size() <= m_length && equalsNoCase(view().substr(m_length - wanted.size()), wanted);
 }
 
 bool StringBuffer::equals(const char* text) const { return view() == viewOf(text); }

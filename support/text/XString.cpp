@@ -260,9 +260,8 @@ bool XString::appendX(const XString& other) {
   }
   const std::size_t units = other.wideSize() / other.wideWidth();
   const void* const text = other.m_wide.getData2();
-  return other.m_wideIsUtf16
-             ? appendUtf16N_xe(static_cast<const std::uint16_t*>(text), units)
-             : appendUtf32N_xe(static_cast<const char32_t*>(text), units);
+  return other.m_wideIsUtf16 ? appendUtf16N_xe(static_cast<const std::uint16_t*>(text), units)
+                             : appendUtf32N_xe(static_cast<const char32_t*>(text), units);
 }
 
 bool XString::takeFromUtf8Sb(StringBuffer& text) {
@@ -366,9 +365,7 @@ bool XString::setFromUtf16_xe(const std::uint16_t* text) { return setWide(text);
 
 bool XString::setFromUtf32_xe(const char32_t* text) { return setWide(text); }
 
-bool XString::setFromWideStr(const wchar_t* text) {
-  return setWide(text);
-}
+bool XString::setFromWideStr(const wchar_t* text) { return setWide(text); }
 
 // Comparing and editing ------------------------------------------------------------------------
 
@@ -422,8 +419,8 @@ int XString::compareX(XString& other) {
 
 int XString::replaceAllOccurancesUtf8(const char* from, const char* to, bool ignoreCase) {
   StringBuffer& utf8 = getUtf8Sb();
-  const int replaced = ignoreCase ? utf8.replaceAllOccurancesNoCase(from, to)
-                                  : utf8.replaceAllOccurances(from, to);
+  const int replaced =
+      ignoreCase ? utf8.replaceAllOccurancesNoCase(from, to) : utf8.replaceAllOccurances(from, to);
   if (replaced > 0) onlyUtf8();
   return replaced;
 }

@@ -101,8 +101,9 @@ class Reader {
     const std::uint32_t first = parseNumber(std::string_view(range).substr(0, 4), 16);
     const std::uint32_t last = parseNumber(std::string_view(range).substr(5), 16);
     const auto outside = [&](std::uint32_t pair) {
-      return pair >= kFirstPair && ((pair >> 8) < (first >> 8) || (pair >> 8) > (last >> 8) ||
-                                    (pair & 0xFF) < (first & 0xFF) || (pair & 0xFF) > (last & 0xFF));
+      return pair >= kFirstPair &&
+             ((pair >> 8) < (first >> 8) || (pair >> 8) > (last >> 8) ||
+              (pair & 0xFF) < (first & 0xFF) || (pair & 0xFF) > (last & 0xFF));
     };
     std::erase_if(page.both, [&](const auto& cell) { return outside(cell.first); });
     std::erase_if(page.decodeOnly, [&](const auto& cell) { return outside(cell.first); });
@@ -276,9 +277,8 @@ void generate(Reader& reader, const std::vector<int>& numbers, std::ostream& out
     };
     out << "    {" << number << ", " << (isLowerAscii(page) ? "true" : "false") << ", kSingle"
         << suffix << ", " << array("kRows", hasPairs(page)) << ", "
-        << array("kPairs", hasPairs(page)) << ", "
-        << array("kDecodeOnly", !page.decodeOnly.empty()) << ", "
-        << array("kEncodeOnly", !page.encodeOnly.empty()) << "},\n";
+        << array("kPairs", hasPairs(page)) << ", " << array("kDecodeOnly", !page.decodeOnly.empty())
+        << ", " << array("kEncodeOnly", !page.encodeOnly.empty()) << "},\n";
   }
   out << "};\nstatic_assert(std::size(kTables) <= kMostCodePages);\n\n}  // namespace\n\n"
          "std::span<const CodePageTable> codePageTables() { return kTables; }\n";

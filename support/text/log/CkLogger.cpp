@@ -27,9 +27,7 @@ std::uint32_t startTick(bool measure) {
 
 }  // namespace
 
-_ckLogger::_ckLogger() {
-  m_rootName.setFromUtf8("KestrumLog");
-}
+_ckLogger::_ckLogger() { m_rootName.setFromUtf8("KestrumLog"); }
 
 _ckLogger::~_ckLogger() = default;
 

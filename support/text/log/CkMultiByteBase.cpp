@@ -73,29 +73,17 @@ const char* CkMultiByteBase::lastError(void (ClsBase::*render)(XString&)) {
   return ringResult([&](CkString& out) { lastError(render, out); });
 }
 
-void CkMultiByteBase::LastErrorText(CkString& out) {
-  lastError(&ClsBase::get_LastErrorText, out);
-}
+void CkMultiByteBase::LastErrorText(CkString& out) { lastError(&ClsBase::get_LastErrorText, out); }
 
-void CkMultiByteBase::LastErrorHtml(CkString& out) {
-  lastError(&ClsBase::get_LastErrorHtml, out);
-}
+void CkMultiByteBase::LastErrorHtml(CkString& out) { lastError(&ClsBase::get_LastErrorHtml, out); }
 
-void CkMultiByteBase::LastErrorXml(CkString& out) {
-  lastError(&ClsBase::get_LastErrorXml, out);
-}
+void CkMultiByteBase::LastErrorXml(CkString& out) { lastError(&ClsBase::get_LastErrorXml, out); }
 
-const char* CkMultiByteBase::lastErrorText() {
-  return lastError(&ClsBase::get_LastErrorText);
-}
+const char* CkMultiByteBase::lastErrorText() { return lastError(&ClsBase::get_LastErrorText); }
 
-const char* CkMultiByteBase::lastErrorHtml() {
-  return lastError(&ClsBase::get_LastErrorHtml);
-}
+const char* CkMultiByteBase::lastErrorHtml() { return lastError(&ClsBase::get_LastErrorHtml); }
 
-const char* CkMultiByteBase::lastErrorXml() {
-  return lastError(&ClsBase::get_LastErrorXml);
-}
+const char* CkMultiByteBase::lastErrorXml() { return lastError(&ClsBase::get_LastErrorXml); }
 
 bool CkMultiByteBase::SaveLastError(const char* path) {
   ClsBase* base = aliveBase();
@@ -111,7 +99,8 @@ void CkMultiByteBase::get_Version(CkString& out) {
     return;
   }
   out.clear();
-  if (XString* text = out.getImpl(); text != nullptr && m_base != nullptr) m_base->get_Version(*text);
+  if (XString* text = out.getImpl(); text != nullptr && m_base != nullptr)
+    m_base->get_Version(*text);
 }
 
 const char* CkMultiByteBase::version() {

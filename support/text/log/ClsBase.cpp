@@ -29,9 +29,7 @@ LogContextExitor::LogContextExitor(ClsBase& object, const char* name) : m_log(&o
   object.enterContextBase(name);
 }
 
-ClsBase::~ClsBase() {
-  ckClearValidity(m_validity);
-}
+ClsBase::~ClsBase() { ckClearValidity(m_validity); }
 
 bool ClsBase::checkObjectValidity() const {
   if (m_validity == kMagic) return true;
@@ -74,17 +72,11 @@ void ClsBase::renderLog(bool (LogBase::*render)(StringBuffer&), XString& out) {
   out.takeFromUtf8Sb(text);
 }
 
-void ClsBase::get_LastErrorText(XString& out) {
-  renderLog(&LogBase::getText, out);
-}
+void ClsBase::get_LastErrorText(XString& out) { renderLog(&LogBase::getText, out); }
 
-void ClsBase::get_LastErrorHtml(XString& out) {
-  renderLog(&LogBase::getHtml, out);
-}
+void ClsBase::get_LastErrorHtml(XString& out) { renderLog(&LogBase::getHtml, out); }
 
-void ClsBase::get_LastErrorXml(XString& out) {
-  renderLog(&LogBase::getXml, out);
-}
+void ClsBase::get_LastErrorXml(XString& out) { renderLog(&LogBase::getXml, out); }
 
 bool ClsBase::SaveLastError(XString& path) {
   if (!checkObjectValidity()) return false;
@@ -95,13 +87,9 @@ bool ClsBase::SaveLastError(XString& path) {
   return !trimmed.isEmpty() && m_log.SaveXML(false, trimmed.getUtf8());
 }
 
-void ClsBase::get_Version(XString& out) {
-  out.setFromUtf8(kVersion);
-}
+void ClsBase::get_Version(XString& out) { out.setFromUtf8(kVersion); }
 
-bool ClsBase::get_LastMethodSuccess() const {
-  return checkObjectValidity() && m_lastMethodSuccess;
-}
+bool ClsBase::get_LastMethodSuccess() const { return checkObjectValidity() && m_lastMethodSuccess; }
 
 void ClsBase::put_LastMethodSuccess(bool success) {
   if (checkObjectValidity()) m_lastMethodSuccess = success;

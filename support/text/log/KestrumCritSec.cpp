@@ -8,9 +8,7 @@ KestrumCritSec::KestrumCritSec() {
   if (!LogBase::m_singleThreaded) m_mutex.emplace();
 }
 
-KestrumCritSec::~KestrumCritSec() {
-  ckClearValidity(m_validity);
-}
+KestrumCritSec::~KestrumCritSec() { ckClearValidity(m_validity); }
 
 void KestrumCritSec::enterCriticalSection() {
   if (m_validity != kMagic) {

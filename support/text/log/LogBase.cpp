@@ -42,9 +42,7 @@ bool LogBase::LogDataBool(const char* tag, bool value) {
   return LogData(tag, value ? "True" : "False");
 }
 
-bool LogBase::LogDataLong(const char* tag, long value) {
-  return LogDataInt64(tag, value);
-}
+bool LogBase::LogDataLong(const char* tag, long value) { return LogDataInt64(tag, value); }
 
 bool LogBase::LogDataUint32(const char* tag, std::uint32_t value) {
   return LogDataInt64(tag, value);

@@ -39,7 +39,8 @@ class LogEntry2 : public KestrumObject {
   bool isElapsedKnown() const { return m_elapsedValid; }
   std::uint32_t getElapsed() const { return m_elapsed; }
 
-  // Rendering: appends to `out`; lines end in CR LF -------------------------------------------------
+  // Rendering: appends to `out`; lines end in CR LF
+  // -------------------------------------------------
 
   void GetText(StringBuffer& out, int depth) const;
   void GetHtml(StringBuffer& out) const;

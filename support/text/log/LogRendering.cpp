@@ -13,20 +13,11 @@ void indent(StringBuffer& out, int depth) {
 void appendHtml(StringBuffer& out, std::string_view text) {
   for (const char c : text) {
     switch (c) {
-      case '&':
-        out.append("&amp;");
-        break;
-      case '<':
-        out.append("&lt;");
-        break;
-      case '>':
-        out.append("&gt;");
-        break;
-      case '"':
-        out.append("&quot;");
-        break;
-      default:
-        out.appendChar(c);
+      case '&': out.append("&amp;"); break;
+      case '<': out.append("&lt;"); break;
+      case '>': out.append("&gt;"); break;
+      case '"': out.append("&quot;"); break;
+      default: out.appendChar(c);
     }
   }
 }
@@ -101,21 +92,14 @@ void LogEntry2::GetHtml(StringBuffer& out) const {
 void LogEntry2::GetXml(StringBuffer& out, int depth) const {
   indent(out, depth);
   switch (m_kind) {
-    case 'E':
-      appendElement(out, "error", *m_value);
-      return;
-    case 'I':
-      appendElement(out, "info", *m_value);
-      return;
+    case 'E': appendElement(out, "error", *m_value); return;
+    case 'I': appendElement(out, "info", *m_value); return;
     case 'X':
       out.append(*m_value);
       out.append("\r\n");
       return;
-    case 'T':
-      appendElement(out, m_tag->getString(), *m_value);
-      return;
-    default:
-      break;
+    case 'T': appendElement(out, m_tag->getString(), *m_value); return;
+    default: break;
   }
   out.append("<");
   out.append(*m_tag);

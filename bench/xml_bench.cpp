@@ -1,15 +1,16 @@
 // Building and releasing the tree of a document, beside expat filling a like tree and pugixml.
 
+#include <expat.h>
+
 #include <cstddef>
 #include <memory>
+#include <pugixml.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <expat.h>
-#include <pugixml.hpp>
 
 #include "ParseEngine.h"
 #include "TreeNode.h"

@@ -28,8 +28,7 @@ LogBase& cleared(LogBase& log) {
 /// the check that there is a tree.
 class ClsXml::PublicCall {
  public:
-  PublicCall(ClsXml& xml, const char* name)
-      : m_lock(&xml), m_context(cleared(xml.m_log), name) {
+  PublicCall(ClsXml& xml, const char* name) : m_lock(&xml), m_context(cleared(xml.m_log), name) {
     xml.logKestrumVersion(xml.m_log);
     m_hasTree = xml.assert_m_tree(xml.m_log);
   }
@@ -155,8 +154,8 @@ bool ClsXml::loadXmlFile(const char* path, bool autoTrim, LogBase& log) {
   const CritSecExitor lock(this);
   if (!assert_m_tree(log)) return false;
   StringBuffer cleanPath(path);
-  UncountedTree tree = TreeNode::customParseFile(trimmed(cleanPath).getString(), &log, autoTrim,
-                                                 false, false);
+  UncountedTree tree =
+      TreeNode::customParseFile(trimmed(cleanPath).getString(), &log, autoTrim, false, false);
   if (tree == nullptr) return false;
   TreeInfo& loaded = *tree->getTreeInfo();
   if (TreeInfo* const old = m_tree->getTreeInfo(); old != nullptr && old->isValid()) {

@@ -27,12 +27,12 @@ class TreeInfo : public KestrumObject, public KestrumCritSec {
   std::uint8_t m_emitBom = 0;      ///< for a writer, kept when a document is loaded again
   std::uint8_t m_emitCompact = 0;  ///< the same
   TreeNode* m_root = nullptr;
-  AttributeSet m_docAttrs;        ///< of the XML declaration
-  ExtPtrArraySb m_styleSheets;    ///< each xml-stylesheet instruction
-  StringBuffer m_prologPIs;       ///< other processing instructions, each with a line feed
-  StringBuffer m_docType;         ///< document type declaration, with a line feed
-  const std::uint32_t m_treeId;   ///< number of this tree in the process
-  std::int32_t m_refCount = 0;    ///< cursors on all nodes of the tree
+  AttributeSet m_docAttrs;       ///< of the XML declaration
+  ExtPtrArraySb m_styleSheets;   ///< each xml-stylesheet instruction
+  StringBuffer m_prologPIs;      ///< other processing instructions, each with a line feed
+  StringBuffer m_docType;        ///< document type declaration, with a line feed
+  const std::uint32_t m_treeId;  ///< number of this tree in the process
+  std::int32_t m_refCount = 0;   ///< cursors on all nodes of the tree
 
  private:
   static constexpr std::uint8_t kAlive = 0xCE;

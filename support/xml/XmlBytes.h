@@ -14,7 +14,7 @@ enum XmlByteClass : std::uint8_t {
   kEndsPrologName = 16,         ///< white space = ? >
   kEndsQuotedPrologValue = 32,  ///< " ' CR LF
   kEndsPlainPrologValue = 64,   ///< " ' CR LF tab blank
-  kXmlNameByte = 128,           ///< what a name keeps: letters, digits, - . _ ! : and bytes from 80 on
+  kXmlNameByte = 128,  ///< what a name keeps: letters, digits, - . _ ! : and bytes from 80 on
 };
 
 namespace xml_bytes {
@@ -27,8 +27,8 @@ constexpr std::array<std::uint8_t, 256> makeTable() {
       entry = static_cast<std::uint8_t>(entry | classes);
     }
   };
-  mark(" \t\r\n", kXmlBlank | kEndsTag | kEndsAttributeName | kEndsPrologName |
-                      kEndsPlainPrologValue);
+  mark(" \t\r\n",
+       kXmlBlank | kEndsTag | kEndsAttributeName | kEndsPrologName | kEndsPlainPrologValue);
   mark("\r\n", kEndsQuotedPrologValue);
   mark("/>", kEndsTag | kEndsAttributeName);
   mark("=", kEndsAttributeName | kEndsPrologName);

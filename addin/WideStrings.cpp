@@ -1,9 +1,10 @@
 #include "WideStrings.h"
 
+#include <iconv.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cwchar>
-#include <iconv.h>
 #include <optional>
 
 namespace {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <pthread.h>
+
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
-#include <pthread.h>
 #include <string_view>
 
 #include "CkSocket.h"

@@ -1,14 +1,16 @@
 #include "SerialPort.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <fcntl.h>
 #include <stdexcept>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace {
 
@@ -45,6 +47,12 @@ bool isPseudoTerminal(int fileDesc) {
   if (::fstat(fileDesc, &info) != 0 || !S_ISCHR(info.st_mode)) return false;
   const unsigned device = major(info.st_rdev);
   return device >= kFirstPtyMajor && device <= kLastPtyMajor;
+}
+
+/// A line whose adapter was pulled out reads as if it were silent, for ever.
+bool isHungUp(int fileDesc) {
+  pollfd line = {fileDesc, 0, 0};
+  return ::poll(&line, 1, 0) == 1 && (line.revents & POLLHUP) != 0;
 }
 
 [[noreturn]] void throwSystemError() {
@@ -222,7 +230,7 @@ unsigned long COMPort::read(void* buffer, unsigned long size) {
         "opened.");
   }
   const ssize_t count = ::read(fileDesc, buffer, size);
-  if (count < 0) throwSystemError();
+  if (count < 0 || (count == 0 && size > 0 && isHungUp(fileDesc))) throwSystemError();
   return static_cast<unsigned long>(count);
 }
 

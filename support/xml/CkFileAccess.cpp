@@ -1,7 +1,8 @@
 #include "CkFileAccess.h"
 
-#include <cerrno>
 #include <sys/stat.h>
+
+#include <cerrno>
 
 #include "CkString.h"
 

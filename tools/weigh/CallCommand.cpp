@@ -37,7 +37,7 @@ std::vector<host::Value> parametersOf(const CallOptions& options, const host::Me
   const auto wanted = static_cast<std::size_t>(method.parameters);
   if (options.arguments.size() > wanted) {
     throw Failure(kWrongUsage,
-                  fill(text::kTooManyParams, {method.name, std::to_string(wanted),
+                  fill(text::kTooManyParams, {options.method, std::to_string(wanted),
                                               std::to_string(options.arguments.size())}));
   }
   std::vector<host::Value> values;
@@ -108,8 +108,11 @@ ExitCode callMethod(const Program& program, const CallOptions& options) {
 
 void addCallCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<CallOptions>();
-  CLI::App& command = addCommand(app, "call", text::kCallAbout,
-                                 "weigh call GetWeight @id --model 13 --port /dev/ttyUSB0");
+  CLI::App& command =
+      addCommand(app, {.name = "call",
+                       .about = text::kCallAbout,
+                       .example = "weigh call GetWeight @id --model 13 --port /dev/ttyUSB0",
+                       .notes = &text::kCallNotes});
   command.add_option("method", options->method, say(text::kMethodArgument))->required();
   command.add_option("arguments", options->arguments, say(text::kArgsArgument));
   addScaleOptions(command, options->scale);

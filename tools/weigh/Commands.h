@@ -28,7 +28,15 @@ void addPageCommand(CLI::App& app, Program& program);
 void addSettingsCommand(CLI::App& app, Program& program);
 void addCallCommand(CLI::App& app, Program& program);
 
-/// A command with its help and an example.
-CLI::App& addCommand(CLI::App& app, const char* name, const Text& about, const char* example);
+/// The help of one command.
+struct CommandHelp {
+  const char* name;
+  /// One line for the list of commands.
+  const Text& about;
+  const char* example;
+  /// What there is to know beyond the options; none for most.
+  const Text* notes = nullptr;
+};
+CLI::App& addCommand(CLI::App& app, const CommandHelp& help);
 
 }  // namespace weigh

@@ -69,9 +69,8 @@ ExitCode testDevice(const Program& program, const DeviceOptions& options) {
   return conclude(outcome, options, outcome.text);
 }
 
-CLI::App& addDeviceCommand(CLI::App& app, DeviceOptions& options, const char* name,
-                           const Text& about, const char* example) {
-  CLI::App& added = addCommand(app, name, about, example);
+CLI::App& addDeviceCommand(CLI::App& app, DeviceOptions& options, const CommandHelp& help) {
+  CLI::App& added = addCommand(app, help);
   addScaleOptions(added, options.scale);
   addJsonFlag(added, options.format);
   return added;
@@ -81,8 +80,10 @@ CLI::App& addDeviceCommand(CLI::App& app, DeviceOptions& options, const char* na
 
 void addTareCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<DeviceOptions>();
-  CLI::App& added = addDeviceCommand(app, *options, "tare", text::kTareAbout,
-                                     "weigh tare --model 13 --host 192.168.0.200");
+  CLI::App& added = addDeviceCommand(app, *options,
+                                     {.name = "tare",
+                                      .about = text::kTareAbout,
+                                      .example = "weigh tare --model 13 --host 192.168.0.200"});
   added.callback([&program, options] {
     program.action = [&program, options] {
       return command(program, *options, "Calibrate", {}, say(text::kTareDone));
@@ -92,8 +93,11 @@ void addTareCommand(CLI::App& app, Program& program) {
 
 void addPriceCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<DeviceOptions>();
-  CLI::App& added = addDeviceCommand(app, *options, "price", text::kPriceAbout,
-                                     "weigh price 1250 --model 14 --port /dev/ttyUSB0");
+  CLI::App& added =
+      addDeviceCommand(app, *options,
+                       {.name = "price",
+                        .about = text::kPriceAbout,
+                        .example = "weigh price 1250 --model 14 --port /dev/ttyUSB0"});
   addNumber(added, "price", options->price, 0, std::numeric_limits<std::int32_t>::max(),
             text::kPriceArgument)
       ->required()
@@ -108,8 +112,11 @@ void addPriceCommand(CLI::App& app, Program& program) {
 
 void addTestCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<DeviceOptions>();
-  CLI::App& added = addDeviceCommand(app, *options, "test", text::kTestAbout,
-                                     "weigh test --model 13 --host 192.168.0.200 --tcp-port 4001");
+  CLI::App& added =
+      addDeviceCommand(app, *options,
+                       {.name = "test",
+                        .about = text::kTestAbout,
+                        .example = "weigh test --model 13 --host 192.168.0.200 --tcp-port 4001"});
   added.callback([&program, options] {
     program.action = [&program, options] { return testDevice(program, *options); };
   });

@@ -67,7 +67,8 @@ ExitCode printPage(const Program& program, const ListOptions& options) {
 
 void addModelsCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<ListOptions>();
-  CLI::App& command = addCommand(app, "models", text::kModelsAbout, "weigh models --driver");
+  CLI::App& command = addCommand(
+      app, {.name = "models", .about = text::kModelsAbout, .example = "weigh models --driver"});
   addJsonFlag(command, options->format);
   command.add_flag("--driver", options->withDriver, say(text::kWithDriverFlag));
   command.callback(
@@ -76,7 +77,8 @@ void addModelsCommand(CLI::App& app, Program& program) {
 
 void addPageCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<ListOptions>();
-  CLI::App& command = addCommand(app, "page", text::kPageAbout, "weigh page > page.xml");
+  CLI::App& command = addCommand(
+      app, {.name = "page", .about = text::kPageAbout, .example = "weigh page > page.xml"});
   addJsonFlag(command, options->format);
   command.callback([&program, options] {
     program.action = [&program, options] { return printPage(program, *options); };

@@ -57,6 +57,20 @@ CLI::Option* addText(CLI::App& app, const std::string& names, std::string& targe
   return app.add_option_function<std::string>(names, take, say(text))->default_str(target);
 }
 
+/// Options added while one exists stand under its heading.
+class GroupOfOptions {
+ public:
+  GroupOfOptions(CLI::App& app, const Text& heading) : defaults_(*app.option_defaults()) {
+    defaults_.group(say(heading));
+  }
+  ~GroupOfOptions() { defaults_.group(say(text::kOptionsGroup)); }
+  GroupOfOptions(const GroupOfOptions&) = delete;
+  GroupOfOptions& operator=(const GroupOfOptions&) = delete;
+
+ private:
+  CLI::OptionDefaults& defaults_;
+};
+
 /// Says on which side of the wire `connection` ends, once all options are known.
 void settleTransport(Connection& connection, const std::string& type, bool hostGiven,
                      bool deviceGiven) {
@@ -97,37 +111,33 @@ std::int64_t requireWhole(const std::string& name, const std::string& text, std:
 
 void addScaleOptions(CLI::App& app, ScaleOptions& options) {
   Connection& connection = options.connection;
-  auto* group = app.add_option_group(say(text::kScaleGroup));
-  addNumber(*group, "--model,-m", connection.model, 0, kMaxInt, text::kModelOption);
-  auto* device = addText(*group, "--port,-p,--cport,--device", connection.device, text::kPortOption)
+  const GroupOfOptions group(app, text::kScaleGroup);
+  addNumber(app, "--model,-m", connection.model, 0, kMaxInt, text::kModelOption);
+  auto* device = addText(app, "--port,-p,--cport,--device", connection.device, text::kPortOption)
                      ->type_name("DEVICE");
-  addNumber(*group, "--baud,-b,--cbaudrate,--speed", connection.baud, 1, kMaxInt,
-            text::kBaudOption);
+  addNumber(app, "--baud,-b,--cbaudrate,--speed", connection.baud, 1, kMaxInt, text::kBaudOption);
   auto* host =
-      addText(*group, "--host,-H,--ehost", connection.host, text::kHostOption)->type_name("HOST");
-  addNumber(*group, "--tcp-port,-t,--eport", connection.tcpPort, 1, kMaxTcpPort,
-            text::kTcpPortOption);
+      addText(app, "--host,-H,--ehost", connection.host, text::kHostOption)->type_name("HOST");
+  addNumber(app, "--tcp-port,-t,--eport", connection.tcpPort, 1, kMaxTcpPort, text::kTcpPortOption);
   const auto type = std::make_shared<std::string>();
-  group->add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("TYPE");
-  group->add_flag("--leave,--conleave", connection.leave, say(text::kLeaveOption));
-  group
-      ->add_option_function<std::string>(
-          "--coeff",
-          [&connection](const std::string& given) {
-            if (!isCoefficient(given)) refuse("--coeff", fill(text::kNotCoeff, {given}));
-            connection.coeff = given;
-          },
-          say(text::kCoeffOption))
+  app.add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("TYPE");
+  app.add_flag("--leave,--conleave", connection.leave, say(text::kLeaveOption));
+  app.add_option_function<std::string>(
+         "--coeff",
+         [&connection](const std::string& given) {
+           if (!isCoefficient(given)) refuse("--coeff", fill(text::kNotCoeff, {given}));
+           connection.coeff = given;
+         },
+         say(text::kCoeffOption))
       ->type_name("FACTOR")
       ->default_str(connection.coeff);
-  group
-      ->add_option_function<std::string>(
-          "--log",
-          [&options](const std::string& folder) {
-            if (folder.empty()) refuse("--log", say(text::kEmptyText));
-            options.log = folder;
-          },
-          say(text::kLogOption))
+  app.add_option_function<std::string>(
+         "--log",
+         [&options](const std::string& folder) {
+           if (folder.empty()) refuse("--log", say(text::kEmptyText));
+           options.log = folder;
+         },
+         say(text::kLogOption))
       ->type_name("DIR");
   app.parse_complete_callback([&connection, device, host, type] {
     settleTransport(connection, *type, host->count() > 0, device->count() > 0);
@@ -141,25 +151,24 @@ void addJsonFlag(CLI::App& app, Format& format) {
 
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
                        const Text& countText) {
-  auto* group = app.add_option_group(say(text::kOutputGroup));
-  addNumber(*group, "--count,-n", options.count, fewest, std::int64_t{kMaxInt}, countText);
-  group
-      ->add_option_function<std::string>(
-          "--interval,-i",
-          [&options](const std::string& given) {
-            const auto seconds = realNumber(given);
-            if (!seconds || !(*seconds >= 0 && *seconds <= kMaxIntervalSeconds)) {
-              refuse("--interval",
-                     fill(text::kNotSeconds, {given, std::to_string(kMaxIntervalSeconds)}));
-            }
-            options.interval = std::chrono::round<std::chrono::milliseconds>(
-                std::chrono::duration<double>(*seconds));
-          },
-          say(text::kIntervalOption))
+  const GroupOfOptions group(app, text::kOutputGroup);
+  addNumber(app, "--count,-n", options.count, fewest, std::int64_t{kMaxInt}, countText);
+  app.add_option_function<std::string>(
+         "--interval,-i",
+         [&options](const std::string& given) {
+           const auto seconds = realNumber(given);
+           if (!seconds || !(*seconds >= 0 && *seconds <= kMaxIntervalSeconds)) {
+             refuse("--interval",
+                    fill(text::kNotSeconds, {given, std::to_string(kMaxIntervalSeconds)}));
+           }
+           options.interval = std::chrono::round<std::chrono::milliseconds>(
+               std::chrono::duration<double>(*seconds));
+         },
+         say(text::kIntervalOption))
       ->type_name("SECONDS")
       ->default_str(secondsText(options.interval));
-  addJsonFlag(*group, options.format);
-  group->add_flag_callback(
+  addJsonFlag(app, options.format);
+  app.add_flag_callback(
       "--csv", [&options] { options.format = Format::Csv; }, say(text::kCsvFlag));
 }
 

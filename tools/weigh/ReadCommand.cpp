@@ -41,8 +41,11 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
 
 void addReadCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<ReadOptions>();
-  CLI::App& command = addCommand(app, "read", text::kReadAbout,
-                                 "weigh read --model 13 --port /dev/ttyUSB0 --baud 9600 --price");
+  CLI::App& command =
+      addCommand(app, {.name = "read",
+                       .about = text::kReadAbout,
+                       .example = "weigh read --model 13 --port /dev/ttyUSB0 --baud 9600 --price",
+                       .notes = &text::kReadNotes});
   addScaleOptions(command, options->scale);
   addReadingOptions(command, options->reading, 1, text::kCountOption);
   command.add_flag("--price", options->withPrice, say(text::kWithPriceFlag));

@@ -85,8 +85,9 @@ ExitCode readFolder(const Program& program, const SettingsOptions& options) {
 
 void addSettingsCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<SettingsOptions>();
-  CLI::App& command =
-      addCommand(app, "settings", text::kSettingsAbout, "weigh settings /opt/orbelo --json");
+  CLI::App& command = addCommand(app, {.name = "settings",
+                                       .about = text::kSettingsAbout,
+                                       .example = "weigh settings /opt/orbelo --json"});
   command.add_option("folder", options->folder, say(text::kFolderArgument))
       ->required()
       ->type_name("DIR");

@@ -31,8 +31,6 @@ inline constexpr Text kExitCodes = {
     "`weigh КОМАНДА --help` расскажет о команде подробнее.\n\n"
     "Пример: weigh read --model 13 --port /dev/ttyUSB0 --baud 9600"};
 inline constexpr Text kHelpFlag = {"Print this help and end", "Показать эту справку"};
-inline constexpr Text kVersionFlag = {"Print the component's version and end",
-                                      "Показать версию компоненты"};
 inline constexpr Text kComponentOption = {"The component's library (default: the one beside weigh)",
                                           "Библиотека компоненты (по умолчанию рядом с weigh)"};
 inline constexpr Text kLangOption = {"Language of the messages (default: by the locale)",
@@ -48,34 +46,38 @@ inline constexpr Text kOutputGroup = {"Readings and output", "Чтение и в
 inline constexpr Text kCommandsGroup = {"Commands", "Команды"};
 inline constexpr Text kExample = {"Example: {0}", "Пример: {0}"};
 
-inline constexpr Text kReadAbout = {
-    "Reads the weight. Without a model the emulator answers, which needs no scale; on purpose it "
-    "fails one reading in ten.",
-    "Читает вес. Если модель не указана, отвечает эмулятор, которому весы не нужны; одно чтение "
-    "из десяти он намеренно оставляет без ответа."};
-inline constexpr Text kWatchAbout = {
-    "Shows the readings live until Ctrl-C, then a summary. Writes a line for each reading where "
-    "there is no terminal.",
-    "Показывает чтения в реальном времени до Ctrl-C, затем итог. Если вывод не на терминал, пишет "
-    "по строке на каждое чтение."};
-inline constexpr Text kTareAbout = {"Makes what lies on the scale its tare.",
-                                    "Принимает груз на весах за тару."};
-inline constexpr Text kPriceAbout = {"Sends a price to the scale.", "Передаёт цену на весы."};
-inline constexpr Text kTestAbout = {"Tests the connection as the platform's settings form does.",
-                                    "Проверяет связь так, как это делает форма настройки."};
-inline constexpr Text kModelsAbout = {"Lists the models.", "Показывает список моделей."};
-inline constexpr Text kPageAbout = {"Prints the parameter page that the platform gets, as XML.",
-                                    "Печатает страницу параметров для платформы (XML)."};
+inline constexpr Text kReadAbout = {"Read the weight", "Прочитать вес"};
+inline constexpr Text kReadNotes = {
+    "Without a model the emulator answers, which needs no scale; on purpose it fails one reading "
+    "in ten.",
+    "Если модель не указана, отвечает эмулятор, которому весы не нужны; одно чтение из десяти он "
+    "намеренно оставляет без ответа."};
+inline constexpr Text kWatchAbout = {"Show the readings live until Ctrl-C, then a summary",
+                                     "Показывать чтения до Ctrl-C, затем итог"};
+inline constexpr Text kWatchNotes = {
+    "Where the output is no terminal, each reading has a line of its own.",
+    "Если вывод не на терминал, каждому чтению отводится своя строка."};
+inline constexpr Text kTareAbout = {"Make what lies on the scale its tare",
+                                    "Принять груз на весах за тару"};
+inline constexpr Text kPriceAbout = {"Send a price to the scale", "Передать цену на весы"};
+inline constexpr Text kTestAbout = {"Test the connection as the platform's settings form does",
+                                    "Проверить связь так, как это делает форма настройки"};
+inline constexpr Text kModelsAbout = {"List the models, and which have a driver",
+                                      "Показать список моделей и у каких есть драйвер"};
+inline constexpr Text kPageAbout = {"Print the parameter page that the platform gets, as XML",
+                                    "Напечатать страницу параметров для платформы (XML)"};
 inline constexpr Text kSettingsAbout = {
-    "Loads a component folder and reads every scale of its settings.xml.",
-    "Загружает папку компоненты и читает все весы из её settings.xml."};
-inline constexpr Text kCallAbout = {
-    "Calls one method of the component and shows what came back. Numbers, true and false are taken "
-    "as such, all else is text; i:5 u:5 d:1.5 b:true s:text n:text (narrow) and e: (empty) say it "
-    "outright. @id stands for a scale opened by the options.",
-    "Вызывает один метод компоненты и показывает результат. Числа, true и false понимаются как "
-    "есть, остальное как текст; i:5 u:5 d:1.5 b:true s:текст n:текст (узкая строка) и e: (пусто) "
-    "задают тип явно. @id означает весы, подключённые по параметрам."};
+    "Load a component folder and read every scale of its settings.xml",
+    "Загрузить папку компоненты и прочитать все весы из её settings.xml"};
+inline constexpr Text kCallAbout = {"Call any method of the component and show what came back",
+                                    "Вызвать любой метод компоненты и показать результат"};
+inline constexpr Text kCallNotes = {
+    "Numbers, true and false are taken as such, all else is text; i:5 u:5 d:1.5 b:true s:text "
+    "n:text (narrow) and e: (empty) say it outright. @id stands for a scale opened by the options. "
+    "Outputs need not be given.",
+    "Числа, true и false понимаются как есть, остальное как текст; i:5 u:5 d:1.5 b:true s:текст "
+    "n:текст (узкая строка) и e: (пусто) задают тип явно. @id означает весы, подключённые по "
+    "параметрам. Выходные параметры указывать не нужно."};
 
 inline constexpr Text kModelOption = {"Model number; `weigh models` lists them",
                                       "Номер модели; список: `weigh models`"};

@@ -131,8 +131,11 @@ ExitCode watchScale(const Program& program, const WatchOptions& options) {
 
 void addWatchCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<WatchOptions>();
-  CLI::App& command = addCommand(app, "watch", text::kWatchAbout,
-                                 "weigh watch --model 13 --host 192.168.0.200 --interval 0.2");
+  CLI::App& command =
+      addCommand(app, {.name = "watch",
+                       .about = text::kWatchAbout,
+                       .example = "weigh watch --model 13 --host 192.168.0.200 --interval 0.2",
+                       .notes = &text::kWatchNotes});
   addScaleOptions(command, options->scale);
   addReadingOptions(command, options->reading, 0, text::kWatchCountOption);
   command.callback([&program, options] {

@@ -115,12 +115,12 @@ ExitCode parseAndRun(int argc, char** argv) {
 
 }  // namespace
 
-CLI::App& weigh::addCommand(CLI::App& app, const char* name, const Text& about,
-                            const char* example) {
-  CLI::App* command = app.add_subcommand(name, say(about));
+CLI::App& weigh::addCommand(CLI::App& app, const CommandHelp& help) {
+  CLI::App* command = app.add_subcommand(help.name, say(help.about));
   command->group(say(text::kCommandsGroup));
   command->fallthrough();
-  command->footer(fill(text::kExample, {example}));
+  const std::string example = fill(text::kExample, {help.example});
+  command->footer(help.notes == nullptr ? example : say(*help.notes) + ("\n\n" + example));
   command->option_defaults()->group(say(text::kOptionsGroup));
   return *command;
 }

@@ -41,9 +41,8 @@ Outcome parse(Frame frame, Reading& reading) {
 constinit const ProtocolSheet Scales_KELI::kSheet = {
     .drainSize = kSmallDrain,
     .request = {.first = {0x02, 'B', 0x03}},
-    .read = TerminatorRead{.capacity = kMaxFrame,
-                           .minLength = keli::kShortest,
-                           .end = {keli::kEtx}},
+    .read =
+        TerminatorRead{.capacity = kMaxFrame, .minLength = keli::kShortest, .end = {keli::kEtx}},
     .attempts = 2,
     .isGood = keli::isGood,
     .parse = keli::parse,

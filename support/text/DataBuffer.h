@@ -72,6 +72,8 @@ class DataBuffer : public KestrumObject {
 
   /// Makes the capacity at least `n`.
   bool ensureBuffer(std::uint32_t n);
+  /// The same; the block that a secure buffer leaves behind is wiped.
+  bool ensureBufferWiping(std::uint32_t n);
   /// Drops `n` bytes from the end, or all there are.
   void shorten(std::uint32_t n);
   /// Shortens, or extends with zero bytes.

@@ -1,8 +1,7 @@
 // What encoding an XML document is in, and the way from there to UTF-8.
 
 #include <array>
-#include <optional>
-#include <string>
+#include <cstdint>
 #include <string_view>
 
 #include "AsciiText.h"
@@ -10,6 +9,7 @@
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
 #include "LogBase.h"
+#include "StringBuffer.h"
 
 namespace {
 
@@ -50,8 +50,8 @@ bool convertWide(DataBuffer& bytes, LogBase& log) {
   return false;
 }
 
-/// The XML declaration up to its ">", in lower case; empty if there is none.
-std::string findDeclaration(std::string_view text) {
+/// The XML declaration up to its ">"; empty if there is none.
+std::string_view findDeclaration(std::string_view text) {
   constexpr std::string_view kOpening = "<?xml";
   text = text.substr(0, text.find('\0'));
   std::size_t start = text.find("<?");
@@ -61,26 +61,26 @@ std::string findDeclaration(std::string_view text) {
   }
   if (start == std::string_view::npos) return {};
   const std::size_t end = text.find('>', start);
-  if (end == std::string_view::npos) return {};
-  return asciiLower(text.substr(start, end - start));
+  return end == std::string_view::npos ? std::string_view() : text.substr(start, end - start);
 }
 
-/// The value of `encoding` in the XML declaration, in lower case and without blanks.
-std::optional<std::string> declaredEncoding(std::string_view text) {
-  std::string declaration = findDeclaration(text);
-  std::erase(declaration, ' ');
+/// Appends the value of `encoding` in the XML declaration, in lower case and without blanks.
+void findDeclaredEncoding(std::string_view text, StringBuffer& out) {
+  StringBuffer declaration;
+  declaration.append(findDeclaration(text));
+  declaration.removeCharOccurances(' ');
+  declaration.toLowerCase();
 
   constexpr std::array<std::string_view, 2> kNames = {"encoding=\"", "encoding='"};
   for (const std::string_view name : kNames) {
-    const std::size_t at = declaration.find(name);
-    if (at == std::string::npos) continue;
-    const std::string_view value = std::string_view(declaration).substr(at + name.size());
+    const std::size_t at = declaration.view().find(name);
+    if (at == std::string_view::npos) continue;
+    const std::string_view value = declaration.view().substr(at + name.size());
     std::size_t length = value.find('"');
     if (length == std::string_view::npos) length = value.find('\'');
-    if (length == std::string_view::npos) return std::nullopt;
-    return std::string(value.substr(0, length));
+    if (length != std::string_view::npos) out.append(value.substr(0, length));
+    return;
   }
-  return std::nullopt;
 }
 
 }  // namespace
@@ -99,12 +99,13 @@ bool DataBuffer::convertXmlToUtf8(LogBase& log) {
   const bool hasNul = text.substr(0, kLookForNulIn).find('\0') != std::string_view::npos;
   if (hasNul && convertWide(*this, log)) return true;
 
-  const std::optional<std::string> encoding = declaredEncoding(viewOf(*this));
-  if (!encoding || encoding->empty()) return true;
-  const int codePage = CharsetNaming::GetCodePage_p(encoding->c_str());
-  if (codePage == 0 || *encoding == "utf-8") return true;
+  StringBuffer encoding;
+  findDeclaredEncoding(viewOf(*this), encoding);
+  if (encoding.empty() || encoding.equals("utf-8")) return true;
   // An eight-bit file can't be what it says it is: written by a tool that copies the declaration.
-  if (*encoding == "utf-16" && !hasNul) return true;
+  if (encoding.equals("utf-16") && !hasNul) return true;
+  const int codePage = CharsetNaming::GetCodePage_p(encoding.getString());
+  if (codePage == 0) return true;
   convertAll(*this, codePage, log);
   return true;
 }

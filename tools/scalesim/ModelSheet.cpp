@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "FrameBuilder.h"
+#include "Models.h"
 #include "Options.h"
 #include "Texts.h"
 
@@ -12,6 +13,9 @@ namespace {
 
 using sim::Action;
 using sim::ScaleModel;
+
+/// As the parameter page shows it, with its number in front.
+std::string nameOf(const ScaleModel& model) { return findScalesModel(model.number)->pageText; }
 
 std::string plainNumber(double value) {
   std::array<char, 32> text = {};
@@ -149,7 +153,7 @@ std::string displayText(const sim::Display& display) {
 
 std::string modelSheet(const ScaleModel& model) {
   const sim::ScaleState state = model.usualState();
-  std::string sheet = std::to_string(model.number) + ": " + std::string(model.name) + "\n";
+  std::string sheet = nameOf(model) + "\n";
   addRow(sheet, texts::kRowLine, lineText(model.line));
   addRow(sheet, texts::kRowExchange, exchangeText(model));
   addRow(sheet, texts::kRowObeys, obeysText(model));
@@ -173,8 +177,7 @@ std::string modelList() {
   for (const ScaleModel& model : sim::scaleModels()) {
     list += std::to_string(model.number) + "\t" +
             say(model.streams ? texts::kListStreams : texts::kListAnswers) + "\t\t" +
-            say(model.worksOverTcp() ? texts::kYes : texts::kNo) + "\t" + std::string(model.name) +
-            "\n";
+            say(model.worksOverTcp() ? texts::kYes : texts::kNo) + "\t" + nameOf(model) + "\n";
   }
   return list;
 }

@@ -41,8 +41,7 @@ std::unique_ptr<wchar_t[]> toWide(const WCHAR_T* text) {
 
 }  // namespace
 
-CAddInNative::CAddInNative()
-    : connection(nullptr), memoryManager(nullptr), scales(createScales) {}
+CAddInNative::CAddInNative() : connection(nullptr), memoryManager(nullptr), scales(createScales) {}
 
 CAddInNative::~CAddInNative() = default;
 
@@ -140,8 +139,7 @@ long CAddInNative::GetNParams(const long num) {
   return method == nullptr ? 0 : method->parameters;
 }
 
-bool CAddInNative::GetParamDefValue(const long /*method*/, const long /*param*/,
-                                    tVariant* value) {
+bool CAddInNative::GetParamDefValue(const long /*method*/, const long /*param*/, tVariant* value) {
   if (value != nullptr) value->vt = kVariantEmpty;
   return false;
 }

@@ -36,6 +36,7 @@ constexpr std::array<const char*, 10> kSpeeds = {"1200",  "2400",  "4800",  "960
 
 std::vector<Choice> modelChoices() {
   std::vector<Choice> choices;
+  choices.reserve(scalesModels().size());
   for (const ScalesModel& model : scalesModels()) {
     const char* leadingZero = model.number < 10 ? "0" : "";
     choices.push_back({leadingZero + std::to_string(model.number), model.pageText});
@@ -45,6 +46,7 @@ std::vector<Choice> modelChoices() {
 
 std::vector<Choice> speedChoices() {
   std::vector<Choice> choices;
+  choices.reserve(kSpeeds.size());
   for (const char* speed : kSpeeds) choices.push_back({speed, speed});
   return choices;
 }

@@ -140,8 +140,7 @@ class ILanguageExtenderBase {
   virtual bool GetParamDefValue(const long method, const long param, tVariant* value) = 0;
   virtual bool HasRetVal(const long num) = 0;
   virtual bool CallAsProc(const long num, tVariant* params, const long count) = 0;
-  virtual bool CallAsFunc(const long num, tVariant* result, tVariant* params,
-                          const long count) = 0;
+  virtual bool CallAsFunc(const long num, tVariant* result, tVariant* params, const long count) = 0;
 };
 
 class LocaleBase {

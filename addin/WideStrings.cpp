@@ -34,6 +34,8 @@ class Iconv {
   }
 
  private:
+  // iconv's own word for a conversion that can't be opened.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   bool isOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
 
   iconv_t handle_;
@@ -47,12 +49,10 @@ unsigned convert(Target** dest, const Source* source, unsigned len, const char* 
   if (*dest == nullptr) *dest = new Target[len];
   std::fill_n(*dest, len, Target{0});
   const Iconv converter(to, from);
-  const auto result =
-      converter.convert(source, len * sizeof(Source), *dest, len * sizeof(Target));
+  const auto result = converter.convert(source, len * sizeof(Source), *dest, len * sizeof(Target));
   if (result) return static_cast<unsigned>(*result);
-  std::transform(source, source + len, *dest, [](Source unit) {
-    return static_cast<Target>(unit);
-  });
+  std::transform(source, source + len, *dest,
+                 [](Source unit) { return static_cast<Target>(unit); });
   return len;
 }
 

@@ -1,6 +1,5 @@
 #include "MirvesovScales.h"
 
-
 #include "FrameFields.h"
 
 // ScalesA9: a frame between STX and ETX.
@@ -46,8 +45,7 @@ Outcome parse(Frame frame, Reading& reading) {
     if (!isDigit(byte)) break;
     text.add(byte);
   }
-  reading.weight =
-      static_cast<double>(cutTo64(text.value() * gramsPerUnit(frame[kDecimalCode])));
+  reading.weight = static_cast<double>(cutTo64(text.value() * gramsPerUnit(frame[kDecimalCode])));
   if (frame[kSign] == '-') reading.weight = -reading.weight;
   reading.stable = 0;
   return endPoll();

@@ -63,8 +63,7 @@ int PolledScales::poll(Reading& reading) {
     sendRequest(buffer);
     buffer.fill(0);
     if (!sheet_.oneBudgetForAll) budget_ms = sheet_.budget_ms;
-    const Frame frame =
-        std::span(buffer).first(readFrame(port, sheet_.read, budget_ms, buffer));
+    const Frame frame = std::span(buffer).first(readFrame(port, sheet_.read, budget_ms, buffer));
 
     if (sheet_.glance != nullptr) sheet_.glance(frame, reading);
     if (!sheet_.isGood(frame)) continue;

@@ -191,8 +191,8 @@ static_assert(kSize == 21);
 namespace {
 
 bool isGood(Frame frame) {
-  return frame.size() == kSize && frame[kCr] == '\r' && frame[kLf] == '\n' &&
-         frame[kEcho] == 'S' && frame[kEcho2] == 'U' && frame[kEcho3] == 'I';
+  return frame.size() == kSize && frame[kCr] == '\r' && frame[kLf] == '\n' && frame[kEcho] == 'S' &&
+         frame[kEcho2] == 'U' && frame[kEcho3] == 'I';
 }
 
 Outcome parse(Frame frame, Reading& reading) {

@@ -195,8 +195,7 @@ int COrbComLanPort::getState() {
 int COrbComLanPort::read(unsigned char* buffer, unsigned long size) {
   const CAutoLockMutex lock(&portMutex);
   if (getState() != kConnected) logEvent("CAN'T READ");
-  const int count =
-      connType == Network ? ReadNetwork(buffer, size) : ReadSerial(buffer, size);
+  const int count = connType == Network ? ReadNetwork(buffer, size) : ReadSerial(buffer, size);
   logData(LogRecord::Incoming, buffer, static_cast<unsigned long>(count));
   return count;
 }
@@ -332,8 +331,8 @@ int COrbComLanPort::setPortLog(int enabled) {
 
 int COrbComLanPort::logWrite(const unsigned char* data, unsigned long size, int kind) {
   const CAutoLockMutex lock(&portMutex);
-  const bool known = kind >= static_cast<int>(LogRecord::System) &&
-                     kind <= static_cast<int>(LogRecord::Incoming);
+  const bool known =
+      kind >= static_cast<int>(LogRecord::System) && kind <= static_cast<int>(LogRecord::Incoming);
   if (logEnabled == 0 || size == 0 || data == nullptr || !known) return 0;
   if (!logFile) {
     logFile.reset(std::fopen(logFileName.data(), "a+t"));

@@ -1,6 +1,7 @@
 #include "SerialPort.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -46,6 +47,12 @@ bool isPseudoTerminal(int fileDesc) {
   if (::fstat(fileDesc, &info) != 0 || !S_ISCHR(info.st_mode)) return false;
   const unsigned device = major(info.st_rdev);
   return device >= kFirstPtyMajor && device <= kLastPtyMajor;
+}
+
+/// A line whose adapter was pulled out reads as if it were silent, for ever.
+bool isHungUp(int fileDesc) {
+  pollfd line = {fileDesc, 0, 0};
+  return ::poll(&line, 1, 0) == 1 && (line.revents & POLLHUP) != 0;
 }
 
 [[noreturn]] void throwSystemError() {
@@ -97,9 +104,8 @@ void applyDataBits(tcflag_t& flags, std::int32_t dataBits) {
 }
 
 void applySpeed(termios& settings, std::int32_t bitsPerSecond) {
-  const auto speed = std::find_if(kSpeeds.begin(), kSpeeds.end(), [&](const Speed& s) {
-    return s.bitsPerSecond == bitsPerSecond;
-  });
+  const auto speed = std::find_if(kSpeeds.begin(), kSpeeds.end(),
+                                  [&](const Speed& s) { return s.bitsPerSecond == bitsPerSecond; });
   if (speed == kSpeeds.end()) {
     throw std::runtime_error(std::string("baudRate passed to ") + kConfigure + " unrecognized.");
   }
@@ -224,7 +230,7 @@ unsigned long COMPort::read(void* buffer, unsigned long size) {
         "opened.");
   }
   const ssize_t count = ::read(fileDesc, buffer, size);
-  if (count < 0) throwSystemError();
+  if (count < 0 || (count == 0 && size > 0 && isHungUp(fileDesc))) throwSystemError();
   return static_cast<unsigned long>(count);
 }
 
@@ -233,8 +239,7 @@ unsigned long COMPort::write(const void* data, unsigned long size) {
     throwError(kWrite, " called but state != OPEN. Please call Open() first.");
   }
   if (fileDesc < 0) {
-    throwError(kWrite,
-               " called but file descriptor < 0, indicating file has not been opened.");
+    throwError(kWrite, " called but file descriptor < 0, indicating file has not been opened.");
   }
   const ssize_t count = ::write(fileDesc, data, size);
   if (count == -1) throwSystemError();

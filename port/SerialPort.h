@@ -44,7 +44,8 @@ class COMPort {
   /// up to that many milliseconds (25500 at most, in steps of 100).
   void SetTimeout(std::int32_t timeout_ms);
 
-  /// Reads what the line has, up to `size` bytes; 0 if there is nothing.
+  /// Reads what the line has, up to `size` bytes; 0 if there is nothing. A line that was hung up,
+  /// as when its adapter is pulled out, is a failure.
   unsigned long read(void* buffer, unsigned long size);
   /// Writes once and returns the number of bytes taken, which may be fewer than `size`.
   unsigned long write(const void* data, unsigned long size);

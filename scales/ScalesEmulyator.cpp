@@ -34,7 +34,8 @@ int ScalesEmulyator::OpenComPort() {
 int ScalesEmulyator::getScalesInfo(double* weight, double* price, double* cost, long* stable) {
   *stable = std::rand() % kOneInUnstable == 0 ? 0 : 1;
   std::rand();  // its value is not used, but the sequence of a seed depends on the call
-  const WeightBand& band = kWeightBands[static_cast<std::size_t>(std::rand()) % kWeightBands.size()];
+  const WeightBand& band =
+      kWeightBands[static_cast<std::size_t>(std::rand()) % kWeightBands.size()];
   *weight = band.lowest + (std::rand() % band.steps) * kGram;
   *price = (price_ >= 0 ? price_ : std::rand() % kRandomPrices) * kHundredth;
   *cost = cutTo32(100.0 * *price * *weight) / 100.0;

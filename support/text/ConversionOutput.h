@@ -25,7 +25,9 @@ class ConversionOutput {
     if (used + need > kMost) return nullptr;
     if (used + need > out_.getBufSize()) {
       const std::size_t wanted = used + std::max({need, std::min(later, kMuch), used / 2});
-      if (!out_.ensureBuffer(static_cast<std::uint32_t>(std::min(wanted, kMost)))) return nullptr;
+      if (!out_.ensureBufferWiping(static_cast<std::uint32_t>(std::min(wanted, kMost)))) {
+        return nullptr;
+      }
     }
     start_ = out_.getData2() + used;
     return start_;

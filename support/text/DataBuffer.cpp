@@ -169,7 +169,9 @@ void DataBuffer::swapData(DataBuffer& other) {
 }
 
 bool DataBuffer::prepForSbTake() {
-  if (lastByte() != 0 || empty()) return appendChar('\0');
+  if (lastByte() != 0 || empty()) {
+    return m_size != kNotFound && ensureBufferWiping(m_size + 1) && appendChar('\0');
+  }
   while (m_size > 1 && m_data[m_size - 2] == 0) --m_size;
   return true;
 }
@@ -301,6 +303,17 @@ bool DataBuffer::insertAt(std::uint32_t pos, const void* p, std::uint32_t n) {
 // Reserving and removing -------------------------------------------------------------------------
 
 bool DataBuffer::ensureBuffer(std::uint32_t n) { return n <= m_capacity || reallocate(n); }
+
+bool DataBuffer::ensureBufferWiping(std::uint32_t n) {
+  if (n <= m_capacity) return true;
+  if (!m_secure || empty()) return reallocate(n);
+  DataBuffer larger;
+  if (!larger.reallocate(n)) return false;
+  larger.append(*this);
+  secureClearWithDeallocate();
+  takeData(larger);
+  return true;
+}
 
 void DataBuffer::shorten(std::uint32_t n) { m_size -= std::min(n, m_size); }
 

@@ -75,6 +75,7 @@ bool EncodingConvert::EncConvert(int from, int to, const void* p, std::size_t n,
   if (!isConvertible(from) || !isConvertible(to)) return false;
 
   DataBuffer prepared;
+  prepared.setSecure(out.getSecure());
   if (from == kMacArabic) {
     if (!prepareMacArabic(source.p, n, prepared)) return false;
   } else if (isIso2022Jp(from) || from == kIso2022Kr) {
@@ -92,6 +93,7 @@ bool EncodingConvert::EncConvert(int from, int to, const void* p, std::size_t n,
   m_toCodePage = to;
   if (isUtf32(to)) return convertToUtf32(from, isUtf32Be(to), text, out, log);
   DataBuffer stage;
+  stage.setSecure(out.getSecure());
   const auto firstStage = [&](int codePage) {
     const bool converted = convert_a(from, codePage, text, stage, log);
     if (!converted) m_hadError = true;
@@ -124,6 +126,7 @@ bool EncodingConvert::convertToUtf32(int from, bool bigEndian, Source source, Da
     return singleByteToUtf32(table, source, out);
   }
   DataBuffer utf8;
+  utf8.setSecure(out.getSecure());
   bool converted = true;
   if (from != kUtf8) {
     converted = convert_a(from, kUtf8, source, utf8, log);
@@ -177,6 +180,7 @@ bool EncodingConvert::convert_a(int from, int to, Source source, DataBuffer& out
   if (from == to) return out.append(source.p, source.n);
 
   DataBuffer stage;
+  stage.setSecure(out.getSecure());
   if (from == kGsm) {
     const bool whole = _ckUtf::gsm_to_utf8(source.p, source.n, to == kUtf8 ? out : stage);
     if (to == kUtf8) return whole;
@@ -251,6 +255,7 @@ bool EncodingConvert::convertNormalised(int from, int to, Source source, DataBuf
 
 bool EncodingConvert::pivot(int from, int to, Source source, DataBuffer& out, LogBase& log) {
   DataBuffer utf16;
+  utf16.setSecure(out.getSecure());
   const std::uint64_t estimate = std::uint64_t{source.n} * 2 + 4;
   if (ck64_TooBigForUnsigned32(estimate) ||
       !utf16.ensureBuffer(static_cast<std::uint32_t>(estimate))) {

@@ -187,8 +187,6 @@ class StringBuffer : public NonRefCountedObj {
   void moveInline();
   void freeBlock(bool wipe);
   void setLength(std::uint32_t length);
-  template <typename Keep>
-  std::uint32_t keepOnly(Keep keep);
   std::uint32_t keepRange(std::size_t from, std::size_t to);
 
   std::uint8_t m_validity = kValid;

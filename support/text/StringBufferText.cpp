@@ -33,14 +33,6 @@ std::uint32_t StringBuffer::keepRange(std::size_t from, std::size_t to) {
   return removed;
 }
 
-template <typename Keep>
-std::uint32_t StringBuffer::keepOnly(Keep keep) {
-  char* const end = std::remove_if(m_data, m_data + m_length, [&](char c) { return !keep(c); });
-  const std::uint32_t removed = static_cast<std::uint32_t>(m_data + m_length - end);
-  shorten(removed);
-  return removed;
-}
-
 std::uint32_t StringBuffer::trim() {
   std::size_t from = 0;
   std::size_t to = m_length;
@@ -70,14 +62,16 @@ std::uint32_t StringBuffer::trimTrailingCRLFs() {
 }
 
 std::uint32_t StringBuffer::trimInsideSpaces() {
+  char* to = m_data;
   bool inRun = false;
-  return keepOnly([&](char& c) {
-    const bool space = isAsciiSpace(c);
-    if (space) c = ' ';
-    const bool again = space && inRun;
+  for (const char* from = m_data; from != m_data + m_length; ++from) {
+    const bool space = isAsciiSpace(*from);
+    if (!space || !inRun) *to++ = space ? ' ' : *from;
     inRun = space;
-    return !again;
-  });
+  }
+  const std::uint32_t removed = static_cast<std::uint32_t>(m_data + m_length - to);
+  shorten(removed);
+  return removed;
 }
 
 // Searching ------------------------------------------------------------------------------------
@@ -208,7 +202,10 @@ int StringBuffer::replaceCharAnsi(char from, char to) {
 }
 
 int StringBuffer::removeCharOccurances(char c) {
-  return static_cast<int>(keepOnly([&](char other) { return other != c; }));
+  const char* const end = std::remove(m_data, m_data + m_length, c);
+  const std::uint32_t removed = static_cast<std::uint32_t>(m_data + m_length - end);
+  shorten(removed);
+  return static_cast<int>(removed);
 }
 
 // Case, tests, numbers -------------------------------------------------------------------------

@@ -297,7 +297,9 @@ void XString::terminateWide() {
   // A block that was passed through unconverted may end inside a character.
   const std::uint32_t width = wideWidth();
   const std::uint32_t rest = m_wide.getSize() % width;
-  m_wide.appendCharN('\0', rest == 0 ? width : 2 * width - rest);
+  const std::uint32_t n = rest == 0 ? width : 2 * width - rest;
+  m_wide.ensureBufferWiping(m_wide.getSize() + n);
+  m_wide.appendCharN('\0', n);
 }
 
 /// Appends `n` units, which may lie in this very object.
@@ -323,8 +325,13 @@ bool XString::appendWide(const Unit* text, std::size_t n) {
   makeWide(kUtf16);
   onlyWide(kUtf16);
   if (m_wide.getSize() >= sizeof(Unit)) m_wide.shorten(sizeof(Unit));
-  if (m_wide.empty() && !ck64_TooBigForUnsigned32(size + sizeof(Unit))) {
-    m_wide.ensureBuffer(static_cast<std::uint32_t>(size + sizeof(Unit)));
+  // Twice what is needed for a text that grows; what doesn't fit fails below.
+  const std::uint64_t need = m_wide.getSize() + size + sizeof(Unit);
+  if (need > m_wide.getBufSize()) {
+    const std::uint64_t roomy = m_wide.empty() ? need : need * 2;
+    if (!ck64_TooBigForUnsigned32(roomy)) {
+      m_wide.ensureBufferWiping(static_cast<std::uint32_t>(roomy));
+    }
   }
   const bool ok = m_wide.append(text, size);
   terminateWide();

@@ -1,0 +1,120 @@
+// What a DataBuffer knows about the text in its bytes, and about files.
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+#include "ClsEncode.h"
+#include "ContentCoding.h"
+#include "DataBuffer.h"
+#include "LogBase.h"
+#include "StringBuffer.h"
+#include "XString.h"
+
+namespace {
+
+/// So many NUL bytes on one side of the byte pairs settle the matter, however long the text.
+constexpr std::size_t kEnoughNulBytes = 32;
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+File openFile(const char* path, const char* mode, LogBase* log, const char* complaint) {
+  File file(path == nullptr ? nullptr : std::fopen(path, mode));
+  if (file == nullptr && log != nullptr) log->LogError(complaint);
+  return file;
+}
+
+}  // namespace
+
+int DataBuffer::detectObviousCodePage() const {
+  using namespace std::string_view_literals;
+  const std::string_view bytes(reinterpret_cast<const char*>(m_data), m_size);
+  if (bytes.empty()) return -1;
+  // UTF-32 in little-endian order begins like UTF-16 and is reported as such.
+  if (bytes.starts_with("\xFF\xFE"sv)) return 1200;
+  if (bytes.starts_with("\xFE\xFF"sv)) return 1201;
+  if (bytes.starts_with("\xEF\xBB\xBF"sv)) return 65001;
+  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return 12001;
+
+  const std::size_t share = bytes.size() > 7 ? bytes.size() / 8 : 1;
+  const auto manyNulBytes = [&](std::size_t firstIndex) {
+    std::size_t count = 0;
+    for (std::size_t i = firstIndex; i < bytes.size(); i += 2) {
+      if (bytes[i] == 0 && ++count > kEnoughNulBytes) return true;
+    }
+    return count >= share;
+  };
+  if (manyNulBytes(1)) return 1200;
+  if (manyNulBytes(0)) return 1201;
+  return -1;
+}
+
+void DataBuffer::toHexString(StringBuffer& out) const { toHexString2(out, false); }
+
+void DataBuffer::toHexString2(StringBuffer& out, bool colons) const {
+  ContentCoding::encodeHex(m_data, m_size, colons ? HexStyle::UpperColons : HexStyle::Upper, out);
+}
+
+bool DataBuffer::encodeDB(const char* encoding, StringBuffer& out) const {
+  LogNull log;
+  _clsEncode coder;
+  coder.put_EncodingModeInt(_clsEncode::parseEncodingName(encoding));
+  XString text;
+  return coder.encodeBinary(*this, text, false, log) && out.append(text.getUtf8Sb());
+}
+
+bool DataBuffer::appendEncoded(const char* text, const char* encoding) {
+  LogNull log;
+  StringBuffer sb;
+  if (!sb.append(text)) return false;
+  return _clsEncode::decodeBinary(_clsEncode::parseEncodingName(encoding), sb, *this, true, log);
+}
+
+void DataBuffer::replaceChar(unsigned char from, unsigned char to) {
+  std::replace(m_data, m_data + m_size, from, to);
+}
+
+void DataBuffer::byteSwap21() {
+  for (std::uint32_t i = 0; i + 1 < m_size; i += 2) std::swap(m_data[i], m_data[i + 1]);
+}
+
+void DataBuffer::byteSwap4321() {
+  for (std::uint32_t i = 0; i + 3 < m_size; i += 4) std::reverse(m_data + i, m_data + i + 4);
+}
+
+bool DataBuffer::loadFileUtf8(const char* path, LogBase* log) {
+  clear();
+  const auto fails = [log](const char* complaint) {
+    if (log != nullptr) log->LogError(complaint);
+    return false;
+  };
+  // Only what has a size: opening a pipe would wait for its writer, and a device may never end.
+  struct stat info = {};
+  if (path == nullptr || ::stat(path, &info) != 0) return fails("Failed to open for read.");
+  if (!S_ISREG(info.st_mode)) return fails("Failed to get the file size.");
+  const auto size = static_cast<std::uint64_t>(info.st_size);
+  if (ck64_TooBigForUnsigned32(size)) return fails("The file is too big.");
+  if (size == 0) return true;
+  const File file = openFile(path, "rb", log, "Failed to open for read.");
+  if (file == nullptr) return false;
+  if (!ensureBuffer(static_cast<std::uint32_t>(size))) return fails("Failed to allocate memory.");
+  if (std::fread(m_data, 1, size, file.get()) != size) {
+    return fails("Failed to read the whole file.");
+  }
+  m_size = static_cast<std::uint32_t>(size);
+  return true;
+}
+
+bool DataBuffer::saveToFileUtf8(const char* path, LogBase* log) const {
+  const File file = openFile(path, "wb", log, "Failed to open for write.");
+  if (file == nullptr) return false;
+  const bool written = std::fwrite(m_data, 1, m_size, file.get()) == m_size;
+  return std::fflush(file.get()) == 0 && written;
+}

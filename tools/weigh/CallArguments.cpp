@@ -37,10 +37,8 @@ std::int64_t whole(const std::string& argument, const std::string& text, std::in
 
 host::Value typed(char type, const std::string& argument, const std::string& text) {
   switch (type) {
-    case 'i':
-      return static_cast<std::int32_t>(whole(argument, text, Int32::min(), Int32::max()));
-    case 'u':
-      return static_cast<std::uint32_t>(whole(argument, text, 0, Uint32::max()));
+    case 'i': return static_cast<std::int32_t>(whole(argument, text, Int32::min(), Int32::max()));
+    case 'u': return static_cast<std::uint32_t>(whole(argument, text, 0, Uint32::max()));
     case 'd':
       if (const auto number = realNumber(text)) return *number;
       refuse(argument, say(text::kNotReal));
@@ -48,12 +46,9 @@ host::Value typed(char type, const std::string& argument, const std::string& tex
       if (text == "true") return true;
       if (text == "false") return false;
       refuse(argument, say(text::kNotBool));
-    case 'n':
-      return host::NarrowText{text};
-    case 'e':
-      return {};
-    default:
-      return text;
+    case 'n': return host::NarrowText{text};
+    case 'e': return {};
+    default: return text;
   }
 }
 

@@ -1,14 +1,15 @@
 #include "Interrupt.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
-#include <fcntl.h>
-#include <poll.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace weigh {
 
@@ -47,9 +48,7 @@ Interrupt::~Interrupt() {
   }
 }
 
-bool Interrupt::asked() const {
-  return askedBefore(std::chrono::steady_clock::time_point::min());
-}
+bool Interrupt::asked() const { return askedBefore(std::chrono::steady_clock::time_point::min()); }
 
 bool Interrupt::askedBefore(std::chrono::steady_clock::time_point time) const {
   using std::chrono::milliseconds;

@@ -25,9 +25,7 @@ std::optional<Number> parsed(std::string_view text) {
 }
 
 /// The name that stands in a message: the first of "--model,-m".
-std::string firstName(const std::string& names) {
-  return names.substr(0, names.find(','));
-}
+std::string firstName(const std::string& names) { return names.substr(0, names.find(',')); }
 
 [[noreturn]] void refuse(const std::string& names, const std::string& message) {
   throw CLI::ValidationError(firstName(names), message);
@@ -96,9 +94,7 @@ std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowe
   return value && *value >= lowest && *value <= highest ? value : std::nullopt;
 }
 
-std::optional<double> realNumber(std::string_view text) {
-  return parsed<double>(text);
-}
+std::optional<double> realNumber(std::string_view text) { return parsed<double>(text); }
 
 std::int64_t requireWhole(const std::string& name, const std::string& text, std::int64_t lowest,
                           std::int64_t highest) {
@@ -149,6 +145,12 @@ void addJsonFlag(CLI::App& app, Format& format) {
       "--json", [&format] { format = Format::Json; }, say(text::kJsonFlag));
 }
 
+void addFormatFlags(CLI::App& app, Format& format) {
+  addJsonFlag(app, format);
+  app.add_flag_callback(
+      "--csv", [&format] { format = Format::Csv; }, say(text::kCsvFlag));
+}
+
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
                        const Text& countText) {
   const GroupOfOptions group(app, text::kOutputGroup);
@@ -167,9 +169,7 @@ void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewe
          say(text::kIntervalOption))
       ->type_name("SECONDS")
       ->default_str(secondsText(options.interval));
-  addJsonFlag(app, options.format);
-  app.add_flag_callback(
-      "--csv", [&options] { options.format = Format::Csv; }, say(text::kCsvFlag));
+  addFormatFlags(app, options.format);
 }
 
 }  // namespace weigh

@@ -60,7 +60,10 @@ void addScaleOptions(CLI::App& app, ScaleOptions& options);
 /// `fewest` is the lowest count that is taken.
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
                        const Text& countText);
+/// --json.
 void addJsonFlag(CLI::App& app, Format& format);
+/// --json and --csv.
+void addFormatFlags(CLI::App& app, Format& format);
 
 /// Turns down a text that isn't a number of the range, as the command line does it.
 std::int64_t requireWhole(const std::string& name, const std::string& text, std::int64_t lowest,

@@ -1,9 +1,11 @@
 #include <memory>
+#include <set>
 
 #include "Commands.h"
 #include "Interrupt.h"
 #include "Records.h"
 #include "Report.h"
+#include "ResultCode.h"
 #include "Session.h"
 #include "Texts.h"
 
@@ -22,17 +24,31 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
   const Interrupt interrupt;
   Session session(program.component, options.scale.log);
   const std::string id = session.open(connection);
-  if (const ExitCode code = judge(session.component().lastError(), connection)) return code;
-
   ReadingWriter writer(options.reading.format, unitsOf(connection.model), options.withPrice);
+  const host::LastError opened = session.component().lastError();
+  if (opened.code != kSuccess) {
+    Reading none{.error = opened, .details = {}};
+    if (options.withPrice) none.details.emplace();
+    if (options.reading.format != Format::Text) writer.write(none);
+    return judge(opened, connection);
+  }
+
   ExitCode code = kGood;
+  std::set<std::uint32_t> told;
   auto next = std::chrono::steady_clock::now();
   for (std::int64_t done = 0; done < options.reading.count; ++done) {
     if (interrupt.askedBefore(next)) break;
     next += options.reading.interval;
     const Reading reading = session.read(id, options.withPrice);
     if (reading.good() || options.reading.format != Format::Text) writer.write(reading);
-    if (judge(reading.error, connection) != kGood) code = kScaleFailed;
+    if (reading.good()) continue;
+    code = kScaleFailed;
+    // What to do about an error is said once.
+    if (told.insert(reading.error.code).second) {
+      complain(reading.error, connection);
+    } else {
+      complain(errorText(reading.error));
+    }
   }
   return code;
 }

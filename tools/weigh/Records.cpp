@@ -33,15 +33,7 @@ std::string shortest(double number) {
   return {text.data(), end.ptr};
 }
 
-std::string quoted(const std::string& field) {
-  std::string result = "\"";
-  for (const char c : field) result += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return result + '"';
-}
-
-Json textOrNull(const char* text) {
-  return text == nullptr ? Json() : Json(text);
-}
+Json textOrNull(const char* text) { return text == nullptr ? Json() : Json(text); }
 
 }  // namespace
 
@@ -64,6 +56,35 @@ void addReading(Json& record, const Reading& reading, Units units) {
   record["poll_ms"] = rounded(reading.poll);
 }
 
+std::string csvText(const std::string& text) {
+  std::string field = "\"";
+  for (const char c : text) field.append(c == '"' ? 2 : 1, c);
+  return field + '"';
+}
+
+std::string readingCsvHead(bool withDetails) {
+  return std::string("weight,unit,") + (withDetails ? "price,cost,stable," : "") +
+         "code,error,poll_ms";
+}
+
+std::string readingCsv(const Reading& reading, Units units) {
+  const bool good = reading.good();
+  const char* unit = unitName(units.weight);
+  std::string row = good ? shortest(reading.weight) : "";
+  row.append(",").append(unit == nullptr ? "" : unit).append(",");
+  if (reading.details) {
+    const Reading::Details& details = *reading.details;
+    if (good)
+      row += shortest(details.price) + ',' + shortest(details.cost) + ',' +
+             (details.stable ? '1' : '0');
+    else
+      row += ",,";
+    row += ',';
+  }
+  row += std::to_string(reading.error.code) + ',' + (good ? "" : csvText(reading.error.text)) + ',';
+  return row + shortest(rounded(reading.poll));
+}
+
 std::string readingText(const Reading& reading, Units units) {
   if (!reading.good()) {
     return fill(text::kErrorWord, {std::to_string(reading.error.code), reading.error.text});
@@ -81,36 +102,20 @@ std::string readingText(const Reading& reading, Units units) {
 void ReadingWriter::write(const Reading& reading) {
   ++written_;
   switch (format_) {
-    case Format::Text:
-      std::cout << readingText(reading, units_) << std::endl;
-      return;
+    case Format::Text: std::cout << readingText(reading, units_) << std::endl; return;
     case Format::Json: {
       Json record = {{"reading", written_}, {"time", timestamp()}};
       addReading(record, reading, units_);
       writeRecord(record);
       return;
     }
-    case Format::Csv:
-      writeCsv(reading);
-      return;
+    case Format::Csv: writeCsv(reading); return;
   }
 }
 
 void ReadingWriter::writeCsv(const Reading& reading) {
-  if (written_ == 1) {
-    std::cout << "reading,time,weight,unit," << (withDetails_ ? "price,cost,stable," : "")
-              << "code,error,poll_ms\n";
-  }
-  const auto ifGood = [&](double number) { return reading.good() ? shortest(number) : ""; };
-  const char* unit = unitName(units_.weight);
-  std::cout << written_ << ',' << timestamp() << ',' << ifGood(reading.weight) << ','
-            << (unit == nullptr ? "" : unit) << ',';
-  if (reading.details) {
-    std::cout << ifGood(reading.details->price) << ',' << ifGood(reading.details->cost) << ','
-              << ifGood(reading.details->stable ? 1 : 0) << ',';
-  }
-  std::cout << reading.error.code << ',' << (reading.good() ? "" : quoted(reading.error.text))
-            << ',' << shortest(rounded(reading.poll)) << std::endl;
+  if (written_ == 1) std::cout << "reading,time," << readingCsvHead(withDetails_) << '\n';
+  std::cout << written_ << ',' << timestamp() << ',' << readingCsv(reading, units_) << std::endl;
 }
 
 }  // namespace weigh

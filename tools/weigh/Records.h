@@ -19,6 +19,12 @@ void writeRecord(const Json& record);
 /// The fields of a reading; numbers of a failed one are null.
 void addReading(Json& record, const Reading& reading, Units units);
 
+/// A text as a field of comma-separated values.
+std::string csvText(const std::string& text);
+/// The same fields as comma-separated values; those of a failed reading are empty.
+std::string readingCsvHead(bool withDetails);
+std::string readingCsv(const Reading& reading, Units units);
+
 /// One line of text for people, without a line end.
 std::string readingText(const Reading& reading, Units units);
 

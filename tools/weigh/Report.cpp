@@ -1,8 +1,9 @@
 #include "Report.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <iostream>
-#include <unistd.h>
 
 #include "Models.h"
 #include "ResultCode.h"
@@ -43,35 +44,33 @@ bool isEmulator(int model) {
   return row != nullptr && row->create != nullptr && row->sheet == nullptr;
 }
 
+}  // namespace
+
 std::string remedyFor(std::uint32_t code, const Connection& connection) {
   switch (code) {
-    case kNoConnection:
-      return connectionRemedy(connection);
+    case kNoConnection: return connectionRemedy(connection);
     case kNoAnswer:
       return isEmulator(connection.model)
                  ? say(text::kEmulatorRemedy)
                  : fill(text::kNoAnswerRemedy, {std::to_string(connection.model)});
-    case kNotSupported:
-      return fill(text::kNotSupportedRemedy, {std::to_string(connection.model)});
-    case kOverload:
-      return say(text::kOverloadRemedy);
-    case kWrongFolder:
-      return say(text::kFolderRemedy);
-    default:
-      return {};
+    case kNotSupported: return fill(text::kNotSupportedRemedy, {std::to_string(connection.model)});
+    case kOverload: return say(text::kOverloadRemedy);
+    case kWrongFolder: return say(text::kFolderRemedy);
+    default: return {};
   }
 }
-
-}  // namespace
 
 void complain(const std::string& message, const std::string& remedy) {
   std::cerr << "weigh: " << message << '\n';
   if (!remedy.empty()) std::cerr << "       " << remedy << '\n';
 }
 
+std::string errorText(const host::LastError& error) {
+  return fill(text::kScaleError, {std::to_string(error.code), error.text});
+}
+
 void complain(const host::LastError& error, const Connection& connection) {
-  complain(fill(text::kScaleError, {std::to_string(error.code), error.text}),
-           remedyFor(error.code, connection));
+  complain(errorText(error), remedyFor(error.code, connection));
 }
 
 ExitCode judge(const host::LastError& error, const Connection& connection) {

@@ -1,5 +1,7 @@
 #include <iostream>
+#include <map>
 #include <memory>
+#include <vector>
 
 #include "Commands.h"
 #include "Records.h"
@@ -52,6 +54,24 @@ Json jsonRecord(const SettingsEntry& entry, const Reading& reading) {
   return record;
 }
 
+std::string csvRow(const SettingsEntry& entry, const Reading& reading) {
+  const char* transport = entry.network ? "tcp" : "serial";
+  return entry.id + ',' + std::to_string(entry.model) + ',' + transport + ',' +
+         csvText(entry.port) + ',' + std::to_string(entry.rate) + ',' +
+         readingCsv(reading, unitsOf(entry.model));
+}
+
+/// Errors of a kind are told once, with the scales that have them.
+void complainOf(const std::map<std::uint32_t, std::vector<const SettingsEntry*>>& failed,
+                const std::map<std::uint32_t, std::string>& texts) {
+  for (const auto& [code, entries] : failed) {
+    std::string ids;
+    for (const SettingsEntry* entry : entries) ids += (ids.empty() ? "" : ", ") + entry->id;
+    complain(fill(text::kOfScales, {errorText({code, texts.at(code)}), ids}),
+             remedyFor(code, connectionOf(*entries.front())));
+  }
+}
+
 ExitCode readFolder(const Program& program, const SettingsOptions& options) {
   const std::filesystem::path folder = options.folder;
   const auto entries = readSettings(folder);
@@ -62,22 +82,24 @@ ExitCode readFolder(const Program& program, const SettingsOptions& options) {
   Table table({say(text::kIdColumn), say(text::kModelColumn), say(text::kLineColumn),
                say(text::kWeightColumn), say(text::kPriceColumn), say(text::kCostColumn),
                say(text::kStateColumn), say(text::kPollColumn), say(text::kErrorColumn)});
-  struct Failed {
-    host::LastError error;
-    Connection connection;
-  };
-  std::vector<Failed> failed;
+  std::map<std::uint32_t, std::vector<const SettingsEntry*>> failed;
+  std::map<std::uint32_t, std::string> texts;
+  if (options.format == Format::Csv)
+    std::cout << "id,model,transport,port,rate," << readingCsvHead(true) << '\n';
   for (const SettingsEntry& entry : entries) {
     const Reading reading = session.read(entry.id, true);
-    if (!reading.good()) failed.push_back({reading.error, connectionOf(entry)});
-    if (options.format == Format::Json) {
-      writeRecord(jsonRecord(entry, reading));
-    } else {
-      table.add(tableRow(entry, reading));
+    if (!reading.good()) {
+      failed[reading.error.code].push_back(&entry);
+      texts[reading.error.code] = reading.error.text;
+    }
+    switch (options.format) {
+      case Format::Text: table.add(tableRow(entry, reading)); break;
+      case Format::Json: writeRecord(jsonRecord(entry, reading)); break;
+      case Format::Csv: std::cout << csvRow(entry, reading) << std::endl; break;
     }
   }
-  if (options.format != Format::Json) std::cout << table.text();
-  for (const Failed& one : failed) complain(one.error, one.connection);
+  if (options.format == Format::Text) std::cout << table.text() << std::flush;
+  complainOf(failed, texts);
   return failed.empty() ? kGood : kScaleFailed;
 }
 
@@ -92,7 +114,7 @@ void addSettingsCommand(CLI::App& app, Program& program) {
       ->required()
       ->type_name("DIR");
   command.add_flag("--log", options->log, say(text::kSettingsLogFlag));
-  addJsonFlag(command, options->format);
+  addFormatFlags(command, options->format);
   command.callback([&program, options] {
     program.action = [&program, options] { return readFolder(program, *options); };
   });

@@ -32,9 +32,7 @@ std::string SettingsEntry::line() const {
   return port + (network ? ":" : " ") + std::to_string(rate);
 }
 
-fs::path settingsFileOf(const fs::path& folder) {
-  return folder / "settings.xml";
-}
+fs::path settingsFileOf(const fs::path& folder) { return folder / "settings.xml"; }
 
 std::vector<SettingsEntry> readSettings(const fs::path& folder) {
   const fs::path file = settingsFileOf(folder);

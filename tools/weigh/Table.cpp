@@ -8,9 +8,7 @@ namespace {
 
 constexpr std::string_view kGap = "  ";
 
-bool beginsCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-}
+bool beginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
 
 }  // namespace
 

@@ -135,8 +135,8 @@ inline constexpr Text kNotConnType = {
     "'{0}' is no connection type; serial (0) or tcp (1)",
     "'{0}' не является типом подключения; serial (0) или tcp (1)"};
 inline constexpr Text kPortIsDevice = {
-    "--port {0} is no serial device; the TCP port of {1} goes into --tcp-port {0}",
-    "--port {0} не последовательный порт; TCP-порт для {1} задаётся как --tcp-port {0}"};
+    "{0} is no serial device; the TCP port of {1} is given with --tcp-port {0}",
+    "{0} не последовательный порт; TCP-порт для {1} задаётся как --tcp-port {0}"};
 inline constexpr Text kEmptyText = {"may not be empty", "не может быть пустым"};
 inline constexpr Text kTooManyParams = {"{0} takes {1} parameters, not {2}",
                                         "{0} принимает параметров: {1}, а не {2}"};
@@ -164,6 +164,7 @@ inline constexpr Text kComponentRefuses = {"the component {0} gives no object: {
 
 // What the scale says.
 inline constexpr Text kScaleError = {"scale error {0}: {1}", "ошибка весов {0}: {1}"};
+inline constexpr Text kOfScales = {"{0} (scales {1})", "{0} (весы {1})"};
 inline constexpr Text kCallRefused = {"the component refused the call of {0}",
                                       "компонента отклонила вызов {0}"};
 inline constexpr Text kNoDevice = {"There is no {0}. Serial devices here: {1}.",

@@ -41,26 +41,19 @@ std::string weightText(double weight, Units units) {
 
 std::string moneyText(double amount, Units units) {
   switch (units.money) {
-    case MoneyUnit::Whole:
-      return fixed(amount, 2);
-    case MoneyUnit::Hundredth:
-      return fill(text::kHundredths, {trimmed(fixed(amount, 2), 0)});
-    case MoneyUnit::AsCounted:
-      return trimmed(fixed(amount, 2), 0);
-    case MoneyUnit::None:
-      break;
+    case MoneyUnit::Whole: return fixed(amount, 2);
+    case MoneyUnit::Hundredth: return fill(text::kHundredths, {trimmed(fixed(amount, 2), 0)});
+    case MoneyUnit::AsCounted: return trimmed(fixed(amount, 2), 0);
+    case MoneyUnit::None: break;
   }
   return "-";
 }
 
 std::string unitText(WeightUnit unit) {
   switch (unit) {
-    case WeightUnit::Kilogram:
-      return say(text::kKilogram);
-    case WeightUnit::Gram:
-      return say(text::kGram);
-    case WeightUnit::AsShown:
-      break;
+    case WeightUnit::Kilogram: return say(text::kKilogram);
+    case WeightUnit::Gram: return say(text::kGram);
+    case WeightUnit::AsShown: break;
   }
   return say(text::kAsShown);
 }
@@ -70,32 +63,23 @@ std::string stateText(const Reading& reading) {
   return say(reading.details->stable ? text::kStable : text::kMoving);
 }
 
-std::string milliseconds(Milliseconds time) {
-  return fixed(time.count(), 1);
-}
+std::string milliseconds(Milliseconds time) { return fixed(time.count(), 1); }
 
 const char* unitName(WeightUnit unit) {
   switch (unit) {
-    case WeightUnit::Kilogram:
-      return "kg";
-    case WeightUnit::Gram:
-      return "g";
-    case WeightUnit::AsShown:
-      break;
+    case WeightUnit::Kilogram: return "kg";
+    case WeightUnit::Gram: return "g";
+    case WeightUnit::AsShown: break;
   }
   return nullptr;
 }
 
 const char* unitName(MoneyUnit unit) {
   switch (unit) {
-    case MoneyUnit::Whole:
-      return "whole";
-    case MoneyUnit::Hundredth:
-      return "hundredth";
-    case MoneyUnit::AsCounted:
-      return "counted";
-    case MoneyUnit::None:
-      break;
+    case MoneyUnit::Whole: return "whole";
+    case MoneyUnit::Hundredth: return "hundredth";
+    case MoneyUnit::AsCounted: return "counted";
+    case MoneyUnit::None: break;
   }
   return nullptr;
 }

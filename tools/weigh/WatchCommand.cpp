@@ -1,8 +1,9 @@
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <iostream>
 #include <memory>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include "Commands.h"
 #include "Interrupt.h"
@@ -100,7 +101,6 @@ ExitCode watchScale(const Program& program, const WatchOptions& options) {
   const Interrupt interrupt;
   Session session(program.component, options.scale.log);
   const std::string id = session.open(connection);
-  const host::LastError opened = session.component().lastError();
   Summary summary;
   {
     LiveLine live;

@@ -83,20 +83,18 @@ ExitCode complainOf(const host::LoadError& error) {
 ExitCode parseAndRun(int argc, char** argv) {
   CLI::App app(say(text::kAbout), "weigh");
   nameHelpParts(app);
-  app.set_help_flag("-h,--help", say(text::kHelpFlag))->group(say(text::kOptionsGroup));
+  app.option_defaults()->group(say(text::kOptionsGroup));
+  app.set_help_flag("-h,--help", say(text::kHelpFlag));
   app.footer(say(text::kExitCodes));
   app.require_subcommand(1);
 
   Program program{.component = host::Library::besideProgram(), .action = {}};
   std::string component;
   std::string language;
-  app.add_option("--component", component, say(text::kComponentOption))
-      ->type_name("PATH")
-      ->group(say(text::kOptionsGroup));
+  app.add_option("--component", component, say(text::kComponentOption))->type_name("PATH");
   app.add_option("--lang", language, say(text::kLangOption))
       ->type_name("en|ru")
-      ->check(CLI::IsMember({"en", "ru"}))
-      ->group(say(text::kOptionsGroup));
+      ->check(CLI::IsMember({"en", "ru"}));
   addCommands(app, program);
   try {
     app.parse(argc, argv);
@@ -121,7 +119,6 @@ CLI::App& weigh::addCommand(CLI::App& app, const CommandHelp& help) {
   command->fallthrough();
   const std::string example = fill(text::kExample, {help.example});
   command->footer(help.notes == nullptr ? example : say(*help.notes) + ("\n\n" + example));
-  command->option_defaults()->group(say(text::kOptionsGroup));
   return *command;
 }
 

@@ -35,9 +35,7 @@ Library::Library(const fs::path& file) {
   }
 }
 
-Library::~Library() {
-  ::dlclose(handle_);
-}
+Library::~Library() { ::dlclose(handle_); }
 
 void* Library::symbol(const fs::path& file, const char* name) const {
   void* found = ::dlsym(handle_, name);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <limits>
 #include <unordered_set>
 
 #include "Platform.h"
@@ -23,18 +22,12 @@ class Memory final : public IMemoryManager {
 
   /// Blocks that were handed out and not freed yet.
   std::size_t live() const { return blocks_.size(); }
-  /// Blocks handed out in all.
-  std::size_t allocations() const { return allocations_; }
   /// Attempts to free what this manager never gave, or gave and took back already.
   std::size_t foreignFrees() const { return foreignFrees_; }
-  /// Gives `count` more blocks and fails from then on.
-  void failAfter(std::size_t count) { left_ = count; }
 
  private:
   std::unordered_set<void*> blocks_;
-  std::size_t allocations_ = 0;
   std::size_t foreignFrees_ = 0;
-  std::size_t left_ = std::numeric_limits<std::size_t>::max();
 };
 
 }  // namespace host

@@ -1,8 +1,9 @@
 #include "Utf16.h"
 
+#include <iconv.h>
+
 #include <array>
 #include <cerrno>
-#include <iconv.h>
 #include <stdexcept>
 
 namespace host {

@@ -8,16 +8,11 @@ namespace {
 
 Value valueOf(const tVariant& variant) {
   switch (variant.vt) {
-    case kVariantEmpty:
-      return std::monostate{};
-    case kVariantBool:
-      return variant.value.bVal;
-    case kVariantInt32:
-      return variant.value.lVal;
-    case kVariantUint32:
-      return variant.value.ulVal;
-    case kVariantDouble:
-      return variant.value.dblVal;
+    case kVariantEmpty: return std::monostate{};
+    case kVariantBool: return variant.value.bVal;
+    case kVariantInt32: return variant.value.lVal;
+    case kVariantUint32: return variant.value.ulVal;
+    case kVariantDouble: return variant.value.dblVal;
     case kVariantWideString: {
       const auto& text = variant.value.wide;
       return text.pwstrVal == nullptr ? std::string() : toUtf8(text.pwstrVal, text.wstrLen);
@@ -26,8 +21,7 @@ Value valueOf(const tVariant& variant) {
       const auto& text = variant.value.narrow;
       return NarrowText{text.pstrVal == nullptr ? "" : std::string(text.pstrVal, text.strLen)};
     }
-    default:
-      return OtherValue{variant.vt};
+    default: return OtherValue{variant.vt};
   }
 }
 

@@ -1,0 +1,32 @@
+#include "Memory.h"
+
+#include <cstdlib>
+
+namespace host {
+
+Memory::~Memory() {
+  for (void* block : blocks_) std::free(block);
+}
+
+bool Memory::AllocMemory(void** memory, unsigned long bytes) {
+  if (memory == nullptr || left_ == 0) return false;
+  void* block = std::malloc(bytes == 0 ? 1 : bytes);
+  if (block == nullptr) return false;
+  --left_;
+  ++allocations_;
+  blocks_.insert(block);
+  *memory = block;
+  return true;
+}
+
+void Memory::FreeMemory(void** memory) {
+  if (memory == nullptr || *memory == nullptr) return;
+  if (blocks_.erase(*memory) == 0) {
+    ++foreignFrees_;
+    return;
+  }
+  std::free(*memory);
+  *memory = nullptr;
+}
+
+}  // namespace host

@@ -55,9 +55,7 @@ std::string awaitHex(COrbComLanPort& port, unsigned long size) {
   return result;
 }
 
-int write(COrbComLanPort& port, const Bytes& data) {
-  return port.write(data.data(), data.size());
-}
+int write(COrbComLanPort& port, const Bytes& data) { return port.write(data.data(), data.size()); }
 
 TEST(ComLanPort, ThatNeverOpenedAnswersByItsCodes) {
   COrbComLanPort port;
@@ -148,20 +146,22 @@ TEST(ComLanPort, ARefusedSettingClosesTheLineAndStays) {
   EXPECT_EQ(port.getBitRate(), 56000U);
 }
 
-TEST(ComLanPort, FindsASerialLineThatVanishedByWriting) {
+TEST(ComLanPort, FindsASerialLineThatVanished) {
   PtyLine line;
-  COrbComLanPort port(line.path().c_str());
+  COrbComLanPort reader(line.path().c_str());
+  COrbComLanPort writer(line.path().c_str());
   line.unplug();
-  EXPECT_EQ(port.getState(), kConnected);
-  EXPECT_EQ(readHex(port, 8), "");
-  EXPECT_EQ(write(port, bytes("05")), -2);
-  EXPECT_EQ(port.getState(), kNotConnected);
-  EXPECT_EQ(write(port, bytes("05")), -1);
-  EXPECT_EQ(port.Open(), 1);
+  EXPECT_EQ(reader.getState(), kConnected);
+  EXPECT_EQ(readHex(reader, 8), "");
+  EXPECT_EQ(reader.getState(), kNotConnected);
+  EXPECT_EQ(write(reader, bytes("05")), -1);
+  EXPECT_EQ(write(writer, bytes("05")), -2);
+  EXPECT_EQ(writer.getState(), kNotConnected);
+  EXPECT_EQ(reader.Open(), 1);
   line.plugIn();
-  EXPECT_EQ(port.Open(), 0);
+  EXPECT_EQ(reader.Open(), 0);
   line.send(bytes("07"));
-  EXPECT_EQ(readHex(port, 8), "07");
+  EXPECT_EQ(readHex(reader, 8), "07");
 }
 
 TEST(ComLanPort, CantOpenWhatIsntThere) {

@@ -146,22 +146,27 @@ TEST(ComLanPort, ARefusedSettingClosesTheLineAndStays) {
   EXPECT_EQ(port.getBitRate(), 56000U);
 }
 
-TEST(ComLanPort, FindsASerialLineThatVanished) {
-  PtyLine line;
-  COrbComLanPort reader(line.path().c_str());
-  COrbComLanPort writer(line.path().c_str());
-  line.unplug();
-  EXPECT_EQ(reader.getState(), kConnected);
-  EXPECT_EQ(readHex(reader, 8), "");
-  EXPECT_EQ(reader.getState(), kNotConnected);
-  EXPECT_EQ(write(reader, bytes("05")), -1);
-  EXPECT_EQ(write(writer, bytes("05")), -2);
-  EXPECT_EQ(writer.getState(), kNotConnected);
-  EXPECT_EQ(reader.Open(), 1);
-  line.plugIn();
-  EXPECT_EQ(reader.Open(), 0);
-  line.send(bytes("07"));
-  EXPECT_EQ(readHex(reader, 8), "07");
+TEST(ComLanPort, FindsASerialLineDeadAndOpensItAgain) {
+  const std::array<std::function<void(COrbComLanPort&)>, 3> transfers = {
+      [](COrbComLanPort& p) { EXPECT_EQ(readHex(p, 8), ""); },
+      [](COrbComLanPort& p) { EXPECT_EQ(write(p, bytes("05")), -2); },
+      [](COrbComLanPort& p) { EXPECT_EQ(p.setBitRate(9600), -2); }};
+  for (const auto& transfer : transfers) {
+    PtyLine line;
+    COrbComLanPort port(line.path().c_str());
+    line.unplug();
+    // The line object exists until a transfer meets the hang-up.
+    EXPECT_EQ(port.getState(), kConnected);
+    transfer(port);
+    EXPECT_EQ(port.getState(), kNotConnected);
+    EXPECT_EQ(readHex(port, 8), "");
+    EXPECT_EQ(write(port, bytes("05")), -1);
+    EXPECT_EQ(port.Open(), 1);
+    line.plugIn();
+    EXPECT_EQ(port.Open(), 0);
+    line.send(bytes("07"));
+    EXPECT_EQ(readHex(port, 8), "07");
+  }
 }
 
 TEST(ComLanPort, CantOpenWhatIsntThere) {
@@ -268,21 +273,23 @@ TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
 }
 
 TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
-  Milestone halfClosed;
-  TcpPeer peer([&](TcpWire& wire) {
-    wire.send(bytes("06 01 02"));
-    wire.halfClose();
-    halfClosed.reach();
-    wire.receive(1);
-  });
-  COrbComLanPort port(TcpPeer::kHost, peer.port());
-  ASSERT_TRUE(halfClosed.wait());
-  EXPECT_EQ(port.getState(), kConnected);
-  EXPECT_EQ(readHex(port, 2), "06 01");
-  // The third byte was picked up along with these, so that the line itself is at its end.
-  EXPECT_EQ(port.getState(), kNotConnected);
-  EXPECT_EQ(readHex(port, 1), "02");
-  EXPECT_EQ(write(port, bytes("05")), 0);
+  for (const unsigned long size : {3UL, 4UL}) {
+    Milestone halfClosed;
+    TcpPeer peer([&](TcpWire& wire) {
+      wire.send(bytes("06 01 02"));
+      wire.halfClose();
+      halfClosed.reach();
+      wire.receive(1);
+    });
+    COrbComLanPort port(TcpPeer::kHost, peer.port());
+    ASSERT_TRUE(halfClosed.wait());
+    EXPECT_EQ(port.getState(), kConnected);
+    // A read that asks for more than came loses it, and finds the line dead.
+    EXPECT_EQ(readHex(port, size), size == 3 ? "06 01 02" : "");
+    EXPECT_EQ(port.getState(), kNotConnected);
+    EXPECT_EQ(readHex(port, 1), "");
+    EXPECT_EQ(write(port, bytes("05")), 0);
+  }
 }
 
 TEST(ComLanPort, SendsMoreThanTheLineTakesAtOnce) {

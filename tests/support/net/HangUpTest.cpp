@@ -99,8 +99,7 @@ TEST_F(HangUp, ASendAfterAResetFailsAndTheProcessLives) {
   const Stopwatch clock;
   while (sendBytes(socket, "W") && clock.ms() < 5000) {
   }
-  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::General);
-  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::ClosedByPeer);
+  // Whether the reset is found before a send or by one depends on when it comes.
   EXPECT_FALSE(socket.get_IsConnected());
   EXPECT_FALSE(sendBytes(socket, "W"));
   EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::NoConnection);

@@ -94,7 +94,9 @@ ExitCode parseAndRun(int argc, char** argv) {
   app.add_option("--component", component, say(text::kComponentOption))->type_name("PATH");
   app.add_option("--lang", language, say(text::kLangOption))
       ->type_name("en|ru")
-      ->check(CLI::IsMember({"en", "ru"}));
+      ->check(CLI::IsMember({"en", "ru"}))
+      // A wrapper may have said its own before.
+      ->take_last();
   addCommands(app, program);
   try {
     app.parse(argc, argv);

@@ -1,8 +1,14 @@
-// Building and releasing the tree of a document, beside expat filling a like tree and pugixml.
+// Building and releasing the tree of a document, beside expat filling a like tree and pugixml;
+// and what stands on it, the settings file of a folder.
 
 #include <expat.h>
+#include <unistd.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <memory>
 #include <pugixml.hpp>
 #include <string>
@@ -12,7 +18,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include "CkString.h"
 #include "ParseEngine.h"
+#include "ScalesEmulyator.h"
+#include "ScalesWrapper.h"
 #include "TreeNode.h"
 #include "XmlDocuments.h"
 
@@ -61,19 +70,16 @@ struct ExpatBuilder {
   }
 };
 
-const std::string& document(benchmark::State& state) {
-  static const std::string settings = documents::settings(100);
-  static const std::string catalogue = documents::catalogue(10 << 20);
-  return state.range(0) == 0 ? settings : catalogue;
-}
+// What is measured -------------------------------------------------------------------------------
 
-void countBytes(benchmark::State& state, const std::string& text) {
+using Document = const std::string&;
+
+void countBytes(benchmark::State& state, Document text) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
                           static_cast<std::int64_t>(text.size()));
 }
 
-void XmlTree(benchmark::State& state) {
-  const std::string& text = document(state);
+void ours(benchmark::State& state, Document text) {
   for (auto _ : state) {
     ParseEngine engine(text);
     benchmark::DoNotOptimize(TreeNode::customParse(engine, nullptr, true, false, false));
@@ -81,8 +87,7 @@ void XmlTree(benchmark::State& state) {
   countBytes(state, text);
 }
 
-void XmlExpat(benchmark::State& state) {
-  const std::string& text = document(state);
+void expat(benchmark::State& state, Document text) {
   for (auto _ : state) {
     ExpatBuilder builder;
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(
@@ -99,8 +104,7 @@ void XmlExpat(benchmark::State& state) {
   countBytes(state, text);
 }
 
-void XmlPugi(benchmark::State& state) {
-  const std::string& text = document(state);
+void pugixml(benchmark::State& state, Document text) {
   for (auto _ : state) {
     pugi::xml_document tree;
     if (!tree.load_buffer(text.data(), text.size())) {
@@ -111,12 +115,64 @@ void XmlPugi(benchmark::State& state) {
   countBytes(state, text);
 }
 
-void documentsOf(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Arg(0)->Arg(1);  // the settings file, and a catalogue of 10 MiB
+/// A folder whose settings file lists emulators, gone with the object.
+class SettingsFolder {
+ public:
+  explicit SettingsFolder(int scales)
+      : path_(std::filesystem::temp_directory_path() /
+              ("orbelo-bench-" + std::to_string(::getpid()))) {
+    std::filesystem::create_directory(path_);
+    std::ofstream(path_ / "settings.xml") << documents::settings(scales);
+  }
+  ~SettingsFolder() { std::filesystem::remove_all(path_); }
+  SettingsFolder(const SettingsFolder&) = delete;
+  SettingsFolder& operator=(const SettingsFolder&) = delete;
+
+  std::string path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// What the platform waits for when it sets the component's folder.
+void folder(benchmark::State& state, int scales) {
+  const SettingsFolder settings(scales);
+  CkString path;
+  path.setStringUtf8(settings.path().c_str());
+  CScalesWrapper wrapper([](int /*model*/) -> std::unique_ptr<IScalesObject> {
+    return std::make_unique<ScalesEmulyator>();
+  });
+  for (auto _ : state) {
+    if (wrapper.SetPathDllFolder(path) != 0) state.SkipWithError("the folder isn't taken");
+  }
 }
 
-BENCHMARK(XmlTree)->Name("xml_tree/ours")->Apply(documentsOf);
-BENCHMARK(XmlExpat)->Name("xml_tree/expat")->Apply(documentsOf);
-BENCHMARK(XmlPugi)->Name("xml_tree/pugixml")->Apply(documentsOf);
+/// Names are operation/who/size.
+void enlist() {
+  static const std::string settings = documents::settings(100);
+  static const std::string catalogue = documents::catalogue(10 << 20);
+  struct Named {
+    const char* operation;
+    Document text;
+  };
+  for (const Named& document : {Named{"settings", settings}, Named{"catalogue", catalogue}}) {
+    struct Contender {
+      const char* who;
+      void (*run)(benchmark::State&, Document);
+    };
+    for (const auto& [who, run] :
+         {Contender{"ours", ours}, Contender{"expat", expat}, Contender{"pugixml", pugixml}}) {
+      const std::string name =
+          std::string(document.operation) + "/" + who + "/" + std::to_string(document.text.size());
+      benchmark::RegisterBenchmark(name.c_str(), run, std::cref(document.text))
+          ->Unit(benchmark::kMicrosecond);
+    }
+  }
+  constexpr int kScales = 100;
+  const std::string name = "folder/ours/" + std::to_string(kScales);
+  benchmark::RegisterBenchmark(name.c_str(), folder, kScales)->Unit(benchmark::kMicrosecond);
+}
+
+[[maybe_unused]] const bool enlisted = (enlist(), true);
 
 }  // namespace

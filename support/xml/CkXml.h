@@ -16,8 +16,8 @@ class ORBELO_PUBLIC CkXml : public CkMultiByteBase {
   CkXml();
   ~CkXml() override;
 
-  /// Reads a document and moves to its root. It may be UTF-8, or UTF-16 or UTF-32 with its mark
-  /// or its NUL bytes, or what its declaration names. Broken documents give what can be read of
+  /// Reads a document and moves to its root. It may be UTF-8, UTF-16 with its byte order mark, or
+  /// in the character set that its declaration names. Broken documents give what can be read of
   /// them. False, with the cursor where it was, if the file can't be read or is empty.
   bool LoadXmlFile(const char* path);
   /// Moves to the root.

@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(CallOf, ShowsWhatCameBack) {
   const Case& one = GetParam();
-  const Run run = weigh(Arguments{"call", "--json"} + one.arguments);
+  const ProgramRun run = weigh(Arguments{"call", "--json"} + one.arguments);
   EXPECT_EQ(run.exitCode, one.exitCode) << run.err;
   ASSERT_EQ(run.records().size(), 1U);
   const json record = run.records()[0];
@@ -119,7 +119,7 @@ TEST(Call, OpenGivesAnIdAndGetParametersThePage) {
   const json opened = weigh({"call", "Open", "--json"}).records().at(0);
   EXPECT_EQ(opened["params"][0]["value"].get<std::string>().size(), 20U);
 
-  const Run page = weigh({"page"});
+  const ProgramRun page = weigh({"page"});
   EXPECT_THAT(page.out,
               StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\r\n<Settings>\r\n"));
   const json raw = weigh({"call", "GetParameters", "--json"}).records().at(0);
@@ -127,7 +127,7 @@ TEST(Call, OpenGivesAnIdAndGetParametersThePage) {
 }
 
 TEST(Call, ShowsAsTextWhatWasCalled) {
-  const Run run = weigh({"call", "GetWeight", "unknown"});
+  const ProgramRun run = weigh({"call", "GetWeight", "unknown"});
   EXPECT_EQ(run.exitCode, kScaleFailed);
   EXPECT_EQ(run.out,
             "method      11 GetWeight (ПолучитьВес)\n"
@@ -153,7 +153,7 @@ TEST(Call, TurnsDownWhatIsNoCall) {
            {{"Close", "d:"}, "no number"},
            {{"Close", "b:yes"}, "neither true nor false"},
        }) {
-    const Run run = weigh(Arguments{"call"} + arguments);
+    const ProgramRun run = weigh(Arguments{"call"} + arguments);
     EXPECT_EQ(run.exitCode, kWrongUsage);
     EXPECT_THAT(run.err, HasSubstr(told));
   }

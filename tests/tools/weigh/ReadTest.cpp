@@ -33,11 +33,11 @@ INSTANTIATE_TEST_SUITE_P(Transports, ReadOverBoth, testing::Values(Transport::Pt
 
 TEST_P(ReadOverBoth, GivesTheWeightAsTextJsonAndCsv) {
   const Arguments options = optionsOf(scale_);
-  const Run text = weigh(Arguments{"read", "--price"} + options);
+  const ProgramRun text = weigh(Arguments{"read", "--price"} + options);
   EXPECT_EQ(text.exitCode, kGood) << text.err;
   EXPECT_EQ(text.out, "1.25 (as shown)   stable\n");
 
-  const Run csv = weigh(Arguments{"read", "--csv"} + options);
+  const ProgramRun csv = weigh(Arguments{"read", "--csv"} + options);
   EXPECT_THAT(csv.out, AllOf(StartsWith("reading,time,weight,unit,code,error,poll_ms\n1,"),
                              HasSubstr(",1.25,,0,,")));
 
@@ -55,12 +55,12 @@ TEST_P(ReadOverBoth, GivesTheWeightAsTextJsonAndCsv) {
 TEST_P(ReadOverBoth, TellsOfSilenceWithCodeTextAndRemedy) {
   scale_.setFaults({.silent = true});
   const Arguments options = Arguments{"read"} + optionsOf(scale_);
-  const Run text = weigh(options);
+  const ProgramRun text = weigh(options);
   EXPECT_EQ(text.exitCode, kScaleFailed);
   EXPECT_EQ(text.out, "");
   EXPECT_THAT(text.err, AllOf(HasSubstr("scale error 3: Ошибка_3: Нет ответа от весов."),
                               HasSubstr("model 13")));
-  const Run data = weigh(options + Arguments{"--json"});
+  const ProgramRun data = weigh(options + Arguments{"--json"});
   EXPECT_EQ(data.exitCode, kScaleFailed);
   ASSERT_EQ(data.records().size(), 1U);
   EXPECT_EQ(data.records()[0]["weight"], json());
@@ -69,7 +69,7 @@ TEST_P(ReadOverBoth, TellsOfSilenceWithCodeTextAndRemedy) {
 
 TEST_P(ReadOverBoth, LogsTheExchangeOfOneRun) {
   const fixture::TempFolder folder;
-  const Run run = weigh(Arguments{"read", "--log", folder.path()} + optionsOf(scale_));
+  const ProgramRun run = weigh(Arguments{"read", "--log", folder.path()} + optionsOf(scale_));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   EXPECT_FALSE(folder.has("log.txt")) << "the marker would keep the log on";
   const std::string told = "exchange log: " + folder.path();
@@ -82,12 +82,12 @@ TEST_P(ReadOverBoth, LogsTheExchangeOfOneRun) {
 
 TEST_P(ReadOverBoth, TaresAndTests) {
   const Arguments options = optionsOf(scale_);
-  const Run test = weigh(Arguments{"test"} + options);
+  const ProgramRun test = weigh(Arguments{"test"} + options);
   EXPECT_EQ(test.exitCode, kGood) << test.err;
   EXPECT_EQ(test.out, "Вес:  1.250; \n");
 
   scale_.setFaults({.silent = true});
-  const Run silent = weigh(Arguments{"test"} + options);
+  const ProgramRun silent = weigh(Arguments{"test"} + options);
   EXPECT_EQ(silent.exitCode, kScaleFailed);
   EXPECT_THAT(silent.err, HasSubstr("scale error 3: Ошибка_3"));
 }
@@ -95,7 +95,7 @@ TEST_P(ReadOverBoth, TaresAndTests) {
 TEST(Read, CountsCorrectsAndKeepsTheConnection) {
   SimulatedScale scale(13, Transport::Tcp);
   scale.setWeight(2.0);
-  const Run run = weigh(
+  const ProgramRun run = weigh(
       Arguments{"read", "--count", "3", "--interval", "0", "--coeff", "0,5", "--leave", "--json"} +
       optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
@@ -108,7 +108,7 @@ TEST(Read, CountsCorrectsAndKeepsTheConnection) {
 }
 
 TEST(Read, EmulatorAnswersWithoutHardware) {
-  const Run run = weigh({"read", "--price", "--json", "--count", "2", "--interval", "0"});
+  const ProgramRun run = weigh({"read", "--price", "--json", "--count", "2", "--interval", "0"});
   const auto records = run.records();
   ASSERT_EQ(records.size(), 2U);
   bool failed = false;
@@ -131,16 +131,16 @@ TEST(Read, EmulatorAnswersWithoutHardware) {
 
 TEST(Commands, ReachTheScaleOrTellThatItHasNone) {
   SimulatedScale labelling(14, Transport::Pty);
-  const Run tare = weigh(Arguments{"tare"} + optionsOf(labelling));
+  const ProgramRun tare = weigh(Arguments{"tare"} + optionsOf(labelling));
   EXPECT_EQ(tare.exitCode, labelling.count(sim::Action::Tare) > 0 ? kGood : kScaleFailed);
   EXPECT_EQ(tare.exitCode, labelling.model().obeys(sim::Action::Tare) ? kGood : kScaleFailed);
 
-  const Run price = weigh({"price", "1250"});
+  const ProgramRun price = weigh({"price", "1250"});
   EXPECT_EQ(price.exitCode, kGood) << price.err;
   EXPECT_EQ(price.out, "price 1250 sent\n");
 
   SimulatedScale plain(13, Transport::Pty);
-  const Run refused = weigh(Arguments{"price", "1250", "--json"} + optionsOf(plain));
+  const ProgramRun refused = weigh(Arguments{"price", "1250", "--json"} + optionsOf(plain));
   EXPECT_EQ(refused.exitCode, kScaleFailed);
   EXPECT_THAT(refused.err, HasSubstr("scale error 5: Ошибка_5"));
   ASSERT_EQ(refused.records().size(), 1U);
@@ -150,7 +150,7 @@ TEST(Commands, ReachTheScaleOrTellThatItHasNone) {
 TEST(Watch, WritesALineForEachReadingAndASummary) {
   SimulatedScale scale(13, Transport::Pty);
   scale.setWeight(3.5);
-  const Run run = weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
+  const ProgramRun run = weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   EXPECT_THAT(run.out, ContainsRegex("^3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
                                      "3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
@@ -161,13 +161,13 @@ TEST(Watch, WritesALineForEachReadingAndASummary) {
 
 TEST(Watch, EndsWellOnCtrlC) {
   SimulatedScale scale(13, Transport::Tcp);
-  const Run run = weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
+  const ProgramRun run = weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
 }
 
 TEST(Watch, GoesOnWhenTheScaleIsNotThere) {
-  const Run run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count", "2",
+  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count", "2",
                          "--interval", "0", "--json"});
   EXPECT_EQ(run.exitCode, kScaleFailed);
   ASSERT_EQ(run.records().size(), 2U);

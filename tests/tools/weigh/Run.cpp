@@ -25,7 +25,7 @@ std::string readAll(int file) {
   return text;
 }
 
-Run run(const Arguments& arguments, int signal) {
+ProgramRun run(const Arguments& arguments, int signal) {
   Arguments words = Arguments{WEIGH_PROGRAM, "--lang", "en"} + arguments;
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
@@ -47,7 +47,7 @@ Run run(const Arguments& arguments, int signal) {
   if (failed != 0) throw std::runtime_error("weigh can't be started");
   outputEnd.reset();
 
-  Run result{};
+  ProgramRun result{};
   if (signal != 0) {
     char c = 0;
     while (c != '\n' && ::read(output.get(), &c, 1) == 1) result.out += c;
@@ -64,16 +64,16 @@ Run run(const Arguments& arguments, int signal) {
 
 }  // namespace
 
-std::vector<nlohmann::json> Run::records() const {
+std::vector<nlohmann::json> ProgramRun::records() const {
   std::vector<nlohmann::json> records;
   std::istringstream lines(out);
   for (std::string line; std::getline(lines, line);) records.push_back(nlohmann::json::parse(line));
   return records;
 }
 
-Run weigh(const Arguments& arguments) { return run(arguments, 0); }
+ProgramRun weigh(const Arguments& arguments) { return run(arguments, 0); }
 
-Run weighUntil(int signal, const Arguments& arguments) { return run(arguments, signal); }
+ProgramRun weighUntil(int signal, const Arguments& arguments) { return run(arguments, signal); }
 
 Arguments operator+(Arguments first, const Arguments& second) {
   first.insert(first.end(), second.begin(), second.end());

@@ -8,7 +8,7 @@
 #include "SimulatedScale.h"
 
 /// How a run of weigh ended.
-struct Run {
+struct ProgramRun {
   /// -1 for an end by a signal.
   int exitCode;
   std::string out;
@@ -25,9 +25,9 @@ constexpr int kWrongUsage = 2;
 using Arguments = std::vector<std::string>;
 
 /// Runs weigh in English, unless the arguments say otherwise, and waits for its end.
-Run weigh(const Arguments& arguments);
+ProgramRun weigh(const Arguments& arguments);
 /// Sends it a signal as soon as it has written a line.
-Run weighUntil(int signal, const Arguments& arguments);
+ProgramRun weighUntil(int signal, const Arguments& arguments);
 
 Arguments operator+(Arguments first, const Arguments& second);
 

@@ -13,15 +13,15 @@ using testing::HasSubstr;
 using testing::Not;
 
 TEST(Usage, HelpTellsEveryCommandWithAnExample) {
-  const Run help = weigh({"--help"});
+  const ProgramRun help = weigh({"--help"});
   EXPECT_EQ(help.exitCode, kGood);
   for (const char* command :
        {"read", "watch", "tare", "price", "test", "models", "page", "settings", "call"}) {
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
-    const Run own = weigh({command, "--help"});
+    const ProgramRun own = weigh({command, "--help"});
     EXPECT_EQ(own.exitCode, kGood);
     EXPECT_THAT(own.out, HasSubstr(std::string("Example: weigh ") + command));
-    const Run russian = weigh({command, "--help", "--lang=ru"});
+    const ProgramRun russian = weigh({command, "--help", "--lang=ru"});
     EXPECT_THAT(russian.out, AllOf(HasSubstr(std::string("Пример: weigh ") + command),
                                    Not(HasSubstr("Options"))));
   }
@@ -53,7 +53,7 @@ TEST(Usage, WrongWordsEndWithCodeTwoAndARemedy) {
            {{"price", "--", "-1"}, "'-1' is no whole number"},
            {{"settings"}, "folder is required"},
        }) {
-    const Run run = weigh(arguments);
+    const ProgramRun run = weigh(arguments);
     EXPECT_EQ(run.exitCode, kWrongUsage) << testing::PrintToString(arguments);
     EXPECT_EQ(run.out, "");
     EXPECT_THAT(run.err, AllOf(HasSubstr(told), HasSubstr("--help` shows how it is used")));
@@ -62,13 +62,13 @@ TEST(Usage, WrongWordsEndWithCodeTwoAndARemedy) {
 
 TEST(Usage, NumbersAreDecimalAsThePageWritesThem) {
   // "08" is how the page writes model 8, and no number of base eight.
-  const Run run = weigh({"read", "--model", "08", "--port", "/dev/no-such-scale"});
+  const ProgramRun run = weigh({"read", "--model", "08", "--port", "/dev/no-such-scale"});
   EXPECT_EQ(run.exitCode, kScaleFailed);
   EXPECT_THAT(run.err, HasSubstr("scale error 1: Ошибка_1"));
 }
 
 TEST(Usage, ModelWithoutDriverIsTheScalesError) {
-  const Run run = weigh({"read", "--model", "5", "--json", "--price"});
+  const ProgramRun run = weigh({"read", "--model", "5", "--json", "--price"});
   EXPECT_EQ(run.exitCode, kScaleFailed);
   ASSERT_EQ(run.records().size(), 1U);
   EXPECT_EQ(run.records()[0]["code"], 5);
@@ -88,7 +88,7 @@ TEST(Usage, ComponentThatIsNoneIsToldWithARemedy) {
            {folder.path(), "can't be loaded: ", "fresh build"},
            {"/lib/x86_64-linux-gnu/libm.so.6", "it has no export GetClassObject", "fresh build"},
        }) {
-    const Run run = weigh({"read", "--component", component});
+    const ProgramRun run = weigh({"read", "--component", component});
     EXPECT_EQ(run.exitCode, kWrongUsage);
     EXPECT_THAT(run.err, AllOf(HasSubstr(component), HasSubstr(told), HasSubstr(remedy)));
   }

@@ -51,24 +51,11 @@ std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowe
 /// A decimal number with a point; none for anything else.
 std::optional<double> realNumber(std::string_view text);
 
-/// An option or argument that takes a whole number; writes it to `target`.
-template <typename Number>
-CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, Number lowest,
-                       Number highest, const Text& text);
-
-void addScaleOptions(CLI::App& app, ScaleOptions& options);
-/// `fewest` is the lowest count that is taken.
-void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
-                       const Text& countText);
-/// --json.
-void addJsonFlag(CLI::App& app, Format& format);
-/// --json and --csv.
-void addFormatFlags(CLI::App& app, Format& format);
-
 /// Turns down a text that isn't a number of the range, as the command line does it.
 std::int64_t requireWhole(const std::string& name, const std::string& text, std::int64_t lowest,
                           std::int64_t highest);
 
+/// An option or argument that takes a whole number; writes it to `target`.
 template <typename Number>
 CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, Number lowest,
                        Number highest, const Text& text) {
@@ -80,5 +67,14 @@ CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, 
       ->type_name("N")
       ->default_str(std::to_string(target));
 }
+
+void addScaleOptions(CLI::App& app, ScaleOptions& options);
+/// `fewest` is the lowest count that is taken.
+void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
+                       const Text& countText);
+/// --json.
+void addJsonFlag(CLI::App& app, Format& format);
+/// --json and --csv.
+void addFormatFlags(CLI::App& app, Format& format);
 
 }  // namespace weigh

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <set>
 
@@ -38,7 +39,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
   auto next = std::chrono::steady_clock::now();
   for (std::int64_t done = 0; done < options.reading.count; ++done) {
     if (interrupt.askedBefore(next)) break;
-    next += options.reading.interval;
+    next = std::max(next, std::chrono::steady_clock::now()) + options.reading.interval;
     const Reading reading = session.read(id, options.withPrice);
     if (reading.good() || options.reading.format != Format::Text) writer.write(reading);
     if (reading.good()) continue;

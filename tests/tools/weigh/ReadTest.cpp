@@ -150,7 +150,8 @@ TEST(Commands, ReachTheScaleOrTellThatItHasNone) {
 TEST(Watch, WritesALineForEachReadingAndASummary) {
   SimulatedScale scale(13, Transport::Pty);
   scale.setWeight(3.5);
-  const ProgramRun run = weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
+  const ProgramRun run =
+      weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   EXPECT_THAT(run.out, ContainsRegex("^3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
                                      "3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
@@ -161,14 +162,15 @@ TEST(Watch, WritesALineForEachReadingAndASummary) {
 
 TEST(Watch, EndsWellOnCtrlC) {
   SimulatedScale scale(13, Transport::Tcp);
-  const ProgramRun run = weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
+  const ProgramRun run =
+      weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
 }
 
 TEST(Watch, GoesOnWhenTheScaleIsNotThere) {
-  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count", "2",
-                         "--interval", "0", "--json"});
+  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count",
+                                "2", "--interval", "0", "--json"});
   EXPECT_EQ(run.exitCode, kScaleFailed);
   ASSERT_EQ(run.records().size(), 2U);
   EXPECT_EQ(run.records()[1]["code"], 1);

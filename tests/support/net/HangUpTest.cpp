@@ -94,7 +94,11 @@ TEST_F(HangUp, IsNoticedByAsking) {
 
 TEST_F(HangUp, ASendAfterAResetFailsAndTheProcessLives) {
   ASSERT_NE(std::signal(SIGPIPE, SIG_DFL), SIG_ERR);
-  TcpPeer peer([](TcpWire& wire) { wire.reset(); });
+  // The first byte waits for the connection to stand on both sides.
+  TcpPeer peer([](TcpWire& wire) {
+    wire.receive(1);
+    wire.reset();
+  });
   fixture::connectTo(socket, peer.port());
   const Stopwatch clock;
   while (sendBytes(socket, "W") && clock.ms() < 5000) {

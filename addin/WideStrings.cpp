@@ -11,10 +11,19 @@ namespace {
 
 static_assert(sizeof(wchar_t) == 4 && sizeof(unsigned short) == 2);
 
+/// The names of an iconv conversion.
+struct Pairing {
+  const char* to;
+  const char* from;
+};
+
+constexpr Pairing kToUtf16 = {"UTF-16LE", "UTF-32"};
+constexpr Pairing kToUtf32 = {"UTF-32LE", "UTF-32"};
+
 /// An open conversion of the system's libc.
 class Iconv {
  public:
-  Iconv(const char* to, const char* from) : handle_(::iconv_open(to, from)) {}
+  explicit Iconv(const Pairing& pairing) : handle_(::iconv_open(pairing.to, pairing.from)) {}
   ~Iconv() {
     if (isOpen()) ::iconv_close(handle_);
   }
@@ -41,14 +50,20 @@ class Iconv {
   iconv_t handle_;
 };
 
-/// The shared way of both directions: `to` and `from` name the pairing for iconv; where it can't,
-/// the units go over one by one, cut or widened.
+/// libc unloads the modules of a conversion that nobody has open and loads them again at the next
+/// opening, which costs many times the conversion itself. So one of each stays open.
+void keepModulesLoaded() {
+  static const Iconv toUtf16(kToUtf16);
+  static const Iconv toUtf32(kToUtf32);
+}
+
+/// The shared way of both directions: by iconv, and where it can't, unit by unit, cut or widened.
 template <typename Target, typename Source>
-unsigned convert(Target** dest, const Source* source, unsigned len, const char* to,
-                 const char* from) {
+unsigned convert(Target** dest, const Source* source, unsigned len, const Pairing& pairing) {
+  keepModulesLoaded();
   if (*dest == nullptr) *dest = new Target[len];
   std::fill_n(*dest, len, Target{0});
-  const Iconv converter(to, from);
+  const Iconv converter(pairing);
   const auto result = converter.convert(source, len * sizeof(Source), *dest, len * sizeof(Target));
   if (result) return static_cast<unsigned>(*result);
   std::transform(source, source + len, *dest,
@@ -67,7 +82,7 @@ unsigned getLenShortWcharStr(const unsigned short* source) {
 
 unsigned convToShortWchar(unsigned short** dest, const wchar_t* source, unsigned len) {
   if (len == 0) len = static_cast<unsigned>(std::wcslen(source)) + 1;
-  return convert(dest, source, len, "UTF-16LE", "UTF-32");
+  return convert(dest, source, len, kToUtf16);
 }
 
 unsigned convFromShortWchar(wchar_t** dest, const unsigned short* source, unsigned len) {
@@ -75,7 +90,7 @@ unsigned convFromShortWchar(wchar_t** dest, const unsigned short* source, unsign
   // The pairing names UTF-32 for 16-bit text: two units read as one value are in most texts no
   // code point, iconv refuses at once, and the units are widened one by one, which leaves
   // surrogates as they are. The platform's callers have always got their texts in this form.
-  return convert(dest, source, len, "UTF-32LE", "UTF-32");
+  return convert(dest, source, len, kToUtf32);
 }
 
 WcharWrapper::WcharWrapper(const unsigned short* text) {

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "FileDescriptor.h"
+#include "ScaleState.h"
+
+namespace sim {
+
+/// The scale's end of a line. Failures to set it up throw std::system_error, which names what
+/// failed; what happens on a line that is up is never an error.
+class Endpoint {
+ public:
+  Endpoint() = default;
+  virtual ~Endpoint() = default;
+  Endpoint(const Endpoint&) = delete;
+  Endpoint& operator=(const Endpoint&) = delete;
+
+  /// What a host connects to: a device path, or "127.0.0.1:port".
+  virtual std::string address() const = 0;
+  /// The descriptor to wait on for input, -1 while the line is away.
+  virtual int descriptor() const = 0;
+  /// Takes what arrived; empty also for a connection that came or went.
+  virtual Bytes receive() = 0;
+  /// Sends what the line takes at once; the rest is lost, as on a line that nobody reads.
+  virtual void send(std::span<const std::uint8_t> bytes) = 0;
+  /// Whether a frame that nobody asked for makes sense now.
+  virtual bool hasListener() const = 0;
+  /// Drops the host: a connection is closed and the next one welcome, a serial line goes away.
+  virtual void hangUp() = 0;
+  /// Makes the line vanish: no device path, no open connection, no listening port.
+  virtual void goAway() = 0;
+  /// Brings it back under the same address. Throws like the constructor.
+  virtual void comeBack() = 0;
+  bool isAway() const { return descriptor() < 0; }
+  /// Time between a frame and the hang-up behind it, for which the reader may still take it.
+  virtual std::chrono::milliseconds graceBeforeHangUp() const = 0;
+  /// Time from one frame of a streaming scale to the next.
+  virtual std::chrono::milliseconds streamInterval() const = 0;
+};
+
+/// A new directory with a name of its own, removed with all that is in it at the end.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// A serial line through a pseudo-terminal. Hosts open it by a symbolic link: numbers of
+/// pseudo-terminals are given out anew at once, so a number that one simulator left would lead a
+/// late host to another's line.
+class PtyEndpoint : public Endpoint {
+ public:
+  /// `link` is made and, at the end, removed; an older link of that name is replaced, any other
+  /// file is an error. An empty `link` makes one in a temporary directory.
+  explicit PtyEndpoint(std::filesystem::path link = {});
+  ~PtyEndpoint() override;
+
+  std::string address() const override { return link_.string(); }
+  int descriptor() const override { return master_.get(); }
+  Bytes receive() override;
+  void send(std::span<const std::uint8_t> bytes) override;
+  bool hasListener() const override { return static_cast<bool>(master_); }
+  void hangUp() override;
+  void goAway() override;
+  void comeBack() override;
+  std::chrono::milliseconds graceBeforeHangUp() const override;
+  std::chrono::milliseconds streamInterval() const override;
+
+ private:
+  std::optional<TemporaryDirectory> directory_;
+  std::filesystem::path link_;
+  FileDescriptor master_;
+  /// Kept open, so that the master sees no error while no host has the line.
+  FileDescriptor slave_;
+  std::string slavePath_;
+};
+
+/// A TCP port on the loopback interface. Like a serial server it serves one host at a time; the
+/// next one waits until that one leaves.
+class TcpEndpoint : public Endpoint {
+ public:
+  /// Port 0 takes any free one.
+  explicit TcpEndpoint(std::uint16_t port = 0);
+
+  std::uint16_t port() const { return port_; }
+  std::string address() const override;
+  int descriptor() const override { return client_ ? client_.get() : listener_.get(); }
+  Bytes receive() override;
+  void send(std::span<const std::uint8_t> bytes) override;
+  bool hasListener() const override { return static_cast<bool>(client_); }
+  void hangUp() override;
+  void goAway() override;
+  void comeBack() override;
+  std::chrono::milliseconds graceBeforeHangUp() const override;
+  std::chrono::milliseconds streamInterval() const override;
+
+ private:
+  std::uint16_t port_;
+  FileDescriptor listener_;
+  FileDescriptor client_;
+};
+
+}  // namespace sim

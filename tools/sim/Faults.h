@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "ScaleModel.h"
+
+namespace sim {
+
+/// How a scale misbehaves. All kinds may be combined; garbage stands before a cut frame whole.
+struct Faults {
+  /// Listens and says nothing.
+  bool silent = false;
+  /// Bytes before each frame; none of them opens a frame of any model.
+  std::size_t garbage = 0;
+  /// Damages one frame of so many, the first one first; 0 none. The damage hits a byte by which
+  /// the component can tell, where the model has one.
+  int corruptEvery = 0;
+  /// Sends only so many bytes of each frame.
+  std::optional<std::size_t> cut = {};
+  /// Pause before each byte.
+  std::chrono::milliseconds dribble{0};
+  /// The line goes away after so many frames, again and again; 0 never.
+  int hangUpAfter = 0;
+  /// Only so many frames are spoiled, and then all is well; 0 all.
+  int frames = 0;
+};
+
+/// One frame as it goes out.
+struct Transmission {
+  struct Piece {
+    std::chrono::milliseconds pause;
+    Bytes bytes;
+  };
+  std::vector<Piece> pieces;
+  bool hangUp = false;
+};
+
+/// Spoils the frames that a scale wants to send.
+class Misbehaviour {
+ public:
+  explicit Misbehaviour(Faults faults = {}) : faults_(faults) {}
+
+  /// What goes out in place of the model's `frame`.
+  Transmission transmit(const ScaleModel& model, Bytes frame);
+
+ private:
+  Faults faults_;
+  int framesSeen_ = 0;
+};
+
+}  // namespace sim

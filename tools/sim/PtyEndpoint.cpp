@@ -1,0 +1,127 @@
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <string>
+#include <sys/ioctl.h>
+#include <system_error>
+#include <termios.h>
+
+#include "Endpoint.h"
+
+namespace sim {
+
+namespace {
+
+/// Bytes that may wait unread before a streaming scale's old frames are thrown away. Small enough
+/// that the line's own buffer never fills while no host has it open.
+constexpr int kUnreadLimit = 1024;
+
+[[noreturn]] void fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+}  // namespace
+
+TemporaryDirectory::TemporaryDirectory() {
+  std::string name = std::filesystem::temp_directory_path() / "scalesim-XXXXXX";
+  if (::mkdtemp(name.data()) == nullptr) fail("mkdtemp " + name);
+  path_ = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+PtyEndpoint::PtyEndpoint(std::filesystem::path link) : link_(std::move(link)) {
+  if (link_.empty()) {
+    directory_.emplace();
+    link_ = directory_->path() / "line";
+  } else {
+    link_ = std::filesystem::absolute(link_).lexically_normal();
+  }
+  comeBack();
+}
+
+PtyEndpoint::~PtyEndpoint() {
+  goAway();
+}
+
+void PtyEndpoint::comeBack() {
+  if (master_) return;
+  FileDescriptor master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  if (!master || ::grantpt(master.get()) != 0 || ::unlockpt(master.get()) != 0) {
+    fail("pseudo-terminal");
+  }
+  std::array<char, 128> name = {};
+  if (::ptsname_r(master.get(), name.data(), name.size()) != 0) fail("ptsname");
+  FileDescriptor slave(::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+  if (!slave) fail(name.data());
+  // Without this the line would echo the first frames back to the scale and wait for line ends.
+  termios raw = {};
+  if (::tcgetattr(slave.get(), &raw) != 0) fail("tcgetattr");
+  ::cfmakeraw(&raw);
+  if (::tcsetattr(slave.get(), TCSANOW, &raw) != 0) fail("tcsetattr");
+
+  const std::filesystem::file_status old = std::filesystem::symlink_status(link_);
+  if (std::filesystem::exists(old) && !std::filesystem::is_symlink(old)) {
+    errno = EEXIST;
+    fail(link_.string());
+  }
+  // By way of a second name, so that at no moment the link is missing.
+  const std::filesystem::path fresh = link_.string() + ".new";
+  std::error_code error;
+  std::filesystem::remove(fresh, error);
+  std::filesystem::create_symlink(name.data(), fresh);
+  std::filesystem::rename(fresh, link_);
+
+  slavePath_ = name.data();
+  slave_ = std::move(slave);
+  master_ = std::move(master);
+}
+
+void PtyEndpoint::goAway() {
+  if (!master_) return;
+  // A link that meanwhile leads elsewhere belongs to somebody else.
+  std::error_code error;
+  if (std::filesystem::read_symlink(link_, error) == slavePath_) {
+    std::filesystem::remove(link_, error);
+  }
+  slave_.reset();
+  master_.reset();
+}
+
+void PtyEndpoint::hangUp() {
+  goAway();
+}
+
+Bytes PtyEndpoint::receive() {
+  std::array<std::uint8_t, 4096> chunk = {};
+  const ssize_t got = ::read(master_.get(), chunk.data(), chunk.size());
+  return got > 0 ? Bytes(chunk.begin(), chunk.begin() + got) : Bytes();
+}
+
+void PtyEndpoint::send(std::span<const std::uint8_t> bytes) {
+  if (!master_) return;
+  int unread = 0;
+  if (::ioctl(slave_.get(), FIONREAD, &unread) == 0 && unread > kUnreadLimit) {
+    ::tcflush(slave_.get(), TCIFLUSH);
+  }
+  while (!bytes.empty()) {
+    const ssize_t sent = ::write(master_.get(), bytes.data(), bytes.size());
+    if (sent <= 0) return;
+    bytes = bytes.subspan(static_cast<std::size_t>(sent));
+  }
+}
+
+std::chrono::milliseconds PtyEndpoint::graceBeforeHangUp() const {
+  // What a host hasn't read when the line vanishes is gone; hosts look every 50 ms.
+  return std::chrono::milliseconds{200};
+}
+
+std::chrono::milliseconds PtyEndpoint::streamInterval() const {
+  return std::chrono::milliseconds{100};
+}
+
+}  // namespace sim

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <span>
+
+#include "Endpoint.h"
+#include "Faults.h"
+#include "Scale.h"
+
+namespace sim {
+
+enum class Direction { Received, Sent };
+
+/// A scale at its line: answers what arrives, streams where the model does, and keeps the times of
+/// its misbehaviour. Used by one thread.
+class ScaleLine {
+ public:
+  using Clock = std::chrono::steady_clock;
+  /// Sees every piece of bytes as it goes over the line.
+  using Observer = std::function<void(Direction, std::span<const std::uint8_t>)>;
+
+  ScaleLine(Scale scale, std::unique_ptr<Endpoint> endpoint, Faults faults = {});
+
+  Scale& scale() { return scale_; }
+  const Scale& scale() const { return scale_; }
+  const Endpoint& endpoint() const { return *endpoint_; }
+  /// Replaces the misbehaviour; its counting of frames starts anew.
+  void setFaults(Faults faults);
+  void setObserver(Observer observer) { observer_ = std::move(observer); }
+
+  /// Makes the line vanish until `comeBack`; what was still to be sent is lost.
+  void goAway();
+  void comeBack();
+
+  int descriptor() const { return endpoint_->descriptor(); }
+  /// When `advance` has something to do; `Clock::time_point::max()` for nothing.
+  Clock::time_point deadline() const;
+  /// Takes what waits at the descriptor.
+  void receive(Clock::time_point now);
+  /// Does what is due.
+  void advance(Clock::time_point now);
+
+ private:
+  struct Outgoing {
+    Clock::time_point due;
+    Bytes bytes;
+    bool hangUp;
+  };
+
+  bool wantsToStream() const;
+  void sendFrame(Bytes frame, Clock::time_point now);
+  void enqueue(Bytes bytes, std::chrono::milliseconds pause, Clock::time_point now, bool hangUp);
+  void hangUp(Clock::time_point now);
+  Clock::time_point lastDue(Clock::time_point now) const;
+
+  Scale scale_;
+  std::unique_ptr<Endpoint> endpoint_;
+  Faults faults_;
+  Misbehaviour misbehaviour_;
+  Observer observer_;
+  std::deque<Outgoing> queue_;
+  Clock::time_point nextFrame_ = Clock::time_point::min();
+  Clock::time_point returns_ = Clock::time_point::max();
+  Clock::time_point lastInput_ = Clock::time_point::min();
+};
+
+}  // namespace sim

@@ -1,0 +1,104 @@
+#include "SimulationLoop.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <system_error>
+
+namespace sim {
+
+SimulationLoop::SimulationLoop() : wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+  if (!wake_) throw std::system_error(errno, std::generic_category(), "eventfd");
+}
+
+ScaleLine& SimulationLoop::add(std::unique_ptr<ScaleLine> line) {
+  return *lines_.emplace_back(std::move(line));
+}
+
+void SimulationLoop::watch(int fd, std::function<void()> ready) {
+  watches_.push_back({fd, std::move(ready)});
+}
+
+void SimulationLoop::unwatch(int fd) {
+  std::erase_if(watches_, [&](const Watch& watch) { return watch.fd == fd; });
+}
+
+void SimulationLoop::wake() {
+  const std::uint64_t one = 1;
+  // Fails only when the counter is full, and then the loop is awake anyway.
+  [[maybe_unused]] const ssize_t written = ::write(wake_.get(), &one, sizeof one);
+}
+
+void SimulationLoop::stop() {
+  stopping_ = true;
+  wake();
+}
+
+void SimulationLoop::call(const std::function<void()>& work) {
+  std::packaged_task<void()> task(work);
+  std::future<void> done = task.get_future();
+  {
+    const std::lock_guard lock(mutex_);
+    if (over_) {
+      task();
+    } else {
+      calls_.push_back(std::move(task));
+    }
+  }
+  wake();
+  done.get();
+}
+
+void SimulationLoop::runCalls() {
+  std::deque<std::packaged_task<void()>> calls;
+  {
+    const std::lock_guard lock(mutex_);
+    calls.swap(calls_);
+    over_ = stopping_;
+  }
+  for (auto& call : calls) call();
+}
+
+int SimulationLoop::timeoutMs() const {
+  using Clock = ScaleLine::Clock;
+  Clock::time_point earliest = Clock::time_point::max();
+  for (const auto& line : lines_) earliest = std::min(earliest, line->deadline());
+  constexpr int kForEver = -1;
+  if (earliest == Clock::time_point::max()) return kForEver;
+  const Clock::time_point now = Clock::now();
+  if (earliest <= now) return 0;
+  // Rounded up, so that what is due is due when poll returns.
+  return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(earliest - now).count());
+}
+
+void SimulationLoop::run() {
+  while (!stopping_) {
+    std::vector<pollfd> waiting = {{wake_.get(), POLLIN, 0}};
+    for (const Watch& watch : watches_) waiting.push_back({watch.fd, POLLIN, 0});
+    // poll passes over negative descriptors, so lines that are away keep their places.
+    for (const auto& line : lines_) waiting.push_back({line->descriptor(), POLLIN, 0});
+    if (::poll(waiting.data(), waiting.size(), timeoutMs()) < 0 && errno != EINTR) {
+      throw std::system_error(errno, std::generic_category(), "poll");
+    }
+    if (waiting.front().revents != 0) {
+      std::uint64_t count = 0;
+      [[maybe_unused]] const ssize_t taken = ::read(wake_.get(), &count, sizeof count);
+    }
+    const ScaleLine::Clock::time_point now = ScaleLine::Clock::now();
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+      if (waiting[waiting.size() - lines_.size() + i].revents != 0) lines_[i]->receive(now);
+      lines_[i]->advance(now);
+    }
+    // A watcher may add to or take from both lists, so these come last, by a list of their own.
+    const std::vector<Watch> watches = watches_;
+    for (std::size_t i = 0; i < watches.size(); ++i) {
+      if (waiting[1 + i].revents != 0) watches[i].ready();
+    }
+    runCalls();
+  }
+  runCalls();
+}
+
+}  // namespace sim

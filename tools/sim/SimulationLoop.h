@@ -1,0 +1,55 @@
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "FileDescriptor.h"
+#include "ScaleLine.h"
+
+namespace sim {
+
+/// Runs any number of scales on one thread, around one poll(2).
+class SimulationLoop {
+ public:
+  SimulationLoop();
+
+  /// Before `run`, or on its thread.
+  ScaleLine& add(std::unique_ptr<ScaleLine> line);
+  const std::vector<std::unique_ptr<ScaleLine>>& lines() const { return lines_; }
+  /// Calls `ready` whenever `fd` has input or has ended. Before `run`, or on its thread.
+  void watch(int fd, std::function<void()> ready);
+  void unwatch(int fd);
+
+  /// Returns after `stop`.
+  void run();
+  /// From any thread.
+  void stop();
+  /// Runs `work` on the loop's thread and waits for it; hands on what it throws. Not to be called
+  /// on the loop's own thread, nor before `run` is certain to be called.
+  void call(const std::function<void()>& work);
+
+ private:
+  struct Watch {
+    int fd;
+    std::function<void()> ready;
+  };
+
+  int timeoutMs() const;
+  void runCalls();
+  void wake();
+
+  std::vector<std::unique_ptr<ScaleLine>> lines_;
+  std::vector<Watch> watches_;
+  FileDescriptor wake_;
+  std::atomic<bool> stopping_ = false;
+  std::mutex mutex_;
+  std::deque<std::packaged_task<void()>> calls_;
+  bool over_ = false;
+};
+
+}  // namespace sim

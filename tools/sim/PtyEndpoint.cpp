@@ -1,11 +1,12 @@
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
 #include <string>
-#include <sys/ioctl.h>
 #include <system_error>
-#include <termios.h>
 
 #include "Endpoint.h"
 
@@ -44,9 +45,7 @@ PtyEndpoint::PtyEndpoint(std::filesystem::path link) : link_(std::move(link)) {
   comeBack();
 }
 
-PtyEndpoint::~PtyEndpoint() {
-  goAway();
-}
+PtyEndpoint::~PtyEndpoint() { goAway(); }
 
 void PtyEndpoint::comeBack() {
   if (master_) return;
@@ -92,9 +91,7 @@ void PtyEndpoint::goAway() {
   master_.reset();
 }
 
-void PtyEndpoint::hangUp() {
-  goAway();
-}
+void PtyEndpoint::hangUp() { goAway(); }
 
 Bytes PtyEndpoint::receive() {
   std::array<std::uint8_t, 4096> chunk = {};
@@ -108,11 +105,17 @@ void PtyEndpoint::send(std::span<const std::uint8_t> bytes) {
   if (::ioctl(slave_.get(), FIONREAD, &unread) == 0 && unread > kUnreadLimit) {
     ::tcflush(slave_.get(), TCIFLUSH);
   }
-  while (!bytes.empty()) {
-    const ssize_t sent = ::write(master_.get(), bytes.data(), bytes.size());
-    if (sent <= 0) return;
-    bytes = bytes.subspan(static_cast<std::size_t>(sent));
+  fill(bytes);
+}
+
+std::size_t PtyEndpoint::fill(std::span<const std::uint8_t> bytes) {
+  std::size_t taken = 0;
+  while (master_ && taken < bytes.size()) {
+    const ssize_t sent = ::write(master_.get(), bytes.data() + taken, bytes.size() - taken);
+    if (sent <= 0) break;
+    taken += static_cast<std::size_t>(sent);
   }
+  return taken;
 }
 
 std::chrono::milliseconds PtyEndpoint::graceBeforeHangUp() const {

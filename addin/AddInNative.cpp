@@ -63,8 +63,8 @@ void CAddInNative::Done() {}
 bool CAddInNative::RegisterExtensionAs(WCHAR_T** name) {
   return guarded(true, [&] {
     if (memoryManager == nullptr) return false;
-    WCHAR_T* text = toPlatform(kDriverName);
-    if (name != nullptr && text != nullptr) *name = text;
+    if (name == nullptr) return true;
+    if (WCHAR_T* text = toPlatform(kDriverName)) *name = text;
     return true;
   });
 }
@@ -173,10 +173,11 @@ WCHAR_T* CAddInNative::toPlatform(const wchar_t* text) {
 bool CAddInNative::wstring_to_p(const wchar_t* text, tVariant* out) {
   if (text == nullptr) return false;
   if (out == nullptr) return true;
+  WCHAR_T* const block = toPlatform(text);  // before the variant is touched: it may throw
   out->vt = kVariantWideString;
-  out->value.wide.pwstrVal = toPlatform(text);
+  out->value.wide.pwstrVal = block;
   out->value.wide.wstrLen =
-      out->value.wide.pwstrVal == nullptr ? 0 : static_cast<std::uint32_t>(std::wcslen(text));
+      block == nullptr ? 0 : static_cast<std::uint32_t>(std::wcslen(text));
   return true;
 }
 

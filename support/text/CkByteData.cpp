@@ -1,16 +1,268 @@
 #include "CkByteData.h"
 
-void CkByteData::clear() { bytes_.clear(); }
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
 
-unsigned long CkByteData::getSize() const { return bytes_.size(); }
+#include "CkSettings.h"
+#include "CkString.h"
+#include "DataBuffer.h"
+#include "RandomBytes.h"
+#include "StringBuffer.h"
 
-const unsigned char* CkByteData::getBytes() const {
-  static constexpr unsigned char kNothing = 0;
-  return bytes_.empty() ? &kNothing : bytes_.data();
+namespace {
+
+/// Sizes of the handle narrowed to those of the buffer; what doesn't fit is beyond any buffer.
+std::uint32_t narrow(unsigned long n) {
+  return static_cast<std::uint32_t>(std::min<unsigned long>(n, DataBuffer::kNotFound));
 }
 
-void CkByteData::append2(const void* p, unsigned long n) {
-  if (p == nullptr) return;
-  const auto* first = static_cast<const unsigned char*>(p);
-  bytes_.insert(bytes_.end(), first, first + n);
+template <typename Number>
+Number numberAt(const DataBuffer* bytes, unsigned long index) {
+  Number value = 0;
+  if (bytes != nullptr && index <= bytes->getSize() && bytes->getSize() - index >= sizeof value) {
+    std::memcpy(&value, bytes->getData2() + index, sizeof value);
+  }
+  return value;
+}
+
+}  // namespace
+
+CkByteData::CkByteData() : m_impl(new (std::nothrow) DataBuffer), m_utf8(newHandlesReadUtf8()) {}
+
+CkByteData::CkByteData(const CkByteData& other)
+    : m_impl(new (std::nothrow) DataBuffer), m_utf8(other.m_utf8) {
+  append(other);
+}
+
+CkByteData& CkByteData::operator=(const CkByteData& other) {
+  if (&other != this && m_impl != nullptr && other.m_impl != nullptr) {
+    m_impl->copyData(other.m_impl->getData2(), other.m_impl->getSize());
+  }
+  return *this;
+}
+
+CkByteData::~CkByteData() = default;
+
+void CkByteData::put_SecureClear(bool secure) {
+  m_secure = secure;
+  if (m_impl != nullptr) m_impl->setSecure(secure);
+}
+
+void CkByteData::setImpl(std::unique_ptr<DataBuffer> impl) {
+  if (impl != nullptr) m_impl = std::move(impl);
+}
+
+DataBuffer* CkByteData::writable() {
+  if (m_impl == nullptr) {
+    m_impl.reset(new (std::nothrow) DataBuffer);
+    put_SecureClear(m_secure);
+  }
+  return m_impl.get();
+}
+
+void CkByteData::clear() {
+  if (m_impl != nullptr) m_impl->clearWithDeallocate();
+}
+
+unsigned long CkByteData::getSize() const { return m_impl == nullptr ? 0 : m_impl->getSize(); }
+
+const unsigned char* CkByteData::getBytes() const {
+  return m_impl == nullptr ? nullptr : m_impl->getDataSafe4();
+}
+
+const char* CkByteData::getData() const { return reinterpret_cast<const char*>(getBytes()); }
+
+// Writing --------------------------------------------------------------------------------------
+
+bool CkByteData::append2(const void* p, unsigned long n) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && bytes->append(p, n);
+}
+
+bool CkByteData::append(const CkByteData& other) {
+  return other.m_impl == nullptr || append2(other.m_impl->getData2(), other.m_impl->getSize());
+}
+
+bool CkByteData::appendRange(const CkByteData& other, unsigned long index, unsigned long n) {
+  const unsigned char* const from = other.getDataAt(index);
+  return from == nullptr || append2(from, std::min(n, other.getSize() - index));
+}
+
+bool CkByteData::appendChar(char c) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && bytes->appendChar(c);
+}
+
+bool CkByteData::appendCharN(char c, int n) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && (n <= 0 || bytes->appendCharN(c, static_cast<std::uint32_t>(n)));
+}
+
+bool CkByteData::appendStr(const char* text) {
+  return text == nullptr || append2(text, std::strlen(text));
+}
+
+bool CkByteData::appendInt(int value) { return append2(&value, sizeof value); }
+
+bool CkByteData::appendShort(short value) { return append2(&value, sizeof value); }
+
+bool CkByteData::appendRandom(int n) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && appendRandomBytes(n, *bytes);
+}
+
+bool CkByteData::appendFile(const char* path) {
+  DataBuffer content;
+  return content.loadFileUtf8(path, nullptr) && append2(content.getData2(), content.getSize());
+}
+
+bool CkByteData::appendEncoded(const char* text, const char* encoding) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && bytes->appendEncoded(text, encoding);
+}
+
+bool CkByteData::ensureBuffer(unsigned long n) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && n <= std::numeric_limits<std::uint32_t>::max() &&
+         bytes->ensureBuffer(narrow(n));
+}
+
+void CkByteData::borrowData(const void* p, unsigned long n) {
+  DataBuffer* const bytes = writable();
+  if (bytes != nullptr) bytes->borrowData(const_cast<void*>(p), narrow(n));
+}
+
+// Reading --------------------------------------------------------------------------------------
+
+unsigned char CkByteData::getByte(unsigned long index) const {
+  return numberAt<unsigned char>(m_impl.get(), index);
+}
+
+char CkByteData::getChar(unsigned long index) const { return numberAt<char>(m_impl.get(), index); }
+
+short CkByteData::getShort(unsigned long index) const {
+  return numberAt<short>(m_impl.get(), index);
+}
+
+unsigned short CkByteData::getUShort(unsigned long index) const {
+  return numberAt<unsigned short>(m_impl.get(), index);
+}
+
+int CkByteData::getInt(unsigned long index) const { return numberAt<int>(m_impl.get(), index); }
+
+unsigned int CkByteData::getUInt(unsigned long index) const {
+  return numberAt<unsigned int>(m_impl.get(), index);
+}
+
+const unsigned char* CkByteData::getDataAt(unsigned long index) const {
+  return m_impl == nullptr ? nullptr : m_impl->getDataAt2(narrow(index));
+}
+
+const char* CkByteData::resultOf(const unsigned char* p, unsigned long n, const char* encoding) {
+  if (m_result == nullptr) m_result.reset(new (std::nothrow) DataBuffer);
+  if (m_result == nullptr) return nullptr;
+  m_result->setSecure(m_secure);
+  m_result->clear();
+  if (encoding == nullptr) {
+    m_result->append(p, n);
+  } else {
+    DataBuffer range;
+    range.borrowData(const_cast<unsigned char*>(p), narrow(n));
+    StringBuffer text;
+    text.setSecureBuf(m_secure);
+    range.encodeDB(encoding, text);
+    m_result->append(text);
+  }
+  return m_result->appendChar('\0') ? reinterpret_cast<const char*>(m_result->getData2()) : nullptr;
+}
+
+const char* CkByteData::getRangeStr(unsigned long index, unsigned long n) {
+  const unsigned char* const from = getDataAt(index);
+  return resultOf(from, from == nullptr ? 0 : std::min(n, getSize() - index), nullptr);
+}
+
+const char* CkByteData::getEncodedRange(const char* encoding, unsigned long index,
+                                        unsigned long n) {
+  const unsigned char* const from = getDataAt(index);
+  return resultOf(from, from == nullptr ? 0 : std::min(n, getSize() - index),
+                  encoding == nullptr ? "" : encoding);
+}
+
+const char* CkByteData::getEncoded(const char* encoding) {
+  return getEncodedRange(encoding, 0, getSize());
+}
+
+const char* CkByteData::to_s() { return getRangeStr(0, getSize()); }
+
+void CkByteData::encode(const char* encoding, CkString& out) const {
+  if (m_impl == nullptr) return;
+  StringBuffer text;
+  m_impl->encodeDB(encoding, text);
+  out.setStringUtf8(text.getString());
+}
+
+bool CkByteData::equals(const CkByteData& other) const {
+  return other.m_impl != nullptr && equals2(other.m_impl->getData2(), other.getSize());
+}
+
+bool CkByteData::equals2(const void* p, unsigned long n) const {
+  return m_impl != nullptr && n == m_impl->getSize() && m_impl->equals2(p, narrow(n));
+}
+
+bool CkByteData::beginsWith(const CkByteData& other) const {
+  return other.m_impl != nullptr && beginsWith2(other.m_impl->getData2(), other.getSize());
+}
+
+bool CkByteData::beginsWith2(const void* p, unsigned long n) const {
+  return m_impl != nullptr && n <= m_impl->getSize() && m_impl->beginsWith(p, narrow(n));
+}
+
+int CkByteData::findBytes(const CkByteData& wanted) const {
+  return wanted.m_impl == nullptr
+             ? -1
+             : static_cast<int>(findBytes2(wanted.m_impl->getData2(), wanted.getSize()));
+}
+
+unsigned long CkByteData::findBytes2(const void* p, unsigned long n) const {
+  return m_impl == nullptr ? DataBuffer::kNotFound : m_impl->findBytes2(p, narrow(n));
+}
+
+bool CkByteData::is7bit() const { return m_impl != nullptr && m_impl->is7bit(); }
+
+// Reshaping ------------------------------------------------------------------------------------
+
+void CkByteData::shorten(unsigned long n) {
+  if (m_impl != nullptr) m_impl->shorten(narrow(n));
+}
+
+void CkByteData::removeChunk(unsigned long index, unsigned long n) {
+  constexpr unsigned long kMost = std::numeric_limits<int>::max();
+  if (m_impl != nullptr && index <= kMost) {
+    m_impl->removeChunk(static_cast<int>(index), static_cast<int>(std::min(n, kMost)));
+  }
+}
+
+void CkByteData::replaceChar(unsigned char from, unsigned char to) {
+  if (m_impl != nullptr) m_impl->replaceChar(from, to);
+}
+
+void CkByteData::byteSwap4321() {
+  if (m_impl != nullptr) m_impl->byteSwap4321();
+}
+
+void CkByteData::takeByteData(CkByteData& other) {
+  DataBuffer* const bytes = writable();
+  if (bytes != nullptr && other.m_impl != nullptr) bytes->takeData(*other.m_impl);
+}
+
+bool CkByteData::loadFile(const char* path) {
+  DataBuffer* const bytes = writable();
+  return bytes != nullptr && bytes->loadFileUtf8(path, nullptr);
+}
+
+bool CkByteData::saveFile(const char* path) const {
+  return m_impl != nullptr && m_impl->saveToFileUtf8(path, nullptr);
 }

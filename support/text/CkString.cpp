@@ -1,156 +1,262 @@
 #include "CkString.h"
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <random>
-#include <string_view>
+#include <new>
 
-#include "AnsiCodePage.h"
+#include "CkCharset.h"
+#include "CkSettings.h"
+#include "CkUtf.h"
+#include "ClsEncode.h"
+#include "DataBuffer.h"
+#include "RandomBytes.h"
+#include "StringBuffer.h"
+#include "XString.h"
 
-namespace {
+CkString::CkString() : m_x(XString::createNewObject()), m_utf8(newHandlesReadUtf8()) {}
 
-std::string_view orEmpty(const char* text) { return text == nullptr ? "" : text; }
-
-std::string ansiToUtf8(const char* ansi) { return codePageToUtf8(orEmpty(ansi), ansiCodePage()); }
-
-void appendUtf32(std::string& utf8, const wchar_t* text) {
-  for (; text != nullptr && *text != 0; ++text) appendUtf8(utf8, static_cast<char32_t>(*text));
+CkString::CkString(const char* ansi) : CkString() {
+  if (m_x != nullptr) m_x->setFromAnsi(ansi);
 }
 
-constexpr bool isHighSurrogate(unsigned unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool isLowSurrogate(unsigned unit) { return (unit & 0xFC00) == 0xDC00; }
+CkString::CkString(const char* utf8, bool /*ignored*/) : CkString() {
+  if (m_x != nullptr) m_x->setFromUtf8(utf8);
+}
 
-void appendUtf16(std::string& utf8, const unsigned short* text) {
-  for (; text != nullptr && *text != 0; ++text) {
-    const char32_t unit = *text;
-    if (isHighSurrogate(unit) && isLowSurrogate(text[1])) {
-      ++text;
-      appendUtf8(utf8, 0x10000 + ((unit & 0x3FF) << 10) + (*text & 0x3FFU));
-    } else {
-      appendUtf8(utf8, unit);
-    }
+CkString::CkString(const CkString& other)
+    : CkObject(), m_x(XString::createNewObject()), m_utf8(other.m_utf8) {
+  append(other);
+}
+
+CkString::~CkString() = default;
+
+CkString* CkString::createNew() { return new (std::nothrow) CkString; }
+
+CkString* CkString::clone() const {
+  CkString* const copy = createNew();
+  if (copy != nullptr && m_x != nullptr) copy->setStringUtf8(m_x->getUtf8());
+  return copy;
+}
+
+void CkString::clear() {
+  if (m_x != nullptr) m_x->clear();
+}
+
+bool CkString::get_SecureClear() const { return m_x != nullptr && m_x->getSecureX(); }
+
+void CkString::put_SecureClear(bool secure) {
+  if (m_x != nullptr) m_x->setSecureX(secure);
+  if (m_sbEnc != nullptr) m_sbEnc->setSecureBuf(secure);
+}
+
+// Reading --------------------------------------------------------------------------------------
+
+const char* CkString::getString() const { return m_utf8 ? getUtf8() : getAnsi(); }
+
+const char* CkString::getAnsi() const { return m_x == nullptr ? nullptr : m_x->getAnsi(); }
+
+const char* CkString::getUtf8() const {
+  if (m_x == nullptr) return nullptr;
+  return g_allow_4byte_utf8 ? m_x->getUtf8() : m_x->getModifiedUtf8();
+}
+
+const wchar_t* CkString::getUnicode() const { return m_x == nullptr ? nullptr : m_x->getWideStr(); }
+
+const unsigned short* CkString::getUtf16() const {
+  return m_x == nullptr ? nullptr : m_x->getUtf16_xe();
+}
+
+const char* CkString::getEnc(const char* charset) const {
+  if (m_x == nullptr) return nullptr;
+  _ckCharset target;
+  target.setByName(charset);
+  DataBuffer bytes;
+  bytes.setSecure(m_x->getSecureX());
+  m_x->getConverted_cp(target.getCodePage(), bytes);
+  if (m_sbEnc == nullptr) m_sbEnc.reset(new (std::nothrow) StringBuffer);
+  if (m_sbEnc == nullptr) return "";
+  m_sbEnc->setSecureBuf(m_x->getSecureX());
+  m_sbEnc->strongClear();
+  m_sbEnc->append(bytes);
+  return m_sbEnc->getString();
+}
+
+int CkString::getNumChars() const { return m_x == nullptr ? 0 : m_x->getNumChars(); }
+
+int CkString::getSizeAnsi() const {
+  return m_x == nullptr ? 0 : static_cast<int>(m_x->getSizeAnsi());
+}
+
+int CkString::getSizeUtf8() const {
+  return m_x == nullptr ? 0 : static_cast<int>(m_x->getSizeUtf8());
+}
+
+int CkString::getSizeUnicode() const {
+  return m_x == nullptr ? 0 : static_cast<int>(m_x->getSizeUnicode());
+}
+
+// Writing --------------------------------------------------------------------------------------
+
+void CkString::setString(const char* text) {
+  if (m_x != nullptr) m_x->setFromDual(text, m_utf8);
+}
+
+void CkString::setStringAnsi(const char* ansi) {
+  if (m_x != nullptr) m_x->setFromAnsi(ansi);
+}
+
+void CkString::setStringUtf8(const char* utf8) {
+  if (m_x != nullptr) m_x->setFromUtf8(utf8);
+}
+
+void CkString::setStringU(const wchar_t* utf32) {
+  if (m_x != nullptr) m_x->setFromWideStr(utf32);
+}
+
+void CkString::setStringUtf16(const unsigned short* utf16) {
+  if (m_x != nullptr) m_x->setFromUtf16_xe(utf16);
+}
+
+void CkString::setStr(CkString& other) { setStringUtf8(other.getUtf8()); }
+
+CkString& CkString::operator=(const CkString& other) {
+  if (&other != this && m_x != nullptr && other.m_x != nullptr) {
+    m_x->clear();
+    m_x->appendX(*other.m_x);
   }
-}
-
-CodePage codePageNamed(const char* charset) {
-  return orEmpty(charset) == "windows-1251" ? CodePage::Windows1251 : ansiCodePage();
-}
-
-}  // namespace
-
-CkString::CkString(const char* ansi) { setString(ansi); }
-
-void CkString::clear() { utf8_.clear(); }
-
-CkString& CkString::operator=(const char* ansi) {
-  setString(ansi);
   return *this;
 }
 
-void CkString::setString(const char* ansi) { utf8_ = ansiToUtf8(ansi); }
-
-void CkString::setStringU(const wchar_t* utf32) {
-  std::string utf8;
-  appendUtf32(utf8, utf32);
-  utf8_ = std::move(utf8);
+CkString& CkString::operator=(const char* text) {
+  setString(text);
+  return *this;
 }
 
-void CkString::setStringUtf8(const char* utf8) { utf8_ = std::string(orEmpty(utf8)); }
-
-void CkString::setStringUtf16(const unsigned short* utf16) {
-  utf8_.clear();
-  appendUtf16(utf8_, utf16);
+CkString& CkString::operator=(char c) {
+  clear();
+  appendChar(c);
+  return *this;
 }
 
-void CkString::setStr(CkString& other) { *this = CkString(other); }
+CkString& CkString::operator=(int value) {
+  clear();
+  appendInt(value);
+  return *this;
+}
 
-void CkString::append(const char* ansi) { appendAnsi(ansi); }
+CkString& CkString::operator=(bool value) {
+  clear();
+  appendUtf8(value ? "true" : "false");
+  return *this;
+}
 
-void CkString::appendAnsi(const char* ansi) { utf8_ += ansiToUtf8(ansi); }
+void CkString::append(const char* text) {
+  if (m_utf8) {
+    appendUtf8(text);
+  } else {
+    appendAnsi(text);
+  }
+}
 
-void CkString::appendU(const wchar_t* utf32) { appendUtf32(utf8_, utf32); }
+void CkString::append(const CkString& other) {
+  if (m_x != nullptr && other.m_x != nullptr) m_x->appendX(*other.m_x);
+}
 
-void CkString::appendStr(const CkString& other) { utf8_ += std::string(other.utf8_); }
+void CkString::appendStr(const CkString& other) { append(other); }
+
+void CkString::appendAnsi(const char* ansi) {
+  if (m_x == nullptr) return;
+  XString piece;
+  piece.setSecureX(m_x->getSecureX());
+  piece.setFromAnsi(ansi);
+  m_x->appendSbUtf8(piece.getUtf8Sb());
+}
+
+void CkString::appendUtf8(const char* utf8) {
+  if (m_x != nullptr) m_x->appendUtf8(utf8);
+}
+
+void CkString::appendU(const wchar_t* utf32) {
+  if (m_x != nullptr) m_x->appendWideStr(utf32);
+}
+
+void CkString::appendChar(char ansi) {
+  const char text[] = {ansi, '\0'};
+  if (m_x != nullptr) m_x->appendAnsi(text);
+}
+
+void CkString::appendInt(int value) {
+  if (m_x != nullptr) m_x->appendInt(value);
+}
 
 void CkString::appendRandom(int numBytes, const char* encoding) {
-  if (orEmpty(encoding) != "hex") return;
-  static constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::random_device source;
-  for (int i = 0; i < numBytes; ++i) {
-    const unsigned byte = source() & 0xFF;
-    utf8_ += kDigits[byte >> 4];
-    utf8_ += kDigits[byte & 0x0F];
+  DataBuffer bytes;
+  StringBuffer text;
+  if (m_x != nullptr && appendRandomBytes(numBytes, bytes) && bytes.encodeDB(encoding, text)) {
+    m_x->appendSbUtf8(text);
   }
 }
 
-const char* CkString::getAnsi() {
-  ansi_ = utf8ToCodePage(utf8_, ansiCodePage());
-  return ansi_.c_str();
+// Comparing and editing ------------------------------------------------------------------------
+
+int CkString::compareStr(const CkString& other) const {
+  return m_x == nullptr || other.m_x == nullptr ? 0 : m_x->compareX(*other.m_x);
 }
 
-const char* CkString::getUtf8() { return utf8_.c_str(); }
-
-const wchar_t* CkString::getUnicode() {
-  wide_.clear();
-  for (std::size_t pos = 0; pos < utf8_.size();) {
-    const char32_t c = nextCodePoint(utf8_, pos);
-    if (c != 0) wide_.push_back(static_cast<wchar_t>(c));
-  }
-  return wide_.c_str();
+bool CkString::endsWith(const char* text) const {
+  if (text == nullptr) return true;
+  if (m_x == nullptr) return false;
+  if (m_utf8) return m_x->endsWithUtf8(text);
+  XString wanted;
+  wanted.setFromAnsi(text);
+  return m_x->endsWithUtf8(wanted.getUtf8());
 }
-
-const char* CkString::getEnc(const char* charset) {
-  encoded_ = utf8ToCodePage(utf8_, codePageNamed(charset));
-  return encoded_.c_str();
-}
-
-int CkString::getNumChars() {
-  getUnicode();
-  return static_cast<int>(wide_.size());
-}
-
-int CkString::compareStr(const CkString& other) { return utf8_.compare(other.utf8_); }
 
 int CkString::replaceAll(CkString& from, CkString& to) {
-  if (from.utf8_.empty()) return 0;
-  const std::string old = from.utf8_;
-  const std::string replacement = to.utf8_;
-  int count = 0;
-  for (std::size_t pos = 0; (pos = utf8_.find(old, pos)) != std::string::npos; ++count) {
-    utf8_.replace(pos, old.size(), replacement);
-    pos += replacement.size();
-  }
-  return count;
+  if (m_x == nullptr || from.m_x == nullptr || to.m_x == nullptr) return 0;
+  return m_x->replaceAllOccurancesUtf8(from.m_x->getUtf8(), to.m_x->getUtf8(), false);
 }
 
-bool CkString::endsWith(const char* ansi) { return utf8_.ends_with(ansiToUtf8(ansi)); }
-
 void CkString::trim() {
-  static constexpr const char* kBlanks = " \t";
-  const std::size_t first = utf8_.find_first_not_of(kBlanks);
-  if (first == std::string::npos) {
-    utf8_.clear();
-    return;
-  }
-  utf8_ = utf8_.substr(first, utf8_.find_last_not_of(kBlanks) - first + 1);
+  if (m_x != nullptr) m_x->trim();
+}
+
+void CkString::trim2() {
+  if (m_x != nullptr) m_x->trim2();
+}
+
+void CkString::minimizeMemory() {
+  if (m_x != nullptr) m_x->minimizeMemory();
+}
+
+// Binary encodings -----------------------------------------------------------------------------
+
+void CkString::base64Encode(const char* charset) {
+  if (m_x != nullptr) m_x->encodeBinaryText(charset, _clsEncode::Base64);
 }
 
 void CkString::base64Decode(const char* charset) {
-  static constexpr std::string_view kAlphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string bytes;
-  std::uint32_t gathered = 0;
-  int bits = 0;
-  for (const char c : utf8_) {
-    const std::size_t value = kAlphabet.find(c);
-    if (value == std::string_view::npos) continue;
-    gathered = (gathered << 6) | static_cast<std::uint32_t>(value);
-    bits += 6;
-    if (bits >= 8) {
-      bits -= 8;
-      bytes.push_back(static_cast<char>((gathered >> bits) & 0xFF));
-    }
-  }
-  utf8_ = orEmpty(charset) == "utf-8" ? bytes : codePageToUtf8(bytes, codePageNamed(charset));
+  if (m_x != nullptr) m_x->decodeBinaryText(charset, _clsEncode::Base64);
+}
+
+void CkString::hexEncode(const char* charset) {
+  if (m_x != nullptr) m_x->encodeBinaryText(charset, _clsEncode::Hex);
+}
+
+void CkString::hexDecode(const char* charset) {
+  if (m_x != nullptr) m_x->decodeBinaryText(charset, _clsEncode::Hex);
+}
+
+void CkString::qpEncode(const char* charset) {
+  if (m_x != nullptr) m_x->encodeBinaryText(charset, _clsEncode::QuotedPrintable);
+}
+
+void CkString::qpDecode(const char* charset) {
+  if (m_x != nullptr) m_x->decodeBinaryText(charset, _clsEncode::QuotedPrintable);
+}
+
+void CkString::urlEncode(const char* charset) {
+  if (m_x != nullptr) m_x->encodeBinaryText(charset, _clsEncode::Url);
+}
+
+void CkString::urlDecode(const char* charset) {
+  if (m_x != nullptr) m_x->decodeBinaryText(charset, _clsEncode::Url);
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -128,8 +128,9 @@ std::string CkXml::toUtf8(const char* text) const {
 bool CkXml::LoadXmlFile(const char* path) {
   std::ifstream file(toUtf8(path), std::ios::binary);
   if (!file) return false;
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  std::unique_ptr<XmlElement> root = Reader(text).read();
+  std::ostringstream text;  // reads a folder as nothing, where an iterator would throw
+  text << file.rdbuf();
+  std::unique_ptr<XmlElement> root = Reader(text.view()).read();
   if (!root) return false;
   root_ = std::move(root);
   cursor_ = root_.get();

@@ -11,7 +11,7 @@ namespace fixture {
 
 namespace {
 
-constexpr int kReceiveTimeout_ms = 2000;
+constexpr int kTimeout_ms = 2000;
 
 /// The scale's end of a pseudo-terminal.
 class PtyWire final : public Wire {
@@ -74,6 +74,9 @@ void PtyLine::play(Script script) {
 void PtyLine::send(std::span<const std::uint8_t> data) {
   const StopSignal never;
   PtyWire(scaleEnd_, never).send(data);
+  // The kernel hands bytes over on a thread of its own; a driver that reads at once must see them.
+  pollfd arrived = {driverEnd_.get(), POLLIN, 0};
+  ::poll(&arrived, 1, kTimeout_ms);
 }
 
 Bytes PtyLine::receive(std::size_t count) {
@@ -81,7 +84,7 @@ Bytes PtyLine::receive(std::size_t count) {
   std::array<std::uint8_t, 1024> chunk = {};
   while (result.size() < count) {
     pollfd waiting = {scaleEnd_.get(), POLLIN, 0};
-    if (::poll(&waiting, 1, kReceiveTimeout_ms) <= 0) break;
+    if (::poll(&waiting, 1, kTimeout_ms) <= 0) break;
     const ssize_t got = ::read(scaleEnd_.get(), chunk.data(), chunk.size());
     if (got <= 0) break;
     result.insert(result.end(), chunk.begin(), chunk.begin() + got);

@@ -29,8 +29,8 @@ class PtyLine {
   /// Runs a script on the scale's end, until it returns or the line goes.
   void play(Script script);
 
-  /// Without a script: sends to the driver, and waits for what the driver sent. `receive` gives
-  /// fewer bytes when two seconds have passed.
+  /// Without a script: sends to the driver and returns when the bytes are there to be read, and
+  /// waits for what the driver sent. `receive` gives fewer bytes when two seconds have passed.
   void send(std::span<const std::uint8_t> data);
   Bytes receive(std::size_t count);
 

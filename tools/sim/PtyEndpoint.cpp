@@ -72,8 +72,9 @@ void PtyEndpoint::comeBack() {
   const std::filesystem::path fresh = link_.string() + ".new";
   std::error_code error;
   std::filesystem::remove(fresh, error);
-  std::filesystem::create_symlink(name.data(), fresh);
-  std::filesystem::rename(fresh, link_);
+  std::filesystem::create_symlink(name.data(), fresh, error);
+  if (!error) std::filesystem::rename(fresh, link_, error);
+  if (error) throw std::system_error(error, link_.string());
 
   slavePath_ = name.data();
   slave_ = std::move(slave);

@@ -38,11 +38,8 @@ std::optional<RequestRecogniser::Found> RequestRecogniser::feed(std::uint8_t byt
     bool partial = false;
     for (const Command& command : model_->commands) {
       switch (match(command, pending_)) {
-        case Match::None:
-          break;
-        case Match::Partial:
-          partial = true;
-          break;
+        case Match::None: break;
+        case Match::Partial: partial = true; break;
         case Match::Whole: {
           const auto payload = pending_.begin() + static_cast<std::ptrdiff_t>(command.bytes.size());
           Found found = {&command, Bytes(payload, pending_.end())};
@@ -74,18 +71,11 @@ void Scale::carryOut(const RequestRecogniser::Found& found) {
   const Action action = found.command->action;
   ++counts_[static_cast<std::size_t>(action)];
   switch (action) {
-    case Action::Tare:
-      state_.pressTare();
-      break;
-    case Action::Zero:
-      state_.pressZero();
-      break;
-    case Action::Price:
-      state_.price = priceOf(found.payload);
-      break;
+    case Action::Tare: state_.pressTare(); break;
+    case Action::Zero: state_.pressZero(); break;
+    case Action::Price: state_.price = priceOf(found.payload); break;
     case Action::Weigh:
-    case Action::Setup:
-      break;
+    case Action::Setup: break;
   }
 }
 

@@ -29,6 +29,7 @@ class ScaleLine {
   const Endpoint& endpoint() const { return *endpoint_; }
   /// Replaces the misbehaviour; its counting of frames starts anew.
   void setFaults(Faults faults);
+  const Faults& faults() const { return faults_; }
   void setObserver(Observer observer) { observer_ = std::move(observer); }
 
   /// Makes the line vanish until `comeBack`; what was still to be sent is lost.

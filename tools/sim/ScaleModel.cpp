@@ -26,9 +26,7 @@ std::int64_t costOf(std::int64_t weight, int decimals, std::int64_t price, std::
   return std::min(rounded(cost), highest);
 }
 
-std::int64_t highestOf(int digits) {
-  return powerOfTen(digits) - 1;
-}
+std::int64_t highestOf(int digits) { return powerOfTen(digits) - 1; }
 
 }  // namespace
 
@@ -41,12 +39,9 @@ WeightField::Limits WeightField::limits(int decimals) const {
   const int digits = places - (pointInside && decimals > 0 ? 1 : 0);
   const std::int64_t highest = highestOf(digits);
   switch (sign) {
-    case Sign::None:
-      return {0, highest};
-    case Sign::Beside:
-      return {-highest, highest};
-    case Sign::Inside:
-      break;
+    case Sign::None: return {0, highest};
+    case Sign::Beside: return {-highest, highest};
+    case Sign::Inside: break;
   }
   return {-highestOf(digits - 1), highest};
 }

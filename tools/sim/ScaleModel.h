@@ -92,9 +92,8 @@ enum class WeightUnit { Kilograms, Grams, Count };
 /// A scale as its protocol sheet tells it, from the scale's side. The descriptions of all models
 /// stand in models/, one file for each group of kin.
 struct ScaleModel {
+  /// As in the component's table of models, which holds the names.
   int number;
-  /// The text of the parameter page behind the number.
-  std::string_view name;
   LineSettings line = {};
   /// Sends frame after frame without being asked.
   bool streams = false;

@@ -46,12 +46,8 @@ SimulatedScale::~SimulatedScale() {
   thread_.join();
 }
 
-std::string SimulatedScale::devicePath() const {
-  return devicePath_;
-}
-int SimulatedScale::port() const {
-  return port_;
-}
+std::string SimulatedScale::devicePath() const { return devicePath_; }
+int SimulatedScale::port() const { return port_; }
 
 void SimulatedScale::setWeight(double kilograms) {
   change([=](ScaleState& state) { state.weight = kilograms; });

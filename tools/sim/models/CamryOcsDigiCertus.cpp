@@ -82,8 +82,8 @@ Bytes certusFrame(const Display& display) {
 
 std::vector<ScaleModel> camryOcsDigiCertusModels() {
   return {
-      {.number = 17,
-       .name = "Camry",
+      {// Camry
+       .number = 17,
        .line = {.parity = Parity::Even, .stopBits = 2},
        .commands = {{Action::Weigh, {0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00, 0x00}}},
        .weight = {.places = 6},
@@ -93,8 +93,8 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsByFactor,
        .stableReading = StableReading::AlwaysStable},
-      {.number = 18,
-       .name = "OCS, ВК ЗЕВС III с радиоканалом",
+      {// OCS, ВК ЗЕВС III с радиоканалом
+       .number = 18,
        .streams = true,
        .weight = {.places = 5, .sign = Sign::Inside},
        .decimals = {.fewest = 0, .most = 3, .usual = 3},
@@ -104,8 +104,8 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .checkedByte = -1,
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten},
-      {.number = 23,
-       .name = "DIGI DS-788, 781, 782",
+      {// DIGI DS-788, 781, 782
+       .number = 23,
        .commands = {{Action::Weigh, {ENQ}}},
        .weight = {.places = 6, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -115,8 +115,8 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten,
        .noTcp = &kEndMarkNeedsSerialLine},
-      {.number = 25,
-       .name = "CERTUS CBA",
+      {// CERTUS CBA
+       .number = 25,
        .streams = true,
        .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},

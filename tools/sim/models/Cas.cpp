@@ -52,9 +52,8 @@ Bytes uns2Frame(const Display& display) {
       .take();
 }
 
-ScaleModel cas(int number, std::string_view name) {
+ScaleModel cas(int number) {
   return {.number = number,
-          .name = name,
           .commands = {{Action::Weigh, {ENQ, DC1}}},
           .weight = {.places = 7, .sign = Sign::Inside, .pointInside = true},
           .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -73,9 +72,9 @@ ScaleModel cas(int number, std::string_view name) {
 std::vector<ScaleModel> casModels() {
   constexpr std::uint8_t kUns2Address = 0x2A;
   return {
-      cas(13, "CAS (АР, AD, DB, ER, EM, SW, CS)"),
-      {.number = 14,
-       .name = "CAS-LP (v1.6)",
+      cas(13),
+      {// CAS-LP (v1.6)
+       .number = 14,
        .commands = {{Action::Weigh, {SOH, 0x89}}},
        .weight = {.binary = {-0xFFFF, 0xFFFF}},
        .decimals = {.fewest = 0, .most = 3, .usual = 3},
@@ -88,9 +87,9 @@ std::vector<ScaleModel> casModels() {
        .unit = WeightUnit::Count,
        .readWeight = rawCount,
        .readSpecial = overloadIsCode7},
-      cas(27, "BTHE (протокол CAS, SDL-07)"),
-      {.number = 28,
-       .name = "BTHE (протокол UNS-02)",
+      cas(27),
+      {// BTHE (протокол UNS-02)
+       .number = 28,
        .commands = {{Action::Weigh, {kUns2Address, 0x03}},
                     {Action::Tare, {kUns2Address, 0x01}},
                     {.action = Action::Price, .bytes = {kUns2Address, 0x02}, .payload = 6}},

@@ -41,8 +41,8 @@ Bytes jplFrame(const Display& display) {
 
 std::vector<ScaleModel> jadeverModels() {
   return {
-      {.number = 19,
-       .name = "JADEVER SNUG II",
+      {// JADEVER SNUG II
+       .number = 19,
        .streams = true,
        .weight = {.places = 8, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -52,8 +52,8 @@ std::vector<ScaleModel> jadeverModels() {
        .checkedByte = -1,
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten},
-      {.number = 21,
-       .name = "JADEVER JPL, JPL-N",
+      {// JADEVER JPL, JPL-N
+       .number = 21,
        .commands = {{Action::Weigh, {0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00, 0x00}},
                     {Action::Tare, {0x00, 0x00, 0x01}},
                     {.action = Action::Price, .bytes = {0x00, 0x00, 0x02}, .payload = 6}},

@@ -67,8 +67,8 @@ Bytes t7eFrame(const Display& display) {
 std::vector<ScaleModel> keliModels() {
   const Bytes d12Zero = {0x01, 0x06, 0x00, 0x01, 0x00, 0x17, 0x98, 0x04};
   return {
-      {.number = 16,
-       .name = "KELI",
+      {// KELI
+       .number = 16,
        .commands = {{Action::Weigh, {STX, 'B', ETX}}, {Action::Zero, {STX, 'E', ETX}}},
        .weight = {.places = 7, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -78,8 +78,8 @@ std::vector<ScaleModel> keliModels() {
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysStable,
        .noTcp = &kEndMarkNeedsSerialLine},
-      {.number = 29,
-       .name = "T7E",
+      {// T7E
+       .number = 29,
        .streams = true,
        .weight = {.places = 7, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -89,8 +89,8 @@ std::vector<ScaleModel> keliModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysMoving},
-      {.number = 38,
-       .name = "KELI: K9",
+      {// KELI: K9
+       .number = 38,
        .commands = {{Action::Weigh, {STX, 'A', 'D', '0', '5', ETX}}},
        .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -100,8 +100,8 @@ std::vector<ScaleModel> keliModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysMoving},
-      {.number = 40,
-       .name = "KELI: D12",
+      {// KELI: D12
+       .number = 40,
        .commands = {{Action::Weigh, {0x01, 0x03, 0x00, 0x03, 0x00, 0x04, 0xB4, 0x09}},
                     {.action = Action::Zero, .bytes = d12Zero, .reply = d12Zero}},
        .weight = {.places = 7, .sign = Sign::Inside},

@@ -37,8 +37,8 @@ constexpr Text kRinstrumNoTcp = {
 std::vector<ScaleModel> massaKAndRinstrumModels() {
   constexpr std::string_view kRinstrumRequest = "20050027:\r\n";
   return {
-      {.number = 10,
-       .name = "Масса-К (МК_ТВ, МК_ТН)",
+      {// Масса-К (МК_ТВ, МК_ТН)
+       .number = 10,
        .line = {.parity = Parity::Even},
        .commands = {{Action::Weigh, {'E'}}},
        .weight = {.binary = {-0x8000, 0x7FFF}},
@@ -47,8 +47,8 @@ std::vector<ScaleModel> massaKAndRinstrumModels() {
        .unit = WeightUnit::Count,
        .readWeight = rawCount,
        .stableReading = StableReading::AlwaysMoving},
-      {.number = 11,
-       .name = "Rinstrum R320,R420",
+      {// Rinstrum R320,R420
+       .number = 11,
        .commands = {{Action::Weigh, {kRinstrumRequest.begin(), kRinstrumRequest.end()}}},
        .weight = {.places = 9, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},

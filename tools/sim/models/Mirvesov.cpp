@@ -10,9 +10,7 @@ namespace {
 
 constexpr std::uint8_t kAddress = 0x40;
 
-char signCharacter(const Display& display) {
-  return display.negative() ? '-' : ' ';
-}
+char signCharacter(const Display& display) { return display.negative() ? '-' : ' '; }
 
 /// 02 40 D sign | 0 0 1 2 5 0 | decimals | checksum, 2 nibbles | 03
 Bytes a9Frame(const Display& display) {
@@ -93,8 +91,8 @@ constexpr Text kDs2Remark = {
 
 std::vector<ScaleModel> mirvesovModels() {
   return {
-      {.number = 7,
-       .name = "А9, DS3M1  (Мирвесов)",
+      {// А9, DS3M1  (Мирвесов)
+       .number = 7,
        .commands = {{Action::Weigh, {STX, kAddress, 'D', 0x00, 0x04, ETX}}},
        .weight = {.places = 6, .sign = Sign::Beside},
        .decimals = {.fewest = 0, .most = 3, .usual = 3},
@@ -104,8 +102,8 @@ std::vector<ScaleModel> mirvesovModels() {
        .unit = WeightUnit::Grams,
        .readWeight = gramsByDecimalCode,
        .stableReading = StableReading::AlwaysMoving},
-      {.number = 8,
-       .name = "А12 (Мирвесов)",
+      {// А12 (Мирвесов)
+       .number = 8,
        .commands = {{.action = Action::Weigh, .bytes = {'R'}, .payload = 3},
                     {Action::Tare, {'T'}},
                     {Action::Zero, {'Z'}}},
@@ -118,8 +116,8 @@ std::vector<ScaleModel> mirvesovModels() {
        .unit = WeightUnit::Grams,
        .readWeight = gramsCut,
        .stableReading = StableReading::AlwaysStable},
-      {.number = 12,
-       .name = "DS2 (Мирвесов)",
+      {// DS2 (Мирвесов)
+       .number = 12,
        .commands = {{Action::Weigh, {STX, 'A', 'D', '0', '5', ETX}}},
        .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 0},
@@ -131,8 +129,8 @@ std::vector<ScaleModel> mirvesovModels() {
        .readWeight = digitsRunTogether,
        .stableReading = StableReading::AlwaysMoving,
        .remark = &kDs2Remark},
-      {.number = 31,
-       .name = "A12EH (и некоторые модели BDU)",
+      {// A12EH (и некоторые модели BDU)
+       .number = 31,
        .streams = true,
        .weight = {.places = 6, .sign = Sign::Beside},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -144,8 +142,8 @@ std::vector<ScaleModel> mirvesovModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsByFactor,
        .readSpecial = notValidIsZero},
-      {.number = 34,
-       .name = "А9 (непрерывный режим передачи)",
+      {// А9 (непрерывный режим передачи)
+       .number = 34,
        .streams = true,
        .weight = {.places = 6, .sign = Sign::Beside},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},

@@ -78,8 +78,8 @@ constexpr Text kVtaRemark = {
 
 std::vector<ScaleModel> prompriborModels() {
   return {
-      {.number = 0,
-       .name = "ВТА-60 (Промприбор)",
+      {// ВТА-60 (Промприбор)
+       .number = 0,
        .line = {.parity = Parity::Even},
        .commands = {{Action::Weigh, {0x00, 0x00, 0x03}},
                     {Action::Tare, {0x00, 0x00, 0x01}},
@@ -93,8 +93,8 @@ std::vector<ScaleModel> prompriborModels() {
        .stableReading = StableReading::AlwaysStable,
        .readSpecial = costIsWorkedOutAgain,
        .remark = &kVtaRemark},
-      {.number = 1,
-       .name = "ВН-..-а-СI (блок ІЕ04, Промприбор)",
+      {// ВН-..-а-СI (блок ІЕ04, Промприбор)
+       .number = 1,
        .commands = vnCommands(),
        .weight = {.places = 6, .sign = Sign::Inside},
        .decimals = {.fewest = 0, .most = 3, .usual = 3},
@@ -104,8 +104,8 @@ std::vector<ScaleModel> prompriborModels() {
        .checkedByte = -1,
        .unit = WeightUnit::Grams,
        .readWeight = gramsByDecimalCode},
-      {.number = 4,
-       .name = "ВН-..- 220В (Блок ІЕ03, v1100, по запросу, Промприбор)",
+      {// ВН-..- 220В (Блок ІЕ03, v1100, по запросу, Промприбор)
+       .number = 4,
        .commands = vnCommands(),
        .weight = {.places = 6, .sign = Sign::Beside},
        .decimals = {.fewest = 0, .most = 3, .usual = 3},

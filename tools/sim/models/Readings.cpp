@@ -35,9 +35,7 @@ double kilogramsByFactor(std::int64_t units, int decimals) {
   return static_cast<double>(units) * kFactors.at(static_cast<std::size_t>(decimals));
 }
 
-double rawCount(std::int64_t units, int /*decimals*/) {
-  return static_cast<double>(units);
-}
+double rawCount(std::int64_t units, int /*decimals*/) { return static_cast<double>(units); }
 
 double digitsRunTogether(std::int64_t units, int /*decimals*/) {
   return static_cast<double>(units) * kGramsInKilogram;

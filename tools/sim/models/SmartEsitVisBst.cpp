@@ -80,8 +80,8 @@ Bytes bstFrame(const Display& display) {
 std::vector<ScaleModel> smartEsitVisBstModels() {
   const Bytes bstTare = {0x01, 0x06, 0x00, 0x07, 0xA5, 0x0B, 0x02, 0x9C};
   return {
-      {.number = 33,
-       .name = "SMART",
+      {// SMART
+       .number = 33,
        .streams = true,
        .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -91,8 +91,8 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
        .checkedByte = -1,
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten},
-      {.number = 36,
-       .name = "ESIT Smart2",
+      {// ESIT Smart2
+       .number = 36,
        .streams = true,
        .weight = {.places = 5, .sign = Sign::Beside},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -102,8 +102,8 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysStable},
-      {.number = 37,
-       .name = "ESIT ECI STATIC",
+      {// ESIT ECI STATIC
+       .number = 37,
        .commands = {{Action::Weigh, {'W', CR}}, {Action::Tare, {'T', CR}}},
        .weight = {.places = 10, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -112,8 +112,8 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysMoving},
-      {.number = 39,
-       .name = "ВИС HL318L",
+      {// ВИС HL318L
+       .number = 39,
        .streams = true,
        .weight = {.places = 8, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -123,8 +123,8 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
        .checkedByte = -1,
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten},
-      {.number = 41,
-       .name = "Резерв",
+      {// Резерв
+       .number = 41,
        .commands = {{Action::Weigh, {0x01, 0x03, 0x00, 0x02, 0x00, 0x03, 0xA4, 0x0B}},
                     {.action = Action::Tare, .bytes = bstTare, .reply = bstTare}},
        .weight = {.binary = {-0x7FFFFFFF - 1, 0x7FFFFFFF}},

@@ -9,9 +9,7 @@ namespace sim {
 
 namespace {
 
-Bytes line(std::string_view text) {
-  return {text.begin(), text.end()};
-}
+Bytes line(std::string_view text) { return {text.begin(), text.end()}; }
 
 /// "       1.250" CR LF: a blank and eleven places of weight text.
 Bytes tbeFrame(const Display& display) {
@@ -63,8 +61,8 @@ Bytes axisFrame(const Display& display) {
 
 std::vector<ScaleModel> tekhnovagiAndAxisModels() {
   return {
-      {.number = 2,
-       .name = "TBE  (Техноваги)",
+      {// TBE  (Техноваги)
+       .number = 2,
        .commands = {{Action::Weigh, line("G1\r\n")}, {Action::Tare, line("ST\r\n")}},
        .weight = {.places = 11, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -74,8 +72,8 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .unit = WeightUnit::Grams,
        .readWeight = gramsCut,
        .stableReading = StableReading::AlwaysMoving},
-      {.number = 3,
-       .name = "TB1, TB4  (Техноваги)",
+      {// TB1, TB4  (Техноваги)
+       .number = 3,
        .commands = {{Action::Weigh, line("G01W\r\n")}, {Action::Tare, line("S01T\r\n")}},
        .weight = {.places = 6, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -87,8 +85,8 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysMoving,
        .readSpecial = errorIsCode1099},
-      {.number = 9,
-       .name = "BDU, BTU, BD, 4BDU, SE01, SE02 (Axis)",
+      {// BDU, BTU, BD, 4BDU, SE01, SE02 (Axis)
+       .number = 9,
        .commands = {{Action::Weigh, line("SI\r\n")}, {Action::Tare, line("ST\r\n")}},
        .weight = {.places = 9, .sign = Sign::Beside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},

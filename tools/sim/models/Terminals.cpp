@@ -8,9 +8,7 @@ namespace sim {
 
 namespace {
 
-Bytes line(std::string_view text) {
-  return {text.begin(), text.end()};
-}
+Bytes line(std::string_view text) { return {text.begin(), text.end()}; }
 
 /// "XN" CR LF | 2 places | LF | 6 places | "kg" CR LF
 ///
@@ -71,8 +69,8 @@ constexpr PriceField kIcsPrice = {.priceDigits = 6, .costDigits = 6, .factor = 1
 
 std::vector<ScaleModel> terminalModels() {
   return {
-      {.number = 24,
-       .name = "IQ plus 355",
+      {// IQ plus 355
+       .number = 24,
        .commands = {{Action::Weigh, line("XN\r\n")},
                     {Action::Tare, line("KTARE\r\n")},
                     {Action::Setup, line("STREAM=OFF\r\n")},
@@ -86,8 +84,8 @@ std::vector<ScaleModel> terminalModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysStable},
-      {.number = 26,
-       .name = "HBM WE2110",
+      {// HBM WE2110
+       .number = 26,
        .commands = {{Action::Weigh, line("S1;MSV?;")}, {Action::Tare, line("S1;TAR;")}},
        .weight = {.places = 8, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 0, .most = 4, .usual = 3},
@@ -96,8 +94,8 @@ std::vector<ScaleModel> terminalModels() {
        .readWeight = kilogramsAsWritten,
        .stableReading = StableReading::AlwaysMoving,
        .noTcp = &kEndMarkNeedsSerialLine},
-      {.number = 30,
-       .name = "ICS NT",
+      {// ICS NT
+       .number = 30,
        .line = {.parity = Parity::Even},
        .commands = {{Action::Weigh, {0x00, 0x00, 0x03}},
                     {Action::Tare, {0x00, 0x00, 0x01}},
@@ -109,8 +107,8 @@ std::vector<ScaleModel> terminalModels() {
        .unit = WeightUnit::Kilograms,
        .readWeight = kilogramsByFactor,
        .stableReading = StableReading::AlwaysStable},
-      {.number = 35,
-       .name = "WPT/4  RADWAG",
+      {// WPT/4  RADWAG
+       .number = 35,
        .commands = {{Action::Weigh, line("SUI\r\n")},
                     {.action = Action::Tare, .bytes = line("I\r\n"), .reply = line("I A\r\n")}},
        .weight = {.places = 9, .sign = Sign::Beside, .pointInside = true},

@@ -1,0 +1,3 @@
+#include "CkObject.h"
+
+CkObject::~CkObject() = default;

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "CkMemory.h"
+#include "PublicApi.h"
+
+/// Root of the public classes.
+class ORBELO_PUBLIC CkObject {
+ public:
+  CkObject() = default;
+  CkObject(const CkObject&) = delete;
+  CkObject& operator=(const CkObject&) = delete;
+  virtual ~CkObject();
+
+  /// On this platform the text itself.
+  const char* objcUtf8(const char* text) { return text; }
+  void objcUtf8_free() { m_objcResult.reset(); }
+
+ private:
+  CkBlock m_objcResult;
+};

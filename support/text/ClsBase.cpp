@@ -1,0 +1,3 @@
+#include "ClsBase.h"
+
+int ClsBase::m_progLang = 0;

@@ -1,0 +1,79 @@
+// What the delivered file shows to the process that loads it, and what it needs from it.
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// The lines that a command prints.
+std::vector<std::string> linesOf(const std::string& command) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
+  std::vector<std::string> lines;
+  std::array<char, 4096> line = {};
+  while (pipe && std::fgets(line.data(), line.size(), pipe.get()) != nullptr) {
+    lines.emplace_back(line.data());
+    lines.back().pop_back();
+  }
+  return lines;
+}
+
+/// What `pattern` captures in each line that it matches.
+std::set<std::string> captured(const std::vector<std::string>& lines, const char* pattern) {
+  const std::regex regex(pattern);
+  std::set<std::string> result;
+  std::smatch match;
+  for (const std::string& line : lines) {
+    if (std::regex_search(line, match, regex)) result.insert(match[1]);
+  }
+  return result;
+}
+
+TEST(Library, ShowsTheExportsAndThePublicClassesOnly) {
+  const auto symbols =
+      captured(linesOf(ORBELO_NM " --dynamic --defined-only --demangle " ORBELO_COMPONENT),
+               "^[0-9a-f]+ . (.*)$");
+  std::set<std::string> exports;
+  std::set<std::string> classes;
+  const std::regex ofPublicClass(
+      "^(?:vtable for |typeinfo for |typeinfo name for )?(Ck(?:String|ByteData|Socket|Xml|"
+      "FileAccess|Object|MultiByteBase))\\b.*$");
+  std::smatch match;
+  for (const std::string& symbol : symbols) {
+    if (std::regex_match(symbol, match, ofPublicClass)) {
+      classes.insert(match[1]);
+    } else {
+      exports.insert(symbol);
+    }
+  }
+  EXPECT_THAT(exports, testing::ElementsAre("DestroyObject", "GetClassNames", "GetClassObject",
+                                            "SetPlatformCapabilities"));
+  EXPECT_THAT(classes, testing::IsSupersetOf(
+                           {"CkByteData", "CkFileAccess", "CkSocket", "CkString", "CkXml"}));
+}
+
+TEST(Library, NeedsNothingButTheSystemsLibc) {
+  const auto needed = captured(linesOf(ORBELO_READELF " --wide --dynamic " ORBELO_COMPONENT),
+                               "\\(NEEDED\\).*\\[(.*)\\]");
+  EXPECT_THAT(needed, testing::Contains("libc.so.6"));
+  EXPECT_THAT(needed, testing::Each(testing::AnyOf("libc.so.6", "libm.so.6", "libpthread.so.0",
+                                                   "libdl.so.2", "ld-linux-x86-64.so.2")));
+}
+
+TEST(Library, CallsItsOwnClassesWhateverTheProcessHolds) {
+  // Another add-in may bring classes of the same names; the loader must not mix them.
+  const auto flags =
+      captured(linesOf(ORBELO_READELF " --wide --dynamic " ORBELO_COMPONENT), "\\((SYMBOLIC)\\)");
+  const auto newFlags =
+      captured(linesOf(ORBELO_READELF " --wide --dynamic " ORBELO_COMPONENT), "FLAGS.*(SYMBOLIC)");
+  EXPECT_FALSE(flags.empty() && newFlags.empty());
+}
+
+}  // namespace

@@ -1,0 +1,96 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Variant.h"
+#include "WideStrings.h"
+
+namespace {
+
+using Units = std::vector<unsigned short>;
+
+/// The text as 16-bit units, NUL included.
+Units toShort(const std::wstring& text) {
+  unsigned short* units = nullptr;
+  convToShortWchar(&units, text.c_str(), 0);
+  const std::unique_ptr<unsigned short[]> owner(units);
+  return Units(units, units + text.size() + 1);
+}
+
+std::wstring fromShort(const std::u16string& text) {
+  wchar_t* wide = nullptr;
+  convFromShortWchar(&wide, fixture::units(text).data(), 0);
+  const std::unique_ptr<wchar_t[]> owner(wide);
+  return std::wstring(wide, wide + text.size());
+}
+
+TEST(WideStrings, MeasuresUpToTheNul) {
+  EXPECT_EQ(getLenShortWcharStr(fixture::units(u"").data()), 0U);
+  EXPECT_EQ(getLenShortWcharStr(fixture::units(u"Вес").data()), 3U);
+  EXPECT_EQ(getLenShortWcharStr(nullptr), 0U);
+}
+
+TEST(WideStrings, GoesToUtf16) {
+  EXPECT_EQ(toShort(L""), (Units{0}));
+  EXPECT_EQ(toShort(L"A"), (Units{0x41, 0}));
+  EXPECT_EQ(toShort(L"Вес"), (Units{0x0412, 0x0435, 0x0441, 0}));  // no byte order mark
+  // What has no single unit is cut to its low 16 bits, and so is every other character then.
+  EXPECT_EQ(toShort(std::wstring{L'A', static_cast<wchar_t>(0x1F600), L'B'}),
+            (Units{0x41, 0xF600, 0x42, 0}));
+  EXPECT_EQ(toShort(std::wstring{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)}),
+            (Units{0xD83D, 0xDE00, 0}));
+}
+
+TEST(WideStrings, ComesFromUtf16) {
+  EXPECT_EQ(fromShort(u""), L"");
+  EXPECT_EQ(fromShort(u"A"), L"A");
+  EXPECT_EQ(fromShort(u"Вес: 1"), L"Вес: 1");
+  EXPECT_EQ(fromShort(u"ПолучитьВесЦенуСтоимость"), L"ПолучитьВесЦенуСтоимость");
+  // A pair of surrogates stays two.
+  EXPECT_EQ(fromShort(u"A\xD83D\xDE00"),
+            (std::wstring{L'A', static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)}));
+}
+
+TEST(WideStrings, FillsABufferOfTheCaller) {
+  Units buffer = {0xA5A5, 0xA5A5, 0xA5A5, 0xA5A5, 0xA5A5};
+  unsigned short* units = buffer.data();
+  convToShortWchar(&units, L"Вес", 4);
+  EXPECT_EQ(units, buffer.data());
+  EXPECT_EQ(buffer, (Units{0x0412, 0x0435, 0x0441, 0, 0xA5A5}));
+  std::wstring wideBuffer(5, L'#');
+  wchar_t* wide = wideBuffer.data();
+  convFromShortWchar(&wide, fixture::units(u"Вес").data(), 4);
+  EXPECT_EQ(wideBuffer, (std::wstring{L'В', L'е', L'с', 0, L'#'}));
+}
+
+TEST(WideStrings, ReportsWhatTheLoopConverted) {
+  // iconv reports 0 for a text that it took whole; the loop reports its units.
+  unsigned short* units = nullptr;
+  EXPECT_EQ(convToShortWchar(&units, L"Вес", 0), 0U);
+  delete[] units;
+  units = nullptr;
+  EXPECT_EQ(convToShortWchar(&units, L"\U0001F600", 0), 2U);
+  delete[] units;
+  wchar_t* wide = nullptr;
+  EXPECT_EQ(convFromShortWchar(&wide, fixture::units(u"Вес").data(), 0), 4U);
+  delete[] wide;
+}
+
+TEST(WcharWrapper, HoldsBothForms) {
+  const WcharWrapper fromWide(L"Вес");
+  EXPECT_EQ(fixture::utf16(fromWide), u"Вес");
+  EXPECT_STREQ(fromWide.wide(), L"Вес");
+  const auto units = fixture::units(u"Вес");
+  const WcharWrapper from16(units.data());
+  EXPECT_EQ(fixture::utf16(from16), u"Вес");
+  EXPECT_STREQ(from16.wide(), L"Вес");
+  const WcharWrapper none(static_cast<const wchar_t*>(nullptr));
+  EXPECT_EQ(static_cast<const unsigned short*>(none), nullptr);
+  EXPECT_EQ(none.wide(), nullptr);
+  const WcharWrapper none16(static_cast<const unsigned short*>(nullptr));
+  EXPECT_EQ(static_cast<const unsigned short*>(none16), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,69 @@
+// The delivered archive, unpacked and attached as the platform does it.
+
+#include <cstdlib>
+#include <filesystem>
+#include <pugixml.hpp>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Component.h"
+#include "TempFolder.h"
+
+namespace {
+
+using fixture::kNothing;
+
+constexpr const char* kLibrary = "OrbeloScalesLin64.so";
+constexpr const char* kManifest = "MANIFEST.XML";
+
+class Bundle : public testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string unpack = "cd '" + folder_.path() + "' && '" ORBELO_CMAKE "' -E tar xf '" +
+                               std::string(ORBELO_BUNDLE) + "'";
+    ASSERT_EQ(std::system(unpack.c_str()), 0);
+  }
+
+  fixture::TempFolder folder_;
+};
+
+TEST_F(Bundle, HoldsTheStrippedLibraryAndItsManifest) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_.path())) {
+    names.push_back(std::filesystem::relative(entry.path(), folder_.path()));
+  }
+  EXPECT_THAT(names, testing::UnorderedElementsAre(kLibrary, kManifest));
+  EXPECT_EQ(folder_.read(kLibrary).find(".symtab"), std::string::npos);
+}
+
+TEST_F(Bundle, NamesTheLibraryInItsManifest) {
+  pugi::xml_document document;
+  ASSERT_TRUE(document.load_file(folder_.file(kManifest).c_str()));
+  const pugi::xml_node bundle = document.document_element();
+  EXPECT_STREQ(bundle.name(), "bundle");
+  EXPECT_STREQ(bundle.attribute("xmlns").value(), "http://v8.1c.ru/8.2/addin/bundle");
+  EXPECT_STREQ(bundle.attribute("name").value(), "OrbeloScales");
+  const pugi::xml_node component = bundle.first_child();
+  EXPECT_STREQ(component.name(), "component");
+  EXPECT_STREQ(component.attribute("os").value(), "Linux");
+  EXPECT_STREQ(component.attribute("arch").value(), "x86_64");
+  EXPECT_STREQ(component.attribute("type").value(), "native");
+  EXPECT_STREQ(component.attribute("path").value(), kLibrary);
+  EXPECT_FALSE(component.next_sibling());
+}
+
+TEST_F(Bundle, WeighsFromACleanFolder) {
+  const fixture::TempFolder clean;
+  std::filesystem::rename(folder_.file(kLibrary), clean.file(kLibrary));
+  fixture::Component component(clean.file(kLibrary));
+  component.set(u"model", 20);
+  const auto weighing = component.call(u"ПолучитьВес", {component.open(), kNothing});
+  EXPECT_TRUE(weighing->executed);
+  EXPECT_GE(weighing->params.at(1).value.dblVal, 0.08);
+  EXPECT_THAT(component.lastError(), testing::AnyOf(0U, 3U));
+}
+
+}  // namespace

@@ -1,0 +1,351 @@
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "AutoLockMutex.h"
+#include "ComLanPort.h"
+#include "PtyLine.h"
+#include "TcpPeer.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using fixture::Bytes;
+using fixture::bytes;
+using fixture::hex;
+using fixture::PtyLine;
+using fixture::TcpPeer;
+using fixture::TcpWire;
+using fixture::Wire;
+
+constexpr int kConnected = 0;
+constexpr int kNotConnected = 2;
+
+/// A flag that a script raises when the driver's side may go on.
+class Milestone {
+ public:
+  void reach() { reached_ = true; }
+  bool wait() const {
+    const auto end = std::chrono::steady_clock::now() + 5s;
+    while (!reached_ && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
+    return reached_;
+  }
+
+ private:
+  std::atomic<bool> reached_ = false;
+};
+
+/// Reads once; the bytes as text, and "" for none.
+std::string readHex(COrbComLanPort& port, unsigned long size) {
+  std::vector<unsigned char> buffer(size);
+  const int count = port.read(buffer.data(), size);
+  return hex(std::span(buffer).first(static_cast<std::size_t>(count)));
+}
+
+/// Reads until something comes, for as long as a slow machine may need.
+std::string awaitHex(COrbComLanPort& port, unsigned long size) {
+  std::string result;
+  for (int i = 0; i < 50 && result.empty(); ++i) result = readHex(port, size);
+  return result;
+}
+
+int write(COrbComLanPort& port, const Bytes& data) {
+  return port.write(data.data(), data.size());
+}
+
+TEST(ComLanPort, ThatNeverOpenedAnswersByItsCodes) {
+  COrbComLanPort port;
+  EXPECT_EQ(port.getState(), kNotConnected);
+  EXPECT_EQ(port.Open(), 1);
+  EXPECT_EQ(readHex(port, 8), "");
+  EXPECT_EQ(write(port, bytes("01")), -1);
+  EXPECT_EQ(port.Close(true), 0);
+  EXPECT_EQ(port.Close(false), 0);
+  EXPECT_EQ(port.getBitRate(), 4800U);
+  EXPECT_EQ(port.setBitRate(9600), -1);
+  EXPECT_EQ(port.setParity(COMPort::Even), -1);
+  EXPECT_EQ(port.setDataBits(COMPort::Bits7), -1);
+  EXPECT_EQ(port.setStopBits(COMPort::Two), -1);
+  EXPECT_EQ(port.setHandshaking(true), -1);
+  EXPECT_EQ(port.setxONxOFF(true), -1);
+  EXPECT_EQ(port.getBitRate(), 9600U);
+}
+
+TEST(ComLanPort, CarriesBytesOverASerialLine) {
+  PtyLine line;
+  COrbComLanPort port(line.path().c_str());
+  EXPECT_EQ(port.getState(), kConnected);
+  EXPECT_EQ(port.Open(), 9);
+  EXPECT_EQ(readHex(port, 8), "");
+  line.send(bytes("06 01 02"));
+  EXPECT_EQ(readHex(port, 2), "06 01");
+  EXPECT_EQ(readHex(port, 8), "02");
+  EXPECT_EQ(write(port, bytes("05 11 00")), 3);
+  EXPECT_EQ(hex(line.receive(3)), "05 11 00");
+
+  port.Close(false);
+  EXPECT_EQ(port.getState(), kConnected);
+  port.Close(true);
+  EXPECT_EQ(port.getState(), kNotConnected);
+  EXPECT_EQ(readHex(port, 8), "");
+  EXPECT_EQ(write(port, bytes("05")), -1);
+  EXPECT_EQ(port.Open(), 0);
+}
+
+TEST(ComLanPort, OpensWithTheSettingsThatWereStored) {
+  PtyLine line;
+  COrbComLanPort port;
+  EXPECT_EQ(port.SetComPort(line.path().c_str(), 19200, COMPort::None, COMPort::Bits8, COMPort::Two,
+                            true, true),
+            0);
+  ASSERT_EQ(port.Open(), 0);
+  termios settings = line.settings();
+  EXPECT_EQ(::cfgetospeed(&settings), speed_t{B19200});
+  EXPECT_TRUE(settings.c_cflag & CSTOPB);
+
+  // By name alone the line goes back to 4800 baud and one stop bit.
+  ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
+  settings = line.settings();
+  EXPECT_EQ(::cfgetospeed(&settings), speed_t{B4800});
+  EXPECT_FALSE(settings.c_cflag & CSTOPB);
+
+  EXPECT_EQ(port.setBitRate(9600), 0);
+  EXPECT_EQ(port.setParity(COMPort::Even), 0);
+  EXPECT_EQ(port.setStopBits(COMPort::Two), 0);
+  EXPECT_EQ(port.setDataBits(COMPort::Bits8), 0);
+  EXPECT_EQ(port.setHandshaking(true), 0);
+  EXPECT_EQ(port.setxONxOFF(true), 0);
+  settings = line.settings();
+  EXPECT_EQ(::cfgetospeed(&settings), speed_t{B9600});
+  EXPECT_TRUE(settings.c_cflag & CSTOPB);
+}
+
+TEST(ComLanPort, ARefusedSettingClosesTheLineAndStays) {
+  const std::array<std::function<int(COrbComLanPort&)>, 4> refused = {
+      [](COrbComLanPort& p) { return p.setBitRate(56000); },
+      [](COrbComLanPort& p) { return p.setStopBits(COMPort::OnePointFive); },
+      [](COrbComLanPort& p) { return p.setParity(static_cast<COMPort::Parity>(5)); },
+      [](COrbComLanPort& p) { return p.setDataBits(static_cast<COMPort::DataBits>(3)); }};
+  PtyLine line;
+  for (const auto& set : refused) {
+    COrbComLanPort port(line.path().c_str());
+    EXPECT_EQ(set(port), -2);
+    EXPECT_EQ(port.getState(), kNotConnected);
+    EXPECT_EQ(readHex(port, 8), "");
+    EXPECT_EQ(write(port, bytes("05")), -1);
+    EXPECT_EQ(set(port), -1);
+    EXPECT_EQ(port.Open(), 1);
+    EXPECT_EQ(port.OpenComPort(line.path().c_str()), 0);
+  }
+  COrbComLanPort port(line.path().c_str());
+  port.setBitRate(56000);
+  EXPECT_EQ(port.getBitRate(), 56000U);
+}
+
+TEST(ComLanPort, FindsASerialLineThatVanishedByWriting) {
+  PtyLine line;
+  COrbComLanPort port(line.path().c_str());
+  line.unplug();
+  EXPECT_EQ(port.getState(), kConnected);
+  EXPECT_EQ(readHex(port, 8), "");
+  EXPECT_EQ(write(port, bytes("05")), -2);
+  EXPECT_EQ(port.getState(), kNotConnected);
+  EXPECT_EQ(write(port, bytes("05")), -1);
+  EXPECT_EQ(port.Open(), 1);
+  line.plugIn();
+  EXPECT_EQ(port.Open(), 0);
+  line.send(bytes("07"));
+  EXPECT_EQ(readHex(port, 8), "07");
+}
+
+TEST(ComLanPort, CantOpenWhatIsntThere) {
+  const fixture::TempFolder folder;
+  const std::string file = folder.write("file", "");
+  COrbComLanPort port;
+  EXPECT_EQ(port.OpenComPort(folder.file("missing").c_str()), 1);
+  EXPECT_EQ(port.OpenComPort(file.c_str()), 1);
+  EXPECT_EQ(port.OpenComPort(""), 1);
+  EXPECT_EQ(port.OpenComPort(nullptr), 1);
+  EXPECT_EQ(port.OpenNetworkPort("", 20108), 1);
+  EXPECT_EQ(port.OpenNetworkPort(nullptr, 20108), 1);
+  EXPECT_EQ(port.getState(), kNotConnected);
+  TcpPeer gone(fixture::silent());
+  gone.stop();
+  EXPECT_EQ(port.OpenNetworkPort(TcpPeer::kHost, gone.port()), 1);
+  // Without a socket a network port transfers nothing.
+  EXPECT_EQ(readHex(port, 8), "");
+  EXPECT_EQ(write(port, bytes("05")), 0);
+}
+
+TEST(ComLanPort, CutsNamesThatAreTooLong) {
+  PtyLine line;
+  // Of the path's 1100 bytes the first 1023 name the device.
+  std::string path = line.path();
+  while (path.size() < 1022) path.insert(0, "/");
+  path.insert(0, std::string(1023 - path.size(), '/'));
+  COrbComLanPort port;
+  EXPECT_EQ(port.OpenComPort((path + std::string(77, 'x')).c_str()), 0);
+  EXPECT_EQ(port.OpenComPort((path.substr(1) + std::string(77, 'x')).c_str()), 1);
+  EXPECT_EQ(port.OpenNetworkPort(std::string(65536, '1').c_str(), 20108), 1);
+}
+
+TEST(ComLanPort, CarriesBytesOverTcpAllOrNothing) {
+  Milestone sent;
+  fixture::Received received;
+  TcpPeer peer([&](TcpWire& wire) {
+    wire.send(bytes("06 01 02"));
+    sent.reach();
+    received.add(wire.receive(2));
+    wire.send(bytes("0A 0B 0C 0D"));
+    fixture::recording(received)(wire);
+  });
+  COrbComLanPort port(TcpPeer::kHost, peer.port());
+  EXPECT_EQ(port.getState(), kConnected);
+  EXPECT_EQ(port.Open(), 9);
+  EXPECT_EQ(port.setBitRate(9600), -1);
+  ASSERT_TRUE(sent.wait());
+  // More than there is: the bytes that did come are lost.
+  EXPECT_EQ(readHex(port, 4), "");
+  EXPECT_EQ(port.getState(), kConnected);
+  EXPECT_EQ(write(port, bytes("05 11")), 2);
+  EXPECT_EQ(awaitHex(port, 2), "0A 0B");
+  EXPECT_EQ(readHex(port, 1), "0C");
+  EXPECT_EQ(readHex(port, 0), "");
+  EXPECT_EQ(readHex(port, 1), "0D");
+  EXPECT_EQ(write(port, bytes("7F")), 1);
+  EXPECT_EQ(hex(received.waitFor(3)), "05 11 7F");
+
+  port.Close(false);
+  EXPECT_EQ(port.getState(), kConnected);
+  port.Close(true);
+  EXPECT_EQ(port.getState(), kNotConnected);
+  EXPECT_EQ(write(port, bytes("05")), 0);
+}
+
+TEST(ComLanPort, ANetworkReadWaitsTheIdleLimit) {
+  TcpPeer peer(fixture::silent());
+  COrbComLanPort port(TcpPeer::kHost, peer.port());
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(readHex(port, 10240), "");
+  const auto taken = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(taken, 99ms);
+  EXPECT_LT(taken, 2s);
+  EXPECT_EQ(port.getState(), kConnected);
+}
+
+TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
+  const std::array<std::function<void(TcpWire&)>, 2> ends = {[](TcpWire& wire) { wire.hangUp(); },
+                                                             [](TcpWire& wire) { wire.reset(); }};
+  for (const auto& end : ends) {
+    std::array<Milestone, 3> gone;
+    std::atomic<std::size_t> round = 0;
+    TcpPeer peer([&](TcpWire& wire) {
+      wire.receive(1);
+      end(wire);
+      gone.at(round++).reach();
+    });
+    COrbComLanPort port(TcpPeer::kHost, peer.port());
+    EXPECT_EQ(write(port, bytes("05")), 1);
+    ASSERT_TRUE(gone[0].wait());
+    // Seen without a transfer, and closed by the next one that fails.
+    EXPECT_EQ(port.getState(), kNotConnected);
+    EXPECT_EQ(readHex(port, 1), "");
+    EXPECT_EQ(write(port, bytes("05")), 0);
+    ASSERT_EQ(port.Open(), 0);
+    EXPECT_EQ(write(port, bytes("05")), 1);
+    ASSERT_TRUE(gone[1].wait());
+    EXPECT_EQ(port.Open(), 0);  // a dead transport is no open one
+    EXPECT_EQ(write(port, bytes("05")), 1);
+    ASSERT_TRUE(gone[2].wait());
+    EXPECT_EQ(peer.connections(), 3);
+  }
+}
+
+TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
+  Milestone halfClosed;
+  fixture::Received received;
+  TcpPeer peer([&](TcpWire& wire) {
+    wire.send(bytes("06 01 02"));
+    wire.halfClose();
+    halfClosed.reach();
+    received.add(wire.receive(1));
+  });
+  COrbComLanPort port(TcpPeer::kHost, peer.port());
+  ASSERT_TRUE(halfClosed.wait());
+  EXPECT_EQ(port.getState(), kConnected);
+  EXPECT_EQ(readHex(port, 2), "06 01");
+  EXPECT_EQ(write(port, bytes("05")), 1);
+  EXPECT_EQ(hex(received.waitFor(1)), "05");
+  // The last byte is lost to a read that asks for two, and the line is found dead.
+  EXPECT_EQ(readHex(port, 2), "");
+  EXPECT_EQ(port.getState(), kNotConnected);
+  EXPECT_EQ(write(port, bytes("05")), 0);
+}
+
+TEST(ComLanPort, SendsMoreThanTheLineTakesAtOnce) {
+  constexpr std::size_t kSize = 4U << 20;
+  std::atomic<std::size_t> received = 0;
+  TcpPeer peer([&](TcpWire& wire) {
+    wire.pause(20);
+    received = wire.receive(kSize).size();
+    wire.send(bytes("06"));
+  });
+  COrbComLanPort port(TcpPeer::kHost, peer.port());
+  EXPECT_EQ(write(port, Bytes(kSize, 0x55)), static_cast<int>(kSize));
+  EXPECT_EQ(awaitHex(port, 1), "06");
+  EXPECT_EQ(received, kSize);
+}
+
+TEST(ComLanPort, ChangesFromOneTransportToTheOther) {
+  PtyLine line;
+  TcpPeer peer(fixture::silent());
+  COrbComLanPort port(line.path().c_str());
+  ASSERT_EQ(port.OpenNetworkPort(TcpPeer::kHost, peer.port()), 0);
+  EXPECT_EQ(port.setBitRate(9600), -1);
+  ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
+  EXPECT_EQ(port.setBitRate(9600), 0);
+  line.send(bytes("06"));
+  EXPECT_EQ(readHex(port, 8), "06");
+}
+
+TEST(ComLanPort, ServesManyThreadsOneByOne) {
+  PtyLine line;
+  COrbComLanPort port;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < 25; ++round) {
+        port.OpenComPort(line.path().c_str());
+        write(port, bytes("05"));
+        readHex(port, 8);
+        port.getState();
+        port.Close(true);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(port.getState(), kNotConnected);
+}
+
+TEST(AutoLockMutex, IsRecursive) {
+  pthread_mutex_t mutex;
+  CAutoLockMutex::MutexInit(&mutex);
+  {
+    const CAutoLockMutex outer(&mutex);
+    const CAutoLockMutex inner(&mutex);
+    std::thread([&] { EXPECT_NE(pthread_mutex_trylock(&mutex), 0); }).join();
+  }
+  std::thread([&] {
+    EXPECT_EQ(pthread_mutex_trylock(&mutex), 0);
+    pthread_mutex_unlock(&mutex);
+  }).join();
+  CAutoLockMutex::MutexDelete(&mutex);
+}
+
+}  // namespace

@@ -1,0 +1,264 @@
+// The exchange log as support reads it, byte for byte. Expectations are written by hand from the
+// format; only the time is masked.
+
+#include <array>
+#include <ctime>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ComLanPort.h"
+#include "PtyLine.h"
+#include "TcpPeer.h"
+#include "TempFolder.h"
+
+namespace {
+
+using fixture::bytes;
+using fixture::PtyLine;
+using fixture::TcpPeer;
+using fixture::TempFolder;
+using testing::ElementsAre;
+
+constexpr const char* kLogName = "log_scales_7.log";
+
+/// The header of a record by its label, size as the record shows it, and connection line.
+std::string header(const std::string& label, const std::string& size,
+                   const std::string& connection) {
+  return "\r\n____________________________________________________________________\r\n" + label +
+         "  <time> ---- Bytes:" + size + " -----\r\n" + connection +
+         "\r\n  N     1  2  3  4  5  6  7  8  9 10   11 12 13 14 15 16 17 18 19 20\r\n\r\n";
+}
+
+std::string masked(const std::string& log) {
+  static const std::regex time(R"(\d+-\d\d-\d\d \d\d:\d\d:\d\d\.000)");
+  return std::regex_replace(log, time, "<time>");
+}
+
+/// The log as "label size" a record, with the text of system records.
+std::vector<std::string> records(const std::string& log) {
+  static const std::regex record(
+      R"((SYS|OUT|IN) [^\r]*Bytes: *(\d+) -----\r\n[^\r]*\r\n[^\r]*\r\n\r\n\d{5}:.{66}([^\r]*)\r\n)");
+  std::vector<std::string> result;
+  for (std::sregex_iterator at(log.begin(), log.end(), record), end; at != end; ++at) {
+    std::string text = (*at)[3];
+    text.erase(text.find_last_not_of(' ') + 1);
+    result.push_back((*at)[1] == "SYS" ? text : (*at)[1].str() + " " + (*at)[2].str());
+  }
+  return result;
+}
+
+class ExchangeLog : public testing::Test {
+ protected:
+  ExchangeLog() { folder_.write("log.txt", ""); }
+  std::string log() const { return folder_.read(kLogName); }
+
+  TempFolder folder_;
+};
+
+TEST_F(ExchangeLog, ShowsASerialExchangeByteForByte) {
+  PtyLine line;
+  {
+    COrbComLanPort port;
+    EXPECT_EQ(port.SetLogName(folder_.path().c_str(), "7"), 0);
+    ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
+    port.setStopBits(COMPort::Two);
+    const auto request = bytes("41");
+    ASSERT_EQ(port.write(request.data(), request.size()), 1);
+    line.send(bytes("00 1F 20 7E 7F 80 FF 30 31 32 33 34 35 36 37 38 39 41 42 43 0D"));
+    std::array<unsigned char, 64> answer = {};
+    ASSERT_EQ(port.read(answer.data(), answer.size()), 21);
+    EXPECT_EQ(port.read(answer.data(), answer.size()), 0);  // nothing came: no record
+  }
+  const std::string one = "COMPORT: " + line.path() + R"(;4800\None\8\1, Handshaking=0, xONxOFF=0)";
+  const std::string two = "COMPORT: " + line.path() + R"(;4800\None\8\2, Handshaking=0, xONxOFF=0)";
+  const std::string expected =
+      header("SYS      ", "    4", one) +
+      "00001: 4F 50 45 4E                   |                                  OPEN"
+      "                \r\n" +
+      header("OUT >>>>>", "    1", two) +
+      "00001: 41                            |                                  A"
+      "                   \r\n" +
+      header("IN <<<<<<", "   21", two) +
+      "00001: 00 1F 20 7E 7F 80 FF 30 31 32 | 33 34 35 36 37 38 39 41 42 43    "
+      ".. ~\x7F\x80\xFF"
+      "0123456789ABC\r\n"
+      "00021: 0D                            |                                  ."
+      "                   \r\n" +
+      header("SYS      ", "    5", two) +
+      "00001: 43 4C 4F 53 45                |                                  CLOSE"
+      "               \r\n" +
+      header("SYS      ", "   12", two) +
+      "00001: 53 54 4F 50 20 50 52 4F 47 52 | 41 4D                            STOP PROGRAM"
+      "        \r\n";
+  EXPECT_EQ(masked(log()), expected);
+}
+
+TEST_F(ExchangeLog, ShowsTheTimeAsTheSystemHoldsIt) {
+  const std::time_t before = std::time(nullptr);
+  {
+    COrbComLanPort port;
+    port.SetLogName(folder_.path().c_str(), "7");
+  }
+  const std::time_t after = std::time(nullptr);
+  std::vector<std::string> possible;
+  for (std::time_t at = before; at <= after; ++at) {
+    std::tm time = {};
+    ::localtime_r(&at, &time);
+    std::array<char, 64> text = {};
+    // Years since 1900 and months from 0, as they lie in the structure.
+    std::snprintf(text.data(), text.size(), "SYS        %d-%02d-%02d %02d:%02d:%02d.000 ----",
+                  time.tm_year, time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+    possible.emplace_back(text.data());
+  }
+  const std::string written = log().substr(log().find("SYS"), possible.front().size());
+  EXPECT_THAT(possible, testing::Contains(written));
+}
+
+TEST_F(ExchangeLog, NamesTheConnection) {
+  struct Row {
+    const char* expected;
+    COMPort::Parity parity;
+    COMPort::DataBits dataBits;
+    COMPort::StopBits stopBits;
+    bool handshaking;
+    bool xOnxOff;
+  };
+  constexpr std::array<Row, 5> kRows = {{
+      {R"(;9600\Odd\7\2, Handshaking=1, xONxOFF=0)", COMPort::Odd, COMPort::Bits7, COMPort::Two,
+       true, false},
+      {R"(;9600\Even\8\1, Handshaking=0, xONxOFF=1)", COMPort::Even, COMPort::Bits8, COMPort::One,
+       false, true},
+      {R"(;9600\Mark\5\1.5, Handshaking=0, xONxOFF=0)", COMPort::Mark, COMPort::Bits5,
+       COMPort::OnePointFive, false, false},
+      {R"(;9600\Space\4\1, Handshaking=0, xONxOFF=0)", COMPort::Space, COMPort::Bits4, COMPort::One,
+       false, false},
+      {R"(;9600\None\6\1, Handshaking=0, xONxOFF=0)", COMPort::None, COMPort::Bits6, COMPort::One,
+       false, false},
+  }};
+  for (const Row& row : kRows) {
+    {
+      COrbComLanPort port;
+      port.SetLogName(folder_.path().c_str(), "7");
+      port.SetComPort("/dev/none", 9600, row.parity, row.dataBits, row.stopBits, row.handshaking,
+                      row.xOnxOff);
+    }
+    EXPECT_THAT(log(),
+                testing::HasSubstr(std::string("\r\nCOMPORT: /dev/none") + row.expected + "\r\n"));
+  }
+  {
+    COrbComLanPort port;
+    port.SetLogName(folder_.path().c_str(), "7");
+    port.SetNetworkPort("scale.local", 20108);
+  }
+  EXPECT_THAT(log(), testing::EndsWith("STOP PROGRAM        \r\n"));
+  EXPECT_THAT(log(), testing::HasSubstr("\r\nETHERNET: scale.local:20108\r\n"));
+  TempFolder other;
+  other.write("log.txt", "");
+  {
+    COrbComLanPort port;
+    port.SetLogName(other.path().c_str(), "7");
+  }
+  EXPECT_EQ(masked(other.read(kLogName)),
+            header("SYS      ", "   12", "") +
+                "00001: 53 54 4F 50 20 50 52 4F 47 52 | 41 4D                            STOP "
+                "PROGRAM        \r\n");
+}
+
+TEST_F(ExchangeLog, TellsTheStoryOfAPort) {
+  PtyLine line;
+  TcpPeer peer(fixture::sending(bytes("06 01 02")));
+  const auto request = bytes("05 11");
+  std::array<unsigned char, 8> answer = {};
+  {
+    COrbComLanPort port;
+    port.SetLogName(folder_.path().c_str(), "7");
+    port.read(answer.data(), answer.size());
+    port.write(request.data(), request.size());
+    port.OpenComPort("/dev/none");
+    port.OpenComPort(line.path().c_str());
+    port.setBitRate(56000);
+    port.Open();
+    port.OpenNetworkPort("", 1);
+    port.OpenNetworkPort(TcpPeer::kHost, peer.port());
+    port.write(request.data(), request.size());
+    for (int i = 0; i < 50 && port.read(answer.data(), 3) == 0; ++i) continue;
+  }
+  EXPECT_THAT(records(log()), ElementsAre("CAN'T READ", "CAN'T WRITE", "ERROR_OPEN", "OPEN",
+                                          "CLOSE", "ERROR_OPEN", "CLOSE", "ERROR_OPEN", "CLOSE",
+                                          "OPEN", "OUT 2", "IN 3", "CLOSE", "STOP PROGRAM"));
+}
+
+TEST_F(ExchangeLog, TakesARecordOnlyIfItHoldsSomething) {
+  const auto data = bytes("41 42");
+  {
+    COrbComLanPort port;
+    port.SetLogName(folder_.path().c_str(), "7");
+    EXPECT_EQ(port.logWrite(data.data(), 0, 1), 0);
+    EXPECT_EQ(port.logWrite(nullptr, 2, 1), 0);
+    EXPECT_EQ(port.logWrite(data.data(), 2, 3), 0);
+    EXPECT_EQ(port.logWrite(data.data(), 2, -1), 0);
+    EXPECT_EQ(port.setPortLog(0x100), 0);  // the low byte counts
+    port.logWrite(data.data(), 2, 1);
+    EXPECT_EQ(port.setPortLog(0x101), 1);
+    port.logWrite(data.data(), 2, 2);
+    port.SetLogName(nullptr, nullptr);  // closes the file, and the next record opens it again
+    port.logWrite(data.data(), 1, 1);
+    port.setPortLog(0);
+  }
+  EXPECT_THAT(records(log()), ElementsAre("IN 2", "OUT 1"));
+}
+
+TEST_F(ExchangeLog, IsSwitchedByTheMarkerWhenThePortIsNamed) {
+  TempFolder unmarked;
+  {
+    COrbComLanPort marked;
+    marked.SetLogName(folder_.path().c_str(), "7");
+    std::remove(folder_.file("log.txt").c_str());
+    COrbComLanPort later;
+    later.SetLogName(folder_.path().c_str(), "8");
+    folder_.write("log.txt", "");
+    COrbComLanPort elsewhere;
+    elsewhere.SetLogName(unmarked.path().c_str(), "7");
+    elsewhere.read(nullptr, 0);
+  }
+  EXPECT_THAT(records(log()), ElementsAre("STOP PROGRAM"));
+  EXPECT_FALSE(folder_.has("log_scales_8.log"));
+  EXPECT_FALSE(unmarked.has(kLogName));
+}
+
+TEST_F(ExchangeLog, SwitchesItselfOffWhenItsFileCantBeOpened) {
+  folder_.makeFolder(kLogName);
+  COrbComLanPort port;
+  port.SetLogName(folder_.path().c_str(), "7");
+  const auto data = bytes("41");
+  EXPECT_EQ(port.logWrite(data.data(), 1, 1), 0);
+  std::remove(folder_.file(kLogName).c_str());
+  EXPECT_EQ(port.logWrite(data.data(), 1, 1), 0);
+  EXPECT_FALSE(folder_.has(kLogName));
+}
+
+TEST_F(ExchangeLog, CutsAPathThatIsTooLong) {
+  const std::string folder =
+      folder_.makeFolder(std::string(100, 'a') + "/" + std::string(100, 'b'));
+  folder_.write(folder.substr(folder_.path().size()) + "log.txt", "");
+  const std::string wanted = folder + "log_scales_" + std::string(65536, '9');
+  {
+    COrbComLanPort port;
+    port.SetLogName(folder.c_str(), std::string(65536, '9').c_str());
+  }
+  EXPECT_TRUE(folder_.has(wanted.substr(folder_.path().size(), 299 - folder_.path().size())));
+}
+
+TEST_F(ExchangeLog, AddsToWhatIsThere) {
+  for (int i = 0; i < 2; ++i) {
+    COrbComLanPort port;
+    port.SetLogName(folder_.path().c_str(), "7");
+  }
+  EXPECT_THAT(records(log()), ElementsAre("STOP PROGRAM", "STOP PROGRAM"));
+}
+
+}  // namespace

@@ -1,0 +1,346 @@
+#include <array>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "PtyLine.h"
+#include "RequestedSettings.h"
+#include "SerialPort.h"
+#include "TempFolder.h"
+
+namespace {
+
+using fixture::Bytes;
+using fixture::bytes;
+using fixture::PtyLine;
+using fixture::RequestedSettings;
+using testing::StrEq;
+
+/// The text of the `std::runtime_error` that `operation` throws; a note of what came instead.
+std::string errorOf(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const std::system_error& error) {
+    return "system_error " + std::to_string(error.code().value());
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "nothing was thrown";
+}
+
+/// Every trouble without a text of its own, whatever its cause was.
+constexpr const char* kSystemError = "system_error 14";
+constexpr const char* kCantOpen =
+    "Could not open device. Is the device name correct and do you have read/write permission?";
+
+std::ptrdiff_t openDescriptors() {
+  const std::filesystem::directory_iterator all("/proc/self/fd");
+  return std::distance(begin(all), end(all));
+}
+
+TEST(SerialPort, OpeningSetsEveryFlagAndLeavesTheOthers) {
+  constexpr tcflag_t kClearedInput =
+      IXON | IXOFF | IXANY | IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL;
+  constexpr tcflag_t kClearedLocal = ICANON | ECHO | ECHOE | ECHONL | ISIG;
+  constexpr tcflag_t kKeptInput = INPCK | IGNPAR;
+  constexpr tcflag_t kKeptLocal = IEXTEN | NOFLSH;
+  constexpr tcflag_t kClearedControl = CRTSCTS | CSTOPB;
+  for (const bool before : {false, true}) {
+    SCOPED_TRACE(before ? "everything set before" : "nothing set before");
+    PtyLine line;
+    termios settings = line.settings();
+    settings.c_iflag = before ? kClearedInput | kKeptInput : 0;
+    settings.c_oflag = before ? OPOST | ONLCR : 0;
+    settings.c_lflag = before ? kClearedLocal | kKeptLocal : 0;
+    settings.c_cflag = CS8 | CREAD | (before ? kClearedControl | PARODD | HUPCL : CLOCAL);
+    settings.c_cc[VMIN] = 7;
+    settings.c_cc[VTIME] = 9;
+    line.apply(settings);
+
+    const COMPort port(line.path().c_str());
+    const termios after = line.settings();
+    EXPECT_EQ(after.c_iflag, before ? kKeptInput : 0);
+    EXPECT_EQ(after.c_oflag, 0U);
+    EXPECT_EQ(after.c_lflag, before ? kKeptLocal : 0);
+    EXPECT_EQ(after.c_cflag & kClearedControl, 0U);
+    EXPECT_EQ(after.c_cflag & (CREAD | CLOCAL), tcflag_t{CREAD | CLOCAL});
+    EXPECT_EQ(after.c_cflag & (CSIZE | PARENB), tcflag_t{CS8});
+    EXPECT_EQ(after.c_cflag & (PARODD | HUPCL), before ? tcflag_t{PARODD | HUPCL} : 0U);
+    EXPECT_EQ(after.c_cc[VMIN], 0);
+    EXPECT_EQ(after.c_cc[VTIME], 0);
+    EXPECT_EQ(::cfgetispeed(&after), speed_t{B4800});
+    EXPECT_EQ(::cfgetospeed(&after), speed_t{B4800});
+  }
+}
+
+TEST(SerialPort, AsksForTheFrameThatWasSet) {
+  struct Row {
+    const char* what;
+    std::function<void(COMPort&)> set;
+    tcflag_t mask;
+    tcflag_t expected;
+  };
+  const auto parity = [](COMPort::Parity value) {
+    return [value](COMPort& port) { port.setParity(value); };
+  };
+  const auto stopBits = [](COMPort::StopBits value) {
+    return [value](COMPort& port) { port.setStopBits(value); };
+  };
+  // Frames of 6 and 7 bits are none that a pseudo-terminal has, so those calls end in a refusal.
+  const auto dataBits = [](int value) {
+    return [value](COMPort& port) {
+      try {
+        port.setDataBits(static_cast<COMPort::DataBits>(value));
+      } catch (const std::system_error&) {
+      }
+    };
+  };
+  constexpr tcflag_t kParity = PARENB | PARODD;
+  const std::array rows = {
+      Row{"odd", parity(COMPort::Odd), kParity, PARENB | PARODD},
+      Row{"even", parity(COMPort::Even), kParity, PARENB},
+      Row{"none leaves the odd bit", parity(COMPort::None), kParity, PARODD},
+      Row{"mark is none", parity(COMPort::Mark), kParity, PARODD},
+      Row{"space is none", parity(COMPort::Space), kParity, PARODD},
+      Row{"one stop bit", stopBits(COMPort::One), CSTOPB, 0},
+      Row{"two stop bits", stopBits(COMPort::Two), CSTOPB, CSTOPB},
+      Row{"4 data bits stand for 8", dataBits(4), CSIZE, CS8},
+      Row{"5 data bits", dataBits(5), CSIZE, CS5},
+      Row{"6 data bits", dataBits(6), CSIZE, CS6},
+      Row{"7 data bits", dataBits(7), CSIZE, CS7},
+      Row{"8 data bits", dataBits(8), CSIZE, CS8},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    PtyLine line;
+    COMPort port(line.path().c_str());
+    termios oddBit = line.settings();
+    oddBit.c_cflag |= PARODD;
+    line.apply(oddBit);
+    const RequestedSettings requested;
+    row.set(port);
+    ASSERT_FALSE(requested.all().empty());
+    EXPECT_EQ(requested.all().front().c_cflag & row.mask, row.expected);
+  }
+}
+
+TEST(SerialPort, TakesNineSpeeds) {
+  constexpr std::array<std::pair<int, speed_t>, 9> kSpeeds = {{{600, B600},
+                                                               {1200, B1200},
+                                                               {2400, B2400},
+                                                               {4800, B4800},
+                                                               {9600, B9600},
+                                                               {19200, B19200},
+                                                               {38400, B38400},
+                                                               {57600, B57600},
+                                                               {115200, B115200}}};
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  for (const auto& [rate, constant] : kSpeeds) {
+    port.setBitRate(rate);
+    const termios settings = line.settings();
+    EXPECT_EQ(::cfgetispeed(&settings), constant) << rate;
+    EXPECT_EQ(::cfgetospeed(&settings), constant) << rate;
+  }
+}
+
+TEST(SerialPort, RefusesWhatALineCantHave) {
+  constexpr const char* kSpeed =
+      "baudRate passed to void COMPort::ConfigureTermios() unrecognized.";
+  struct Row {
+    const char* error;
+    std::function<void(COMPort&)> set;
+  };
+  std::vector<Row> rows;
+  for (const int rate : {-1, 0, 300, 4801, 56000, 230400, 256000}) {
+    rows.push_back({kSpeed, [=](COMPort& port) { port.setBitRate(rate); }});
+  }
+  for (const int value : {-1, 1, 3}) {
+    rows.push_back({"StopBits FAIL.", [=](COMPort& port) {
+                      port.setStopBits(static_cast<COMPort::StopBits>(value));
+                    }});
+  }
+  for (const int value : {-1, 5}) {
+    rows.push_back({"Parity FAIL.",
+                    [=](COMPort& port) { port.setParity(static_cast<COMPort::Parity>(value)); }});
+  }
+  for (const int value : {0, 3, 9}) {
+    rows.push_back({"DataBits FAIL.", [=](COMPort& port) {
+                      port.setDataBits(static_cast<COMPort::DataBits>(value));
+                    }});
+  }
+  PtyLine line;
+  for (const Row& row : rows) {
+    COMPort open(line.path().c_str());
+    EXPECT_THAT(errorOf([&] { row.set(open); }), StrEq(row.error));
+    // Before opening it is stored, and the opening meets it.
+    COMPort later;
+    row.set(later);
+    EXPECT_THAT(errorOf([&] { later.Open(line.path().c_str()); }), StrEq(row.error));
+  }
+}
+
+TEST(SerialPort, ReachesAnEvenParityScaleOverAPseudoTerminal) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  const RequestedSettings requested;
+  port.setParity(COMPort::Even);
+  ASSERT_EQ(requested.all().size(), 2U);
+  EXPECT_TRUE(requested.all()[0].c_cflag & PARENB);
+  EXPECT_FALSE(requested.all()[1].c_cflag & (PARENB | PARODD));
+  line.send(bytes("05"));
+  std::array<std::uint8_t, 8> buffer = {};
+  EXPECT_EQ(port.read(buffer.data(), buffer.size()), 1U);
+  // The setting stays, and the next change asks for parity again.
+  port.setStopBits(COMPort::Two);
+  EXPECT_TRUE(requested.all().at(2).c_cflag & PARENB);
+  EXPECT_TRUE(line.settings().c_cflag & CSTOPB);
+}
+
+TEST(SerialPort, GivesUpWhenTheLineRefusesTwice) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  RequestedSettings requested;
+  requested.refuse();
+  EXPECT_EQ(errorOf([&] { port.setBitRate(9600); }), kSystemError);
+  EXPECT_EQ(requested.all().size(), 2U);
+}
+
+TEST(SerialPort, OpenLeavesNothingBehindWhenItFails) {
+  const fixture::TempFolder folder;
+  const std::string file = folder.write("file", "not a device");
+  const std::string missing = folder.file("missing");
+  const auto before = openDescriptors();
+  EXPECT_EQ(errorOf([&] { COMPort port(file.c_str()); }), kSystemError);
+  EXPECT_EQ(errorOf([&] { COMPort port(missing.c_str()); }), kCantOpen);
+  EXPECT_EQ(errorOf([&] { COMPort port(folder.path().c_str()); }), kCantOpen);
+  EXPECT_EQ(errorOf([&] { COMPort port(nullptr); }),
+            "Attempted to open file when file path has not been assigned to.");
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(SerialPort, TransfersWhatTheLineHasAndNeverWaits) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  std::array<std::uint8_t, 16> buffer = {};
+  EXPECT_EQ(port.read(buffer.data(), buffer.size()), 0U);
+
+  const Bytes frame = bytes("00 01 03 04 0A 0D 11 13 1C 7F 80 FF");  // all that a terminal eats
+  line.send(frame);
+  ASSERT_EQ(port.read(buffer.data(), 4), 4U);
+  ASSERT_EQ(port.read(buffer.data() + 4, 12), 8U);
+  EXPECT_EQ(fixture::hex(std::span(buffer).first(12)), fixture::hex(frame));
+
+  EXPECT_EQ(port.write(frame.data(), frame.size()), frame.size());
+  EXPECT_EQ(fixture::hex(line.receive(frame.size())), fixture::hex(frame));
+}
+
+TEST(SerialPort, EveryChangeOfSettingsDiscardsWhatCame) {
+  using Change = std::function<void(COMPort&)>;
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  for (const Change& change : {Change([](COMPort& p) { p.setBitRate(9600); }),
+                               Change([](COMPort& p) { p.setParity(COMPort::None); }),
+                               Change([](COMPort& p) { p.setDataBits(COMPort::Bits8); }),
+                               Change([](COMPort& p) { p.setStopBits(COMPort::One); }),
+                               Change([](COMPort& p) { p.setHandshaking(1); }),
+                               Change([](COMPort& p) { p.setxONxOFF(1); }),
+                               Change([](COMPort& p) { p.SetEcho(false); })}) {
+    line.send(bytes("01 02 03"));
+    change(port);
+    std::array<std::uint8_t, 8> buffer = {};
+    EXPECT_EQ(port.read(buffer.data(), buffer.size()), 0U);
+  }
+  // Handshaking is a stored word: the line has no flow control.
+  EXPECT_FALSE(line.settings().c_cflag & CRTSCTS);
+  EXPECT_FALSE(line.settings().c_iflag & (IXON | IXOFF | IXANY));
+}
+
+TEST(SerialPort, EchoIsAFlagOfTheLine) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  port.SetEcho(true);
+  EXPECT_TRUE(line.settings().c_lflag & ECHO);
+  port.SetEcho(false);
+  EXPECT_FALSE(line.settings().c_lflag & ECHO);
+  COMPort closed;
+  EXPECT_EQ(errorOf([&] { closed.SetEcho(true); }),
+            "GetTermios() called but file descriptor was not valid.");
+}
+
+TEST(SerialPort, TimeoutBecomesTheReadTimingOfTheNextOpening) {
+  struct Row {
+    int timeout_ms;
+    int vmin;
+    int vtime;
+  };
+  PtyLine line;
+  for (const Row row : {Row{-1, 1, 0}, Row{0, 0, 0}, Row{99, 0, 0}, Row{100, 0, 1},
+                        Row{1999, 0, 19}, Row{25500, 0, 255}}) {
+    COMPort port;
+    port.SetTimeout(row.timeout_ms);
+    port.Open(line.path().c_str());
+    EXPECT_EQ(line.settings().c_cc[VMIN], row.vmin) << row.timeout_ms;
+    EXPECT_EQ(line.settings().c_cc[VTIME], row.vtime) << row.timeout_ms;
+    EXPECT_EQ(errorOf([&] { port.SetTimeout(0); }),
+              "void COMPort::SetTimeout(int32_t) called while state == OPEN.");
+  }
+  COMPort port;
+  EXPECT_EQ(errorOf([&] { port.SetTimeout(-2); }),
+            "timeout_ms provided to void COMPort::SetTimeout(int32_t) was < -1, which is invalid.");
+  EXPECT_EQ(
+      errorOf([&] { port.SetTimeout(25501); }),
+      "timeout_ms provided to void COMPort::SetTimeout(int32_t) was > 25500, which is invalid.");
+}
+
+TEST(SerialPort, AClosedLineSaysSo) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  port.Close();
+  port.Close();
+  std::uint8_t byte = 0;
+  EXPECT_EQ(errorOf([&] { port.read(&byte, 1); }), kSystemError);
+  EXPECT_EQ(errorOf([&] { port.write(&byte, 1); }),
+            "long unsigned int COMPort::write(const void*, long unsigned int) called but state != "
+            "OPEN. Please call Open() first.");
+  EXPECT_EQ(errorOf([&] { port.GetTermios(); }),
+            "GetTermios() called but file descriptor was not valid.");
+  port.Open(line.path().c_str());
+  EXPECT_EQ(port.write(&byte, 1), 1U);
+}
+
+TEST(SerialPort, DescriptorZeroCountsAsNotOpened) {
+  PtyLine line;
+  const int input = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+  ::close(STDIN_FILENO);
+  {
+    COMPort port(line.path().c_str());
+    std::uint8_t byte = 0;
+    EXPECT_EQ(errorOf([&] { port.read(&byte, 1); }),
+              "Read() was called but file descriptor (fileDesc) was 0, indicating file has not "
+              "been opened.");
+  }
+  if (input >= 0) {
+    ::dup2(input, STDIN_FILENO);
+    ::close(input);
+  }
+}
+
+TEST(SerialPort, AHangUpMakesWritesFailAndReadsEmpty) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  line.unplug();
+  std::uint8_t byte = 0;
+  EXPECT_EQ(port.read(&byte, 1), 0U);
+  EXPECT_EQ(errorOf([&] { port.write(&byte, 1); }), kSystemError);
+  EXPECT_EQ(errorOf([&] { port.setBitRate(9600); }), kSystemError);
+}
+
+}  // namespace

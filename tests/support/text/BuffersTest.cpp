@@ -1,0 +1,239 @@
+#include <numeric>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "CkByteData.h"
+#include "DataBuffer.h"
+#include "StringBuffer.h"
+#include "TextTesting.h"
+
+namespace {
+
+std::string sequence(std::size_t n) {
+  std::string bytes(n, '\0');
+  std::iota(bytes.begin(), bytes.end(), '\1');
+  return bytes;
+}
+
+TEST(DataBufferTest, GrowsByTheLadder) {
+  struct Step {
+    std::uint32_t size, piece, capacity;
+  };
+  const Step steps[] = {{0, 1, 20'000},
+                        {0, 20'000, 20'000},
+                        {0, 20'001, 20'001},
+                        {50'000, 1, 100'000},
+                        {60'000, 55'000, 115'000},
+                        {100'000, 1, 200'000},
+                        {999'999, 1, 1'099'999},
+                        {1'000'000, 1, 2'000'000},
+                        {1'000'000, 2'500'000, 3'500'000},
+                        {12'000'000, 1, 24'000'000}};
+  for (const Step& step : steps) {
+    DataBuffer buffer;
+    ASSERT_TRUE(buffer.ensureBuffer(step.size) || step.size == 0);
+    ASSERT_TRUE(buffer.appendCharN('x', 0));
+    buffer.setDataSize_CAUTION(step.size);
+    const std::string piece(step.piece, 'y');
+    ASSERT_TRUE(buffer.append(piece.data(), piece.size()));
+    EXPECT_EQ(buffer.getBufSize(), step.capacity) << step.size << " + " << step.piece;
+    EXPECT_EQ(buffer.getSize(), step.size + step.piece);
+  }
+}
+
+TEST(DataBufferTest, GrowsInSmallStepsByteByByte) {
+  DataBuffer buffer;
+  std::vector<std::uint32_t> capacities;
+  for (int i = 0; i < 3000; ++i) {
+    ASSERT_TRUE(buffer.appendChar(static_cast<char>(i)));
+    if (capacities.empty() || capacities.back() != buffer.getBufSize()) {
+      capacities.push_back(buffer.getBufSize());
+    }
+  }
+  EXPECT_EQ(capacities, (std::vector<std::uint32_t>{64, 320, 1344, 11344}));
+  EXPECT_EQ(buffer.byteAt(2999), 2999 & 0xFF);
+}
+
+TEST(DataBufferTest, AppendsItsOwnBytesAcrossAGrowth) {
+  DataBuffer buffer;
+  const std::string text = sequence(100);
+  buffer.append(text.data(), text.size());
+  buffer.minimizeMemoryUsage();
+  ASSERT_EQ(buffer.getBufSize(), 104U);
+  EXPECT_TRUE(buffer.append(buffer.getData2() + 10, 90));
+  EXPECT_EQ(toString(buffer), text + text.substr(10));
+  EXPECT_TRUE(buffer.append(buffer));
+  EXPECT_EQ(buffer.getSize(), 380U);
+}
+
+TEST(DataBufferTest, RefusesSizesBeyond32Bits) {
+  DataBuffer buffer;
+  buffer.append("abc", 3);
+  const char byte = 'x';
+  EXPECT_FALSE(buffer.append(&byte, std::size_t{1} << 32));
+  EXPECT_FALSE(buffer.append(&byte, 0xFFFFFFFF));
+  EXPECT_EQ(buffer.getAppendPtr(0xFFFFFFFD), nullptr);
+  EXPECT_FALSE(buffer.appendCharN('x', 0xFFFFFFFD));
+  EXPECT_EQ(toString(buffer), "abc");
+}
+
+TEST(DataBufferTest, BorrowedMemoryIsReadInPlaceAndNeverFreed) {
+  char memory[] = "borrowed";
+  DataBuffer buffer;
+  buffer.append("own", 3);
+  buffer.borrowData(memory, 8);
+  EXPECT_EQ(buffer.getData2(), reinterpret_cast<unsigned char*>(memory));
+  ASSERT_TRUE(buffer.append("!", 1));
+  EXPECT_NE(buffer.getData2(), reinterpret_cast<unsigned char*>(memory));
+  EXPECT_EQ(toString(buffer), "borrowed!");
+
+  buffer.borrowData(memory, 8);
+  buffer.clear();
+  EXPECT_EQ(buffer.getData2(), nullptr);
+  EXPECT_EQ(buffer.getBufSize(), 0U);
+
+  // A text that takes a borrowed block over gets a copy.
+  char terminated[] = "text";
+  buffer.borrowData(terminated, sizeof terminated);
+  StringBuffer text;
+  EXPECT_TRUE(text.takeFromDb(buffer));
+  EXPECT_STREQ(text.getString(), "text");
+  EXPECT_NE(text.getString(), terminated);
+  EXPECT_STREQ(memory, "borrowed");
+}
+
+TEST(DataBufferTest, HandsBlocksOver) {
+  DataBuffer source;
+  DataBuffer target;
+  target.append("old", 3);
+  const unsigned char* const kept = target.getData2();
+  target.takeData(source);  // an empty source only empties
+  EXPECT_TRUE(target.empty());
+  EXPECT_EQ(target.getData2(), kept);
+
+  source.append("block", 5);
+  const unsigned char* const block = source.getData2();
+  target.takeData(source);
+  EXPECT_EQ(target.getData2(), block);
+  EXPECT_EQ(source.getData2(), nullptr);
+  target.takeData(target);
+  EXPECT_EQ(toString(target), "block");
+
+  StringBuffer text(std::string(100, 't').c_str());
+  const char* const heap = text.getString();
+  target.takeString(text);
+  EXPECT_EQ(reinterpret_cast<const char*>(target.getData2()), heap);
+  EXPECT_EQ(target.getSize(), 100U);
+  EXPECT_GT(target.getBufSize(), 100U);
+  EXPECT_EQ(text.getSize(), 0U);
+}
+
+TEST(DataBufferTest, RemovesAndInserts) {
+  const auto after = [](auto change) {
+    DataBuffer buffer;
+    buffer.append("0123456789", 10);
+    change(buffer);
+    return toString(buffer);
+  };
+  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_TRUE(b.removeChunk(2, 3)); }), "0156789");
+  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_TRUE(b.removeChunk(7, 100)); }), "0123456");
+  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_TRUE(b.removeChunk(100, 1)); }), "0123456789");
+  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_FALSE(b.removeChunk(-1, 3)); }), "0123456789");
+  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_TRUE(b.removeChunk(1, 0)); }), "0123456789");
+  EXPECT_EQ(after([](DataBuffer& b) { b.removeHead(4); }), "456789");
+  EXPECT_EQ(after([](DataBuffer& b) { b.removeHead(11); }), "");
+  EXPECT_EQ(after([](DataBuffer& b) { b.shorten(11); }), "");
+  EXPECT_EQ(after([](DataBuffer& b) { b.prepend("ab", 2); }), "ab0123456789");
+  EXPECT_EQ(after([](DataBuffer& b) { b.insertAt(5, "-", 1); }), "01234-56789");
+  EXPECT_EQ(after([](DataBuffer& b) { b.resize(12); }), std::string("0123456789\0\0", 12));
+  EXPECT_EQ(after([](DataBuffer& b) { b.resize(1); }), "0");
+  EXPECT_EQ(after([](DataBuffer& b) { b.byteSwap21(); }), "1032547698");
+  EXPECT_EQ(after([](DataBuffer& b) { b.byteSwap4321(); }), "3210765489");
+}
+
+TEST(DataBufferTest, RecognisesObviousEncodings) {
+  using namespace std::string_literals;
+  struct Case {
+    std::string bytes;
+    int codePage;
+  };
+  std::string sparse(800, 'a');
+  for (std::size_t i = 1; i < 2 * 33; i += 2) sparse[i] = '\0';
+  std::string even(800, 'a');
+  for (std::size_t i = 0; i < 2 * 33; i += 2) even[i] = '\0';
+  const Case cases[] = {{"", -1},
+                        {"\xFF\xFE", 1200},
+                        {"\xFF\xFE\0\0"s, 1200},  // UTF-32 begins alike
+                        {"\xFE\xFF"s + "x", 1201},
+                        {"\xEF\xBB\xBF", 65001},
+                        {"\xEF\xBB", -1},
+                        {"\0\0\xFE\xFF"s, 12001},
+                        {std::string(40, 'a'), -1},
+                        {"a\0b\0c\0d\0"s, 1200},
+                        {"\0a\0b\0c\0d"s, 1201},
+                        {"\0"s, 1201},
+                        {"a", -1},
+                        {"a\0"s, 1200},
+                        {"aaaaaaaaaaaaaaa\0"s, -1},  // one NUL where two are an eighth
+                        {sparse, 1200},              // more than 32 settle it
+                        {even, 1201}};
+  for (const Case& test : cases) {
+    DataBuffer buffer;
+    buffer.append(test.bytes.data(), test.bytes.size());
+    EXPECT_EQ(buffer.detectObviousCodePage(), test.codePage) << testing::PrintToString(test.bytes);
+  }
+}
+
+TEST(DataBufferTest, EndsInExactlyOneNulForAText) {
+  using namespace std::string_literals;
+  const std::pair<std::string, std::string> cases[] = {
+      {"", "\0"s}, {"ab", "ab\0"s}, {"ab\0\0\0"s, "ab\0"s}, {"\0\0"s, "\0"s}, {"a\0b"s, "a\0b\0"s}};
+  for (const auto& [bytes, prepared] : cases) {
+    DataBuffer buffer;
+    buffer.append(bytes.data(), bytes.size());
+    EXPECT_TRUE(buffer.prepForSbTake());
+    EXPECT_EQ(toString(buffer), prepared);
+  }
+}
+
+TEST(CkByteDataTest, GivesAPointerEvenWhenEmpty) {
+  CkByteData bytes;
+  EXPECT_NE(bytes.getBytes(), nullptr);
+  EXPECT_EQ(bytes.getSize(), 0U);
+  EXPECT_TRUE(bytes.append2(nullptr, 5));
+  EXPECT_TRUE(bytes.append2("x", 0));
+  EXPECT_TRUE(bytes.append2("x", 1));
+  bytes.clear();
+  EXPECT_EQ(bytes.getImpl()->getBufSize(), 0U);
+  EXPECT_TRUE(bytes.append2("x", 1));
+  EXPECT_EQ(bytes.getImpl()->getBufSize(), 20'000U);
+}
+
+TEST(CkByteDataTest, ReadsNumbersAndRanges) {
+  CkByteData bytes;
+  bytes.append2("\x01\x02\x03\x04\xFF", 5);
+  EXPECT_EQ(bytes.getInt(0), 0x04030201);
+  EXPECT_EQ(bytes.getInt(2), 0);
+  EXPECT_EQ(bytes.getShort(3), static_cast<short>(0xFF04));
+  EXPECT_EQ(bytes.getUShort(4), 0);
+  EXPECT_EQ(bytes.getByte(4), 0xFF);
+  EXPECT_EQ(bytes.getByte(5), 0);
+  EXPECT_EQ(bytes.getUInt(0xFFFFFFFFFFFFFFFE), 0U);
+  EXPECT_STREQ(bytes.getEncoded("hex"), "01020304FF");
+  EXPECT_STREQ(bytes.getEncodedRange("base64", 0, 3), "AQID");
+  EXPECT_STREQ(bytes.getEncodedRange("hex", 9, 3), "");
+  EXPECT_EQ(bytes.findBytes2("\x03\x04", 2), 2U);
+  EXPECT_EQ(bytes.findBytes2("\x05", 1), 0xFFFFFFFFU);
+
+  CkByteData copy;
+  copy = bytes;
+  copy = copy;
+  EXPECT_TRUE(copy.equals(bytes));
+  copy.append(copy);
+  EXPECT_EQ(copy.getSize(), 10U);
+  copy.removeChunk(5, 100);
+  EXPECT_TRUE(copy.equals(bytes));
+}
+
+}  // namespace

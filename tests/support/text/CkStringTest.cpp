@@ -1,0 +1,196 @@
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "AnsiIs.h"
+#include "CkSettings.h"
+#include "CkString.h"
+#include "CkUtf.h"
+#include "ClsBase.h"
+#include "XString.h"
+
+namespace {
+
+class CkStringTest : public testing::Test {
+ private:
+  AnsiIs ansi_{1251};
+};
+
+TEST_F(CkStringTest, ReadsAnsiUnlessToldOtherwise) {
+  CkString text("\xC2\xE5\xF1");
+  EXPECT_FALSE(text.get_Utf8());
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+  EXPECT_STREQ(text.getString(), "\xC2\xE5\xF1");
+  text.put_Utf8(true);
+  text = "Цена";
+  text.append(" 1");
+  EXPECT_STREQ(text, "Цена 1");
+  EXPECT_STREQ(text.getAnsi(), "\xD6\xE5\xED\xE0 1");
+  EXPECT_STREQ(CkString("Вес", false).getUtf8(), "Вес");  // UTF-8 either way
+
+  CkSettings::m_utf8 = true;
+  EXPECT_TRUE(CkString().get_Utf8());
+  CkSettings::m_utf8 = false;
+  ClsBase::m_progLang = 15;
+  EXPECT_TRUE(CkString().get_Utf8());
+  ClsBase::m_progLang = 0;
+}
+
+TEST_F(CkStringTest, CopiesTextAndFlag) {
+  CkString source;
+  source.put_Utf8(true);
+  source.setStringU(L"Вес");
+  const CkString copy(source);
+  EXPECT_TRUE(copy.get_Utf8());
+  CkString assigned;
+  assigned = source;
+  assigned = assigned;
+  EXPECT_FALSE(assigned.get_Utf8());
+  EXPECT_STREQ(assigned.getUtf8(), "Вес");
+  EXPECT_EQ(assigned.compareStr(copy), 0);
+  const std::unique_ptr<CkString> clone(source.clone());
+  EXPECT_FALSE(clone->get_Utf8());
+  EXPECT_STREQ(clone->getUtf8(), "Вес");
+}
+
+TEST_F(CkStringTest, BuildsTexts) {
+  CkString text;
+  text.appendAnsi("\xC2");
+  text.appendInt(-7);
+  text.appendChar('\0');
+  text.appendChar('x');
+  text.appendU(L"ж");
+  text.appendStr(CkString("\xE6"));
+  text.append(text);
+  EXPECT_STREQ(text.getUtf8(), "В-7xжжВ-7xжж");
+  text = 'c';
+  EXPECT_STREQ(text.getUtf8(), "c");
+  text = -12;
+  EXPECT_STREQ(text.getUtf8(), "-12");
+  text = true;
+  EXPECT_STREQ(text.getUtf8(), "true");
+  text.setStr(text);
+  EXPECT_STREQ(text.getUtf8(), "true");
+  text.clear();
+  text.appendRandom(5, "hex");
+  EXPECT_EQ(text.getNumChars(), 10);
+  EXPECT_EQ(std::string(text.getUtf8()).find_first_not_of("0123456789ABCDEF"), std::string::npos);
+}
+
+TEST_F(CkStringTest, NullArgumentsAreEmptyTexts) {
+  CkString text("x");
+  text.append(static_cast<const char*>(nullptr));
+  text.appendU(nullptr);
+  text.appendAnsi(nullptr);
+  EXPECT_STREQ(text.getAnsi(), "x");
+  text.setStringUtf16(nullptr);
+  EXPECT_STREQ(text.getAnsi(), "");
+  text.setStringU(nullptr);
+  text.setString(nullptr);
+  text.setStringUtf8(nullptr);
+  EXPECT_EQ(text.getNumChars(), 0);
+  EXPECT_EQ(text.getUnicode()[0], L'\0');
+  EXPECT_EQ(text.getUtf16()[0], 0);
+}
+
+TEST_F(CkStringTest, ResultsLiveUntilTheTextIsWritten) {
+  CkString text;
+  text.setStringU(L"Вес");
+  const char* const ansi = text.getAnsi();
+  const char* const utf8 = text.getUtf8();
+  text.getUnicode();
+  text.getNumChars();
+  EXPECT_EQ(text.getAnsi(), ansi);
+  EXPECT_EQ(text.getUtf8(), utf8);
+  EXPECT_STREQ(ansi, "\xC2\xE5\xF1");
+  EXPECT_STREQ(utf8, "Вес");
+}
+
+TEST_F(CkStringTest, GivesBytesInNamedEncodings) {
+  CkString text;
+  text.setStringU(L"Вес\x4E2D");
+  EXPECT_STREQ(text.getEnc("windows-1251"), "\xC2\xE5\xF1");
+  EXPECT_STREQ(text.getEnc("KOI8-R"), "\xF7\xC5\xD3");
+  EXPECT_STREQ(text.getEnc("no-such-charset"), "\x12\x04");  // the wide form as it stands
+  text.setStringUtf8("Вес");
+  EXPECT_STREQ(text.getEnc("no-such-charset"), "Вес");
+  text.setStringUtf8("QUJD");
+  EXPECT_STREQ(text.getEnc("base64"), "ABC");
+  text.setStringUtf8("QQA=");  // a NUL byte at the end doesn't count
+  EXPECT_STREQ(text.getEnc("base64"), "A");
+}
+
+TEST_F(CkStringTest, EndsWith) {
+  CkString text("abc\xC2");
+  EXPECT_TRUE(text.endsWith("\xC2"));
+  EXPECT_TRUE(text.endsWith(nullptr));
+  EXPECT_TRUE(text.endsWith(""));
+  EXPECT_FALSE(text.endsWith("ABC\xC2"));
+  text.put_Utf8(true);
+  EXPECT_TRUE(text.endsWith("cВ"));
+}
+
+TEST_F(CkStringTest, ComparesByCodePoint) {
+  CkString less;
+  CkString more;
+  EXPECT_EQ(less.compareStr(more), 0);
+  less.setStringUtf8("\xEF\xBD\xA1");  // behind the surrogates of the other in UTF-16
+  more.setStringUtf8("😀");
+  EXPECT_LT(less.compareStr(more), 0);
+  EXPECT_GT(more.compareStr(less), 0);
+}
+
+TEST_F(CkStringTest, ReplacesAll) {
+  CkString text(
+      "a\xC2"
+      "b\xC2");
+  CkString from("\xC2");
+  CkString to("--");
+  EXPECT_EQ(text.replaceAll(from, to), 2);
+  EXPECT_STREQ(text.getAnsi(), "a--b--");
+  EXPECT_EQ(text.replaceAll(from, to), 0);
+  EXPECT_EQ(text.replaceAll(text, text), 1);
+  EXPECT_STREQ(text.getAnsi(), "a--b--");
+}
+
+TEST_F(CkStringTest, BinaryEncodings) {
+  CkString text;
+  text.setStringUtf8("Вес");
+  text.hexEncode("windows-1251");
+  EXPECT_STREQ(text.getUtf8(), "C2E5F1");
+  text.hexDecode("windows-1251");
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+  text.hexEncode("utf-8");
+  EXPECT_STREQ(text.getUtf8(), "D092D0B5D181");
+  text.hexDecode("utf-8");
+  text.base64Encode("utf-8");
+  EXPECT_STREQ(text.getUtf8(), "0JLQtdGB");
+  text.base64Decode("utf-8");
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+  text.setStringAnsi("77u/0JLQtdGB");  // with a mark
+  text.base64Decode("utf-8");
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+  text.setStringAnsi("//4SBDUEQQQ=");  // UTF-16 gives itself away
+  text.base64Decode("utf-8");
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+  text.urlEncode("windows-1251");
+  EXPECT_STREQ(text.getUtf8(), "%C2%E5%F1");
+  text.urlDecode("unknown");
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+  text.qpEncode("utf-8");
+  text.qpDecode("utf-8");
+  EXPECT_STREQ(text.getUtf8(), "Вес");
+}
+
+TEST_F(CkStringTest, ModifiedUtf8OnlyWhile4BytesAreOff) {
+  CkString text;
+  text.setStringUtf8("😀");
+  EXPECT_STREQ(text.getUtf8(), "😀");
+  g_allow_4byte_utf8 = false;
+  EXPECT_STREQ(text.getUtf8(), "\xED\xA0\xBD\xED\xB8\x80");
+  g_allow_4byte_utf8 = true;
+  EXPECT_EQ(text.getNumChars(), 2);
+}
+
+}  // namespace

@@ -1,0 +1,208 @@
+#include <limits>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "DataBuffer.h"
+#include "StringBuffer.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+TEST(StringBufferTest, KeepsShortTextsInsideAndGrowsOnTheHeap) {
+  StringBuffer text;
+  for (int i = 0; i < 81; ++i) text.appendChar('x');
+  EXPECT_FALSE(text.onHeap());
+  text.appendChar('y');
+  EXPECT_TRUE(text.onHeap());
+  EXPECT_EQ(text.heapCapacity(), 285U);
+  EXPECT_EQ(text.getExtendSize(), 202U);
+
+  text.appendCharN('z', 285 - 82 - 1);  // just fills the block
+  EXPECT_EQ(text.heapCapacity(), 285U);
+  text.appendChar('z');
+  EXPECT_EQ(text.heapCapacity(), 284U + 1 + 202 + 1);
+  EXPECT_EQ(text.getExtendSize(), text.heapCapacity() / 2);
+  EXPECT_EQ(text.view(), std::string(81, 'x') + "y" + std::string(203, 'z'));
+
+  const char* const block = text.getString();
+  text.weakClear();
+  EXPECT_EQ(text.getString(), block);
+  EXPECT_EQ(text.getExtendSize(), 202U);
+  text.strongClear();
+  EXPECT_FALSE(text.onHeap());
+}
+
+TEST(StringBufferTest, SlackStopsGrowingAtHalfAMillion) {
+  StringBuffer text;
+  const std::string piece(100'000, 'x');
+  for (int i = 0; i < 60; ++i) ASSERT_TRUE(text.append(piece));
+  EXPECT_EQ(text.getExtendSize(), 500'000U);
+  EXPECT_LE(text.heapCapacity(), text.getSize() + 600'002U);
+}
+
+TEST(StringBufferTest, NulBytesAtTheEndDontCount) {
+  StringBuffer text;
+  text.appendN("ab\0\0", 4);
+  EXPECT_EQ(text.getSize(), 2U);
+  text.setString("");
+  text.appendN("a\0b", 3);
+  EXPECT_EQ(text.getSize(), 3U);
+  EXPECT_STREQ(text.getString(), "a");
+  text.appendCharN('x', 0xC00001);
+  EXPECT_EQ(text.getSize(), 3U);
+}
+
+TEST(StringBufferTest, TakesItsOwnText) {
+  const std::string longText(200, 'a');
+  for (const std::string& start : {"short"s, longText + "b"}) {
+    StringBuffer text(start.c_str());
+    text.setString(text.getString() + 1);
+    EXPECT_EQ(text.view(), start.substr(1));
+    text.setString(text);
+    text.append(text);
+    EXPECT_EQ(text.view(), start.substr(1) + start.substr(1));
+    text.append(text.getString() + text.getSize());
+    text.insertAt(1, text.getString());
+    EXPECT_EQ(text.getSize(), 4 * (start.size() - 1));
+    text.replaceAllOccurances(text.getString(), text.getString());
+    EXPECT_EQ(text.getSize(), 4 * (start.size() - 1));
+    text.setString(text.getString() + text.getSize());
+    EXPECT_EQ(text.getSize(), 0U);
+  }
+}
+
+TEST(StringBufferTest, ReplacesEveryOccurrenceOnce) {
+  struct Case {
+    std::string text;
+    const char* from;
+    const char* to;
+    int count;
+    std::string result;
+  };
+  const std::string big(1000, 'a');
+  const Case cases[] = {{"aaa", "aa", "b", 1, "ba"},
+                        {"abcabc", "b", nullptr, 2, "acac"},
+                        {"abc", "", "x", 0, "abc"},
+                        {"abc", nullptr, "x", 0, "abc"},
+                        {"abc", "x", "y", 0, "abc"},
+                        {"aXa", "X", "XX", 1, "aXXa"},
+                        {"aa", "a", "bc", 2, "bcbc"},
+                        {"ab\0ab"s, "ab", "x", 1, "x\0ab"s},  // a NUL ends the search
+                        {big, "a", "bcd", 1000, [] {
+                           std::string all;
+                           for (int i = 0; i < 1000; ++i) all += "bcd";
+                           return all;
+                         }()}};
+  for (const Case& test : cases) {
+    StringBuffer text;
+    text.append(std::string_view(test.text));
+    EXPECT_EQ(text.replaceAllOccurances(test.from, test.to), test.count) << test.text;
+    EXPECT_EQ(text.view(), test.result);
+  }
+  StringBuffer text("One oNe two");
+  EXPECT_EQ(text.replaceAllOccurancesNoCase("ONE", "1"), 2);
+  EXPECT_EQ(text.replaceFirstOccurance("1", "first", false), 1);
+  EXPECT_EQ(text.replaceFirstOccurance("TWO", text.getString(), true), 1);
+  EXPECT_STREQ(text.getString(), "first 1 first 1 two");
+  EXPECT_EQ(text.replaceFirstOccurance("none", "x", false), 0);
+}
+
+TEST(StringBufferTest, Trims) {
+  struct Case {
+    const char* text;
+    const char* trimmed;
+    const char* trimmed2;
+  };
+  for (const Case& test : {Case{"\t a b \r\n", "a b \r\n", "a b"},
+                           {"  ", "", ""},
+                           {"", "", ""},
+                           {"x", "x", "x"},
+                           {"\r\n x\t", "\r\n x", "x"}}) {
+    StringBuffer text(test.text);
+    const std::uint32_t before = text.getSize();
+    const std::uint32_t removed = text.trim();
+    EXPECT_EQ(removed, before - text.getSize());
+    EXPECT_STREQ(text.getString(), test.trimmed);
+    text.setString(test.text);
+    text.trim2();
+    EXPECT_STREQ(text.getString(), test.trimmed2);
+  }
+  StringBuffer text("a \t b\r\n\r\n");
+  text.trimInsideSpaces();
+  EXPECT_STREQ(text.getString(), "a b ");
+}
+
+TEST(StringBufferTest, Numbers) {
+  StringBuffer text;
+  text.append(std::numeric_limits<int>::min());
+  text.append(0U);
+  text.appendInt64(std::numeric_limits<std::int64_t>::max());
+  EXPECT_STREQ(text.getString(), "-214748364809223372036854775807");
+  const std::pair<const char*, int> values[] = {
+      {"\t 12x", 12}, {"-7", -7}, {"+7", 7}, {"x", 0}, {"", 0}, {"\n1", 0}, {"4294967297", 1}};
+  for (const auto& [digits, value] : values) {
+    text.setString(digits);
+    EXPECT_EQ(text.intValue(), value) << digits;
+  }
+}
+
+TEST(StringBufferTest, LineEnds) {
+  StringBuffer text("a\r\nb\nc\rd\r\r\n");
+  text.toLF();
+  EXPECT_STREQ(text.getString(), "a\nb\nc\nd\n\n");
+  text.toCRLF();
+  EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
+  text.toCRLF();
+  EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
+}
+
+TEST(StringBufferTest, ShrinksToWhatItHolds) {
+  StringBuffer text(std::string(300, 'x').c_str());
+  text.expectNumBytes(10'000);
+  text.minimizeMemoryUsage();
+  EXPECT_EQ(text.heapCapacity(), 301U);
+  text.shorten(220);
+  text.minimizeMemoryUsage();
+  EXPECT_FALSE(text.onHeap());
+  EXPECT_EQ(text.view(), std::string(80, 'x'));
+  text.shorten(1000);
+  EXPECT_EQ(text.getSize(), 0U);
+}
+
+TEST(StringBufferTest, HandsItsBlockOver) {
+  for (const std::size_t size : {std::size_t{5}, std::size_t{500}}) {
+    StringBuffer from(std::string(size, 'x').c_str());
+    StringBuffer to("old");
+    to.takeSb(from);
+    EXPECT_EQ(to.getSize(), size);
+    EXPECT_EQ(from.getSize(), 0U);
+    EXPECT_STREQ(from.getString(), "");
+    from.append("again");
+    const CkBlock block = to.extractString();
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(block.get())), std::string(size, 'x'));
+    EXPECT_EQ(to.getSize(), 0U);
+    EXPECT_STREQ(from.getString(), "again");
+  }
+  StringBuffer text("old");
+  DataBuffer bytes;
+  bytes.appendChar('\0');
+  EXPECT_TRUE(text.takeFromDb(bytes));
+  EXPECT_STREQ(text.getString(), "");
+}
+
+TEST(StringBufferTest, RangesOutsideTheTextAreLeftAlone) {
+  StringBuffer text("abcdef");
+  text.removeChunk(6, 1);
+  text.removeChunk(4, 3);
+  text.removeChunk(4, 0xFFFFFFFF);
+  text.chopAt(6);
+  text.rollback(100);
+  EXPECT_STREQ(text.getString(), "abcdef");
+  text.removeChunk(1, 4);
+  EXPECT_STREQ(text.getString(), "af");
+  EXPECT_FALSE(text.expectNumBytes(0xFFFFFFFF));
+}
+
+}  // namespace

@@ -1,0 +1,286 @@
+#include <new>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "AnsiIs.h"
+#include "ClsEncode.h"
+#include "TextTesting.h"
+#include "XString.h"
+
+namespace {
+
+constexpr const char* kRussian = "\xC2\xE5\xF1";  // windows-1251
+
+/// Which forms are valid, as letters.
+std::string forms(const XString& x) {
+  std::string text;
+  if (x.getUtf8Ready()) text += '8';
+  if (x.getAnsiReady()) text += 'a';
+  if (x.getUtf16Ready()) text += x.isWideUtf16() ? "w16" : "w32";
+  return text;
+}
+
+class XStringTest : public testing::Test {
+ private:
+  AnsiIs ansi_{1251};
+};
+
+TEST_F(XStringTest, WritersKeepOneFormAndReadersAddTheirs) {
+  XString x;
+  EXPECT_EQ(forms(x), "8a");
+  x.setFromUtf8("Вес");
+  EXPECT_EQ(forms(x), "8");
+  EXPECT_STREQ(x.getAnsi(), kRussian);
+  EXPECT_EQ(forms(x), "8a");
+  EXPECT_EQ(std::wstring(x.getWideStr()), L"Вес");
+  EXPECT_EQ(forms(x), "8aw32");
+  EXPECT_EQ(x.getUtf16_xe()[2], u'с');
+  EXPECT_EQ(forms(x), "8aw16");
+  x.setFromAnsi(kRussian);
+  EXPECT_EQ(forms(x), "a");
+  EXPECT_STREQ(x.getUtf8(), "Вес");
+  x.setFromUtf16_xe(reinterpret_cast<const std::uint16_t*>(u"Вес"));
+  EXPECT_EQ(forms(x), "w16");
+  EXPECT_STREQ(x.getAnsi(), kRussian);
+  EXPECT_STREQ(x.getUtf8(), "Вес");
+  x.setFromWideStr(L"Вес");
+  EXPECT_EQ(forms(x), "w32");
+  EXPECT_STREQ(x.getUtf8(), "Вес");
+  EXPECT_STREQ(x.getAnsi(), kRussian);
+  x.setFromUtf8("");
+  EXPECT_EQ(forms(x), "8a");
+  x.setFromUtf8("x");
+  x.setFromAnsi(nullptr);
+  EXPECT_EQ(forms(x), "8a");
+}
+
+TEST_F(XStringTest, AppendsToTheFormAtHand) {
+  XString x;
+  x.appendAnsi(kRussian);
+  EXPECT_EQ(forms(x), "a");
+  x.appendInt(-12);
+  EXPECT_EQ(forms(x), "8");
+  x.appendAnsi(kRussian);
+  EXPECT_EQ(forms(x), "8");
+  x.appendAnsi("");
+  x.appendUtf8("\xEF\xBB\xBF!");
+  x.appendUsAscii("?");
+  EXPECT_STREQ(x.getUtf8(), "Вес-12Вес!?");
+  x.appendWideStr(L"\xFEFF\x416");
+  EXPECT_EQ(forms(x), "w32");
+  x.appendUtf16_xe(reinterpret_cast<const std::uint16_t*>(u"ъ"));
+  EXPECT_EQ(forms(x), "w16");
+  EXPECT_STREQ(x.getUtf8(), "Вес-12Вес!?Жъ");
+  EXPECT_EQ(forms(x), "8w16");
+  x.appendWideStr(L"\xFEFF");  // nothing but a mark changes nothing
+  EXPECT_EQ(forms(x), "8w16");
+}
+
+TEST_F(XStringTest, LengthIsInTheUnitAtHand) {
+  XString x;
+  x.setFromUtf8("ж😀");
+  EXPECT_EQ(x.getNumChars(), 3);  // UTF-16
+  x.getWideStr();
+  EXPECT_EQ(x.getNumChars(), 2);
+  x.getAnsi();
+  EXPECT_EQ(x.getNumChars(), 2);  // a lossy form isn't ready
+  x.setFromAnsi(kRussian);
+  x.appendUtf8("ж");
+  EXPECT_EQ(x.getNumChars(), 4);
+  EXPECT_EQ(x.getSizeUnicode(), 16U);
+  EXPECT_EQ(x.getSizeAny(), 8U);
+}
+
+TEST_F(XStringTest, AFormThatLosesTextIsMadeAnew) {
+  XString x;
+  x.setFromUtf8("a中");
+  EXPECT_STREQ(x.getAnsi(), "a");
+  EXPECT_FALSE(x.getAnsiReady());
+  EXPECT_STREQ(x.getAnsi(), "a");
+  EXPECT_STREQ(x.getUtf8(), "a中");
+}
+
+TEST_F(XStringTest, TakesItsOwnText) {
+  XString x;
+  x.setFromAnsi(kRussian);
+  x.setFromUtf8(x.getUtf8());
+  x.setFromAnsi(x.getAnsi() + 1);
+  EXPECT_STREQ(x.getUtf8(), "ес");
+  x.setFromUtf16_xe(x.getUtf16_xe() + 1);
+  EXPECT_STREQ(x.getUtf8(), "с");
+  x.appendUtf16_xe(x.getUtf16_xe());
+  x.appendWideStr(x.getWideStr());
+  EXPECT_STREQ(x.getUtf8(), "сссс");
+  x.setFromWideStr(x.getWideStr() + 4);
+  EXPECT_STREQ(x.getUtf8(), "");
+  x.setFromUtf8("ж");
+  x.appendX(x);
+  x.getWideStr();
+  x.appendUtf8(x.getUtf8());
+  x.setFromUtf16_xe(x.getUtf16_xe());
+  for (int i = 0; i < 12; ++i) x.appendX(x);
+  EXPECT_EQ(x.getNumChars(), 4 << 12);
+  EXPECT_TRUE(x.copyFromX(x));
+  EXPECT_EQ(x.getNumChars(), 4 << 12);
+}
+
+TEST_F(XStringTest, ADocumentThatPassesUnconvertedStaysTerminated) {
+  XString x;
+  x.setFromUtf8("%PDF-1.45");  // nine bytes as they are: no whole number of characters
+  EXPECT_EQ(x.getWideStr()[3], L'\0');
+  EXPECT_EQ(x.getUtf16_xe()[x.getNumChars()], 0);
+  x.setFromUtf8("%PDF-1.45");
+  EXPECT_EQ(x.getUtf16_xe()[5], 0);
+}
+
+TEST_F(XStringTest, ConvertsToAnyEncoding) {
+  XString x;
+  x.setFromUtf8("Вес");
+  const auto as = [&](int codePage) {
+    DataBuffer out;
+    x.getConverted_cp(codePage, out);
+    return toString(out);
+  };
+  EXPECT_EQ(as(866), "\x82\xA5\xE1");
+  EXPECT_EQ(as(65001), "Вес");
+  EXPECT_EQ(as(1200), asUtf16(u"Вес"));
+  EXPECT_EQ(as(0), "Вес");
+  x.getWideStr();
+  EXPECT_EQ(as(12000), asUtf32(U"Вес"));
+  EXPECT_EQ(as(866), "\x82\xA5\xE1");
+  x.setFromUtf8("4142");
+  EXPECT_EQ(as(_clsEncode::Hex), "AB");
+  DataBuffer bytes;
+  EXPECT_TRUE(x.getConverted("no such charset", bytes));
+  EXPECT_EQ(toString(bytes), "4142");
+}
+
+TEST_F(XStringTest, TakesBytesInAnyEncoding) {
+  const auto from = [](const char* charset, std::string_view text) {
+    DataBuffer bytes;
+    bytes.append(text.data(), text.size());
+    XString x;
+    x.setFromDb(charset, bytes);
+    return std::string(x.getUtf8());
+  };
+  EXPECT_EQ(from("utf-8", "\xEF\xBB\xBFж"), "ж");
+  EXPECT_EQ(from("utf-8", asUtf16(u"Вес")), std::string(asUtf16(u"Вес").c_str()));
+  EXPECT_EQ(from("utf-8", asUtf16(u"abcd")), "abcd");  // NUL bytes give UTF-16 away
+  EXPECT_EQ(from("utf-8", "\xFF\xFE" + asUtf16(u"Вес")), "Вес");
+  EXPECT_EQ(from("cp866", "\x82\xA5\xE1"), "Вес");
+  EXPECT_EQ(from("no such charset", kRussian), "Вес");
+  EXPECT_EQ(from("hex", "AB"), "4142");
+  EXPECT_EQ(from("utf-8", ""), "");
+}
+
+TEST_F(XStringTest, AdoptsBlocks) {
+  StringBuffer text("\xEF\xBB\xBFВес");
+  XString x;
+  EXPECT_TRUE(x.takeFromUtf8Sb(text));
+  EXPECT_STREQ(x.getUtf8(), "Вес");
+  EXPECT_EQ(text.getSize(), 0U);
+  DataBuffer bytes;
+  bytes.append(kRussian, 3);
+  EXPECT_TRUE(x.takeFromAnsiDb(bytes));
+  EXPECT_STREQ(x.getUtf8(), "Вес");
+  x.getUtf8Sb_rw().append("!");
+  EXPECT_EQ(forms(x), "8");
+  EXPECT_STREQ(x.getAnsi(), "\xC2\xE5\xF1!");
+}
+
+TEST_F(XStringTest, EndsWithTakesTheStartOfAMarkForOne) {
+  XString x;
+  x.setFromUtf8("ab");
+  EXPECT_TRUE(
+      x.endsWithUtf8("\xEF\xBB\xBF"
+                     "b"));
+  EXPECT_TRUE(
+      x.endsWithUtf8("\xEF\xBB"
+                     "b"));
+  EXPECT_TRUE(
+      x.endsWithUtf8("\xEF"
+                     "b"));
+  EXPECT_FALSE(
+      x.endsWithUtf8("\xBB"
+                     "b"));
+  EXPECT_FALSE(x.endsWithUtf8(nullptr));
+  EXPECT_TRUE(x.endsWithUtf8(""));
+  EXPECT_TRUE(x.endsWithUtf8("AB", true));
+  EXPECT_FALSE(x.endsWithUtf8("cab"));
+}
+
+TEST_F(XStringTest, TrimsTheFormAtHand) {
+  XString x;
+  x.setFromAnsi("\t a b \r\n");
+  x.trim();
+  EXPECT_EQ(forms(x), "a");
+  EXPECT_STREQ(x.getAnsi(), "a b \r\n");
+  x.getUtf8();
+  x.trim();  // nothing to remove: both stay
+  EXPECT_EQ(forms(x), "8a");
+  x.trim2();
+  EXPECT_EQ(forms(x), "8");
+  EXPECT_STREQ(x.getUtf8(), "a b");
+}
+
+TEST_F(XStringTest, KeepsOneFormWhenMemoryCounts) {
+  XString x;
+  x.setFromAnsi(kRussian);
+  x.getWideStr();
+  x.minimizeMemory();
+  EXPECT_EQ(forms(x), "a");
+  x.getUtf8();
+  x.minimizeMemory();
+  EXPECT_EQ(forms(x), "8");
+  EXPECT_STREQ(x.getAnsi(), kRussian);
+}
+
+TEST_F(XStringTest, ADeadObjectDoesNothing) {
+  alignas(XString) unsigned char memory[sizeof(XString)];
+  auto* const x = new (memory) XString;
+  EXPECT_TRUE(x->isValidObject());
+  x->~XString();
+  // What a stale pointer sees while the memory is still there.
+  const auto* const stale = std::launder(reinterpret_cast<XString*>(memory));
+  EXPECT_FALSE(stale->isValidObject());
+  EXPECT_FALSE(stale->isKestrumObject());
+}
+
+TEST_F(XStringTest, RandomTextsSurviveEveryRoad) {
+  std::mt19937 random(51);
+  for (int i = 0; i < 300; ++i) {
+    std::wstring text;
+    for (auto n = random() % 60; n != 0; --n) {
+      text += static_cast<wchar_t>(random() % 3 == 0 ? 0x20 + random() % 0x5F
+                                                     : 0x410 + random() % 0x40);
+    }
+    XString x;
+    x.setFromWideStr(text.c_str());
+    for (int step = 0; step < 12; ++step) {
+      switch (random() % 8) {
+        case 0: x.setFromUtf8(std::string(x.getUtf8()).c_str()); break;
+        case 1: x.setFromAnsi(std::string(x.getAnsi()).c_str()); break;
+        case 2: x.getUtf16_xe(); break;
+        case 3: x.getWideStr(); break;
+        case 4: x.getAnsi(); break;
+        case 5: x.minimizeMemory(); break;
+        case 6: {
+          XString copy;
+          copy.appendX(x);
+          x.copyFromX(copy);
+          break;
+        }
+        default: {
+          DataBuffer bytes;
+          x.getConverted_cp(1201, bytes);
+          x.setFromDb_cp(1201, bytes);
+        }
+      }
+    }
+    EXPECT_EQ(x.getWideStr(), text);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,175 @@
+#include <termios.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+#include "Host.h"
+#include "SimulatedScale.h"
+
+namespace sim {
+namespace {
+
+using std::chrono::milliseconds;
+
+const Bytes kCasRequest = {0x05, 0x11};
+constexpr std::size_t kCasLength = 16;
+
+Host hostOf(const SimulatedScale& scale) {
+  return scale.port() == 0 ? Host(scale.devicePath()) : Host(scale.port());
+}
+
+class SimulatedScales : public testing::TestWithParam<Transport> {};
+INSTANTIATE_TEST_SUITE_P(OnBothLines, SimulatedScales,
+                         testing::Values(Transport::Pty, Transport::Tcp), [](const auto& tested) {
+                           return tested.param == Transport::Pty ? "pty" : "tcp";
+                         });
+
+TEST_P(SimulatedScales, AnswerWithTheWeightOfTheMoment) {
+  SimulatedScale scale(13, GetParam());
+  const Host host = hostOf(scale);
+  for (const double weight : {1.25, -0.5, 0.0}) {
+    scale.setWeight(weight);
+    host.say(kCasRequest);
+    EXPECT_EQ(host.hear(kCasLength), scale.frame());
+    EXPECT_DOUBLE_EQ(scale.expectedReading().weight, weight);
+  }
+  EXPECT_EQ(scale.count(Action::Weigh), 3);
+  EXPECT_EQ(scale.received().size(), 3 * kCasRequest.size());
+  EXPECT_EQ(scale.sent().size(), 3 * kCasLength);
+}
+
+TEST_P(SimulatedScales, StreamWithoutBeingAsked) {
+  SimulatedScale scale(33, GetParam());
+  const Host host = hostOf(scale);
+  const Bytes frame = scale.frame();
+  Bytes twice = frame;
+  twice.insert(twice.end(), frame.begin(), frame.end());
+  EXPECT_EQ(host.hear(twice.size()), twice);
+}
+
+TEST(SimulatedScaleOverTcp, LeavesGapsThatEndADrain) {
+  constexpr milliseconds kIdleLimit{100};
+  SimulatedScale scale(33, Transport::Tcp);
+  const Host host(scale.port());
+  // A drain ends with the first silence of the idle limit, after one frame or two.
+  EXPECT_LE(host.hear(102400, kIdleLimit).size(), 2 * scale.frame().size());
+}
+
+TEST_P(SimulatedScales, StaySilentOnDemandAndStillObey) {
+  SimulatedScale scale(28, GetParam(), {.silent = true});
+  const Host host = hostOf(scale);
+  host.say({0x2A, 0x03, 0x2A, 0x02, 5, 2, 1, 0, 0, 0});
+  ASSERT_TRUE(scale.waitForCount(Action::Price, 1));
+  EXPECT_DOUBLE_EQ(scale.state().price, 1.25);
+  EXPECT_TRUE(scale.sent().empty());
+  scale.setFaults({});
+  host.say({0x2A, 0x03});
+  EXPECT_EQ(host.hear(18), scale.frame());
+}
+
+TEST_P(SimulatedScales, DribbleByteByByte) {
+  SimulatedScale scale(13, GetParam(), {.dribble = milliseconds{5}});
+  const Host host = hostOf(scale);
+  const auto start = std::chrono::steady_clock::now();
+  host.say(kCasRequest);
+  EXPECT_EQ(host.hear(kCasLength), scale.frame());
+  EXPECT_GE(std::chrono::steady_clock::now() - start, kCasLength * milliseconds{5});
+}
+
+TEST_P(SimulatedScales, HangUpAfterAFrameAndComeBackUnderTheSameAddress) {
+  SimulatedScale scale(13, GetParam(), {.cut = 5, .hangUpAfter = 1, .frames = 1});
+  {
+    const Host host = hostOf(scale);
+    host.say(kCasRequest);
+    EXPECT_EQ(host.hear(5).size(), 5U);
+    EXPECT_TRUE(host.hearsTheEnd());
+  }
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{5};
+  while (!hostOf(scale).open() && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(milliseconds{10});
+  }
+  const Host again = hostOf(scale);
+  ASSERT_TRUE(again.open());
+  again.say(kCasRequest);
+  EXPECT_EQ(again.hear(kCasLength), scale.frame());
+}
+
+TEST_P(SimulatedScales, VanishAndComeBackOnDemand) {
+  SimulatedScale scale(13, GetParam());
+  scale.goAway();
+  EXPECT_FALSE(hostOf(scale).open());
+  scale.comeBack();
+  const Host host = hostOf(scale);
+  ASSERT_TRUE(host.open());
+  host.say(kCasRequest);
+  EXPECT_EQ(host.hear(kCasLength), scale.frame());
+}
+
+TEST_P(SimulatedScales, ServeTheNextHostWhenOneLeaves) {
+  SimulatedScale scale(13, GetParam());
+  for (int i = 0; i < 3; ++i) {
+    const Host host = hostOf(scale);
+    host.say(kCasRequest);
+    EXPECT_EQ(host.hear(kCasLength).size(), kCasLength);
+  }
+}
+
+TEST(SimulatedScaleOnPty, IsARawLineWithoutEcho) {
+  SimulatedScale scale(8, Transport::Pty, {.silent = true});
+  const Host host(scale.devicePath());
+  termios settings = {};
+  ASSERT_EQ(::tcgetattr(host.descriptor(), &settings), 0);
+  EXPECT_EQ(settings.c_lflag & (ICANON | ECHO | ISIG), 0U);
+  EXPECT_EQ(settings.c_oflag & OPOST, 0U);
+}
+
+TEST(SimulatedScaleOnPty, KeepsNoOldFramesForAHostThatComesLate) {
+  SimulatedScale scale(33, Transport::Pty, {.garbage = 900});
+  std::this_thread::sleep_for(milliseconds{500});
+  const Host host(scale.devicePath());
+  EXPECT_LE(host.hear(100'000, milliseconds{10}).size(), 3 * (900 + scale.frame().size()));
+}
+
+TEST(SimulatedScaleOnPty, RemovesItsLinkAndLeavesFilesOfOthers) {
+  std::string path;
+  {
+    SimulatedScale scale(13, Transport::Pty);
+    path = scale.devicePath();
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+  }
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(path)));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(path).parent_path()));
+
+  const TemporaryDirectory directory;
+  const auto file = directory.path() / "file";
+  std::ofstream(file) << "mine";
+  EXPECT_THROW(PtyEndpoint{file}, std::system_error);
+  EXPECT_TRUE(std::filesystem::is_regular_file(file));
+
+  const auto link = directory.path() / "link";
+  std::filesystem::create_symlink("/nowhere", link);
+  PtyEndpoint first(link);
+  {
+    const PtyEndpoint second(link);
+    EXPECT_NE(std::filesystem::read_symlink(link), "/nowhere");
+    first.goAway();
+    EXPECT_TRUE(std::filesystem::is_symlink(link)) << "the link of the second was removed";
+  }
+  EXPECT_FALSE(std::filesystem::is_symlink(link));
+}
+
+TEST(SimulatedScale, RefusesModelsWithoutSimulator) {
+  EXPECT_THROW(SimulatedScale(20, Transport::Pty), std::invalid_argument);
+}
+
+TEST(TcpEndpoint, RefusesAPortThatIsTaken) {
+  const TcpEndpoint first;
+  EXPECT_THROW(TcpEndpoint{first.port()}, std::system_error);
+}
+
+}  // namespace
+}  // namespace sim

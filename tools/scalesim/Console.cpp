@@ -1,0 +1,196 @@
+#include "Console.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <ostream>
+#include <stdexcept>
+
+#include "FrameBuilder.h"
+#include "ModelSheet.h"
+#include "Options.h"
+#include "Texts.h"
+
+namespace {
+
+using sim::ScaleLine;
+using sim::ScaleModel;
+using sim::ScaleState;
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+/// Takes the first word off `text`.
+std::string_view takeWord(std::string_view& text) {
+  const std::string_view word = text.substr(0, text.find_first_of(" \t"));
+  text = trimmed(text.substr(word.size()));
+  return word;
+}
+
+bool always(const ScaleModel& /*model*/) { return true; }
+
+/// A command that changes what a scale shows, and the models that know it.
+struct StateCommand {
+  std::string_view name;
+  bool wantsNumber;
+  bool (*known)(const ScaleModel&);
+  void (*change)(ScaleState&, double);
+};
+
+constexpr std::array kStateCommands = {
+    StateCommand{"weight", true, always, [](ScaleState& s, double value) { s.weight = value; }},
+    StateCommand{"price", true, [](const ScaleModel& m) { return m.hasPrice(); },
+                 [](ScaleState& s, double value) { s.price = value; }},
+    StateCommand{"decimals", true, [](const ScaleModel& m) { return m.hasDecimals(); },
+                 [](ScaleState& s, double value) {
+                   constexpr double kMost = 9.0;
+                   s.decimals = static_cast<int>(std::clamp(value, -1.0, kMost));
+                 }},
+    StateCommand{"stable", false, [](const ScaleModel& m) { return m.showsStability; },
+                 [](ScaleState& s, double) { s.stable = true; }},
+    StateCommand{"unstable", false, [](const ScaleModel& m) { return m.showsStability; },
+                 [](ScaleState& s, double) { s.stable = false; }},
+    StateCommand{"overload", false, [](const ScaleModel& m) { return m.showsOverload; },
+                 [](ScaleState& s, double) { s.overload = true; }},
+    StateCommand{"normal", false, [](const ScaleModel& m) { return m.showsOverload; },
+                 [](ScaleState& s, double) { s.overload = false; }},
+    StateCommand{"tare", false, always, [](ScaleState& s, double) { s.pressTare(); }},
+    StateCommand{"zero", false, always, [](ScaleState& s, double) { s.pressZero(); }},
+};
+
+/// A command that changes the line.
+struct LineCommand {
+  std::string_view name;
+  void (*change)(ScaleLine&);
+};
+
+void setSilent(ScaleLine& line, bool silent) {
+  sim::Faults faults = line.faults();
+  faults.silent = silent;
+  line.setFaults(faults);
+}
+
+constexpr std::array kLineCommands = {
+    LineCommand{"silent", [](ScaleLine& line) { setSilent(line, true); }},
+    LineCommand{"speak", [](ScaleLine& line) { setSilent(line, false); }},
+    LineCommand{"away", [](ScaleLine& line) { line.goAway(); }},
+    LineCommand{"back", [](ScaleLine& line) { line.comeBack(); }},
+};
+
+template <typename Table>
+auto byName(const Table& table, std::string_view name) {
+  return std::find_if(table.begin(), table.end(),
+                      [&](const auto& command) { return command.name == name; });
+}
+
+}  // namespace
+
+Console::Console(std::vector<ScaleLine*> lines, std::ostream& out, bool echo)
+    : lines_(std::move(lines)), out_(out), echo_(echo) {}
+
+void Console::feed(std::string_view input) {
+  pending_ += input;
+  for (std::size_t end = pending_.find('\n'); end != std::string::npos && !quit_;
+       end = pending_.find('\n')) {
+    const std::string line = pending_.substr(0, end);
+    pending_.erase(0, end + 1);
+    execute(line);
+  }
+  // A flood without line ends is no command.
+  constexpr std::size_t kLongestLine = 4096;
+  if (pending_.size() > kLongestLine) pending_.clear();
+}
+
+void Console::execute(std::string_view line) {
+  std::string_view command = trimmed(line);
+  if (command.empty()) return;
+  if (command == "quit") {
+    quit_ = true;
+    return;
+  }
+  if (command == "help") {
+    out_ << say(texts::kConsoleHelp) << std::endl;
+    return;
+  }
+  const std::string whole(command);
+  std::vector<ScaleLine*> chosen = lines_;
+  const std::size_t colon = command.find(':');
+  const bool named = colon != std::string_view::npos;
+  if (named) {
+    const std::string number(trimmed(command.substr(0, colon)));
+    std::erase_if(chosen, [&](const ScaleLine* scale) {
+      return std::to_string(scale->scale().model().number) != number;
+    });
+    if (chosen.empty()) {
+      out_ << fill(texts::kConsoleNoScale, {number}) << std::endl;
+      return;
+    }
+    command = trimmed(command.substr(colon + 1));
+  }
+  // Said to several scales, a command is for those that know it.
+  const bool mustKnow = named || lines_.size() == 1;
+  try {
+    for (ScaleLine* scale : chosen) apply(*scale, command, whole, mustKnow);
+  } catch (const std::exception& error) {
+    out_ << fill(texts::kConsoleFailed, {error.what()}) << std::endl;
+  }
+}
+
+void Console::apply(ScaleLine& line, std::string_view command, const std::string& whole,
+                    bool mustKnow) {
+  std::string_view rest = command;
+  std::string_view word = takeWord(rest);
+  const ScaleModel& model = line.scale().model();
+  if (numberIn(word)) {
+    rest = command;
+    word = "weight";
+  }
+  if (const auto change = byName(kLineCommands, word); change != kLineCommands.end()) {
+    change->change(line);
+  } else if (const auto set = byName(kStateCommands, word); set != kStateCommands.end()) {
+    const std::optional<double> number = numberIn(rest);
+    if (set->wantsNumber != number.has_value() || (!set->wantsNumber && !rest.empty())) {
+      throw std::invalid_argument(fill(texts::kNotANumber, {std::string(word), std::string(rest)}));
+    }
+    if (!set->known(model)) {
+      if (!mustKnow) return;
+      out_ << fill(texts::kConsoleNotKnown, {std::to_string(model.number), std::string(word)})
+           << std::endl;
+      return;
+    }
+    ScaleState state = line.scale().state();
+    set->change(state, number.value_or(0.0));
+    if (mustKnow) checkState(model, state);
+    line.scale().state() = state;
+  } else if (word != "show") {
+    throw std::invalid_argument(fill(texts::kConsoleUnknown, {whole}));
+  }
+  if (echo_ || word == "show") show(line);
+}
+
+void Console::show(const ScaleLine& line) {
+  const ScaleModel& model = line.scale().model();
+  const sim::Display display = model.display(line.scale().state());
+  constexpr int kMoneyDecimals = 2;
+  std::string text = std::to_string(model.number) + ": " + displayText(display) + ", " +
+                     say(display.overload ? texts::kOverloaded
+                         : display.stable ? texts::kStable
+                                          : texts::kMoving);
+  if (model.hasPrice()) {
+    text += fill(texts::kPriceIs, {sim::decimalText(display.price, kMoneyDecimals),
+                                   sim::decimalText(display.cost, kMoneyDecimals)});
+  }
+  if (display.tare != 0) {
+    sim::Display tare = display;
+    tare.weight = display.tare;
+    text += fill(texts::kTareIs, {displayText(tare)});
+  }
+  if (line.faults().silent) text += say(texts::kSilentNow);
+  if (line.endpoint().isAway()) text += say(texts::kAwayNow);
+  out_ << text << std::endl;
+}

@@ -8,9 +8,9 @@
 // CScalesCamry: bare digits as characters, units first, without start, end or checksum.
 //
 //   > 00 00 03 00 00 00 00 00
-//   < 35 32 31 30 30 30 30 30 35 32 31 30 30 36 32 30 30
+//   < 35 32 31 30 30 30 30 30 35 32 31 32 36 35 31 30 30
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16
-//     weight: 0.125     price: 125.00  cost: 26.00
+//     weight: 0.125     price: 125.00  cost: 15.62
 namespace camry {
 enum Offset : std::size_t {
   kWeight = 0,
@@ -49,7 +49,7 @@ constinit const ProtocolSheet CScalesCamry::kSheet = {
 // CScalesOCSrc: the scale transmits by itself. The digit in front of the decimal point is sent as
 // the sign that stands above it on a keyboard.
 //
-//   < 7F 30 30 35 32 21 30 01 27
+//   < 7F 30 30 35 32 21 30 01 17
 //     00 01 02 03 04 05 06 07 08
 //     |     weight: "01.250" |  XOR of 01 to 07
 //     fixed (units first)    `- 01 stable

@@ -145,9 +145,9 @@ constinit const ProtocolSheet ScalesCASLP16::kSheet = {
 // ScalesBTHE_UNS_2: bare binary digits, units first, without start, end or checksum.
 //
 //   > 2A 03
-//   < 00 05 02 01 00 00 00 05 02 00 00 00 05 02 01 03 00 00
+//   < 00 05 02 01 00 00 00 00 05 02 00 00 05 02 01 03 00 00
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16 17
-//     weight: 1.250     price: 2.50       cost: 31.25
+//     weight: 1.250     price: 25.00      cost: 31.25
 namespace uns02 {
 enum Offset : std::size_t {
   kWeight = 0,

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kPriceDigits = 5;
 /// The longest field of digits that any frame has.
-constexpr std::size_t kMaxDigits = 8;
+constexpr std::size_t kMaxDigits = 6;
 
 double backwards(Frame field, std::uint8_t add) {
   std::array<char, kMaxDigits + 1> text = {};

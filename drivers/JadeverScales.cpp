@@ -54,9 +54,9 @@ constinit const ProtocolSheet ScalesJADEVER_SNUGII::kSheet = {
 // ScalesJADEVER_JPL_N: bare digits as characters, units first, without start, end or checksum.
 //
 //   > 00 00 03 00 00 00 00 00
-//   < 34 33 32 31 30 30 30 35 32 31 30 30 30 34 35 31 30
+//   < 34 33 32 31 30 30 30 35 32 31 30 32 34 35 31 30 30
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16
-//     weight: 1.234     price: 12.50   cost: 154.00
+//     weight: 1.234     price: 12.50   cost: 15.42
 namespace jpl {
 enum Offset : std::size_t {
   kWeight = 0,

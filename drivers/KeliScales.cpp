@@ -98,7 +98,7 @@ constinit const ProtocolSheet ScalesK9Keli::kSheet = {
 // ScalesD12Keli: Modbus RTU to station 01; the registers hold characters.
 //
 //   > 01 03 00 03 00 04 B4 09
-//   < 01 03 08 30 30 31 32 35 30 30 33 5D 8E
+//   < 01 03 08 30 30 31 32 35 30 30 33 C0 F3
 //     00 01 02 03 04 05 06 07 08 09 10 11 12
 //     fixed    weight: "0012500"    |  CRC, not seen
 //                                   `- number of decimals

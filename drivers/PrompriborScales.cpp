@@ -7,9 +7,9 @@
 // CScalesVTA5: bare binary digits, units first, without start, end or checksum.
 //
 //   > 00 00 03
-//   < 00 05 02 01 00 00 00 05 02 00 00 00 05 02 01 03 00 00
+//   < 00 05 02 01 00 00 00 00 05 02 00 00 05 02 01 03 00 00
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16 17
-//     weight: 1250      price: 250        cost: 3125
+//     weight: 1250      price: 2500       cost: 3125
 namespace vta5 {
 enum Offset : std::size_t {
   kWeight = 0,

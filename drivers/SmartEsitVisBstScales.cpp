@@ -165,7 +165,7 @@ constinit const ProtocolSheet ScalesVIS318L::kSheet = {
 // ScalesBST106: Modbus RTU to station 01.
 //
 //   > 01 03 00 02 00 03 A4 0B
-//   < 01 03 06 00 00 04 E2 20 00 22 03
+//   < 01 03 06 00 00 04 E2 20 00 99 B3
 //     00 01 02 03 04 05 06 07 08 09 10
 //     fixed    weight: 1250 |     CRC, not seen
 //                           `- 20 stable

@@ -1,111 +1,87 @@
 #include "CkSocket.h"
 
-#include <fcntl.h>
-#include <netdb.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <cstdint>
 
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <memory>
-#include <string>
-
-#include "CkString.h"
+#include "ClsSocket.h"
+#include "DataBuffer.h"
+#include "XString.h"
 
 namespace {
 
-using Addresses = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
-
-Addresses resolve(const char* host, int port) {
-  addrinfo hints = {};
-  hints.ai_family = AF_UNSPEC;
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* found = nullptr;
-  CkString name(host);
-  if (::getaddrinfo(name.getUtf8(), std::to_string(port).c_str(), &hints, &found) != 0) {
-    found = nullptr;
+/// Runs an operation of the inner object and keeps its result as that of the last method.
+template <typename Operation>
+bool run(ClsSocket* socket, Operation operation) {
+  if (socket == nullptr) return false;
+  socket->put_LastMethodSuccess(false);
+  bool ok = false;
+  try {
+    ok = operation(*socket);
+  } catch (...) {
+    // Out of memory: a failure like any other.
   }
-  return {found, ::freeaddrinfo};
+  socket->put_LastMethodSuccess(ok);
+  return ok;
 }
-
-bool isBusy(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
 
 }  // namespace
 
-CkSocket::~CkSocket() { Close(0); }
+CkSocket::CkSocket() : CkMultiByteBase(ClsSocket::createNewCls()) {}
 
-bool CkSocket::await(short events, int ms) const {
-  pollfd waiting = {fd_, events, 0};
-  int ready = 0;
-  do {
-    ready = ::poll(&waiting, 1, ms);
-  } while (ready < 0 && errno == EINTR);
-  return ready > 0;
+CkSocket::~CkSocket() = default;
+
+ClsSocket* CkSocket::impl() const { return static_cast<ClsSocket*>(aliveBase()); }
+
+bool CkSocket::Connect(const char* hostname, int port, bool ssl, int maxWaitMs) {
+  return run(impl(), [&](ClsSocket& socket) {
+    XString host;
+    setArgument(host, hostname);
+    return socket.Connect(host, port, ssl, static_cast<std::uint32_t>(maxWaitMs));
+  });
 }
 
-bool CkSocket::Connect(const char* host, int port, bool ssl, int maxWaitMs) {
-  Close(0);
-  if (ssl || host == nullptr || *host == 0) return false;
-  const Addresses addresses = resolve(host, port);
-  for (const addrinfo* a = addresses.get(); a != nullptr; a = a->ai_next) {
-    fd_ = ::socket(a->ai_family, a->ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, a->ai_protocol);
-    if (fd_ < 0) continue;
-    if (::connect(fd_, a->ai_addr, a->ai_addrlen) == 0) return true;
-    int error = errno;
-    if (error == EINPROGRESS && await(POLLOUT, maxWaitMs)) {
-      socklen_t size = sizeof error;
-      if (::getsockopt(fd_, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0) return true;
-    }
-    Close(0);
-  }
-  return false;
+void CkSocket::put_MaxReadIdleMs(int ms) {
+  if (ClsSocket* socket = impl()) socket->put_MaxReadIdleMs(static_cast<std::uint32_t>(ms));
+}
+
+void CkSocket::put_MaxSendIdleMs(int ms) {
+  if (ClsSocket* socket = impl()) socket->put_MaxSendIdleMs(static_cast<std::uint32_t>(ms));
 }
 
 bool CkSocket::SendBytes(CkByteData& data) {
-  const unsigned char* next = data.getBytes();
-  unsigned long left = data.getSize();
-  while (fd_ >= 0 && left > 0) {
-    // Without MSG_NOSIGNAL a scale that resets the connection would end the platform's process.
-    const ssize_t sent = ::send(fd_, next, left, MSG_NOSIGNAL);
-    if (sent > 0) {
-      next += sent;
-      left -= static_cast<unsigned long>(sent);
-    } else if (sent < 0 && !isBusy(errno)) {
-      return false;
-    } else if (!await(POLLOUT, maxSendIdleMs_)) {
-      return false;
-    }
-  }
-  return fd_ >= 0;
+  return run(impl(), [&](ClsSocket& socket) {
+    return socket.SendBytes(data.getBytes(), static_cast<std::uint32_t>(data.getSize()));
+  });
 }
 
-bool CkSocket::ReceiveBytesN(unsigned long n, CkByteData& data) {
-  data.clear();
-  std::array<unsigned char, 4096> chunk = {};
-  while (fd_ >= 0 && data.getSize() < n) {
-    if (!await(POLLIN, maxReadIdleMs_)) return false;
-    const ssize_t got =
-        ::recv(fd_, chunk.data(), std::min<std::size_t>(chunk.size(), n - data.getSize()), 0);
-    if (got > 0) {
-      data.append2(chunk.data(), static_cast<unsigned long>(got));
-    } else if (got == 0 || !isBusy(errno)) {
-      return false;
-    }
-  }
-  return fd_ >= 0;
+bool CkSocket::ReceiveBytesN(unsigned long numBytes, CkByteData& data) {
+  return run(impl(), [&](ClsSocket& socket) {
+    DataBuffer* bytes = data.getImpl();
+    return bytes != nullptr && socket.ReceiveBytesN(static_cast<std::uint32_t>(numBytes), *bytes);
+  });
 }
 
 bool CkSocket::get_IsConnected() {
-  if (fd_ < 0) return false;
-  unsigned char byte = 0;
-  const ssize_t got = ::recv(fd_, &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-  return got > 0 || (got < 0 && isBusy(errno));
+  ClsSocket* socket = impl();
+  return socket != nullptr && socket->get_IsConnected();
 }
 
-void CkSocket::Close(int /*maxWaitMs*/) {
-  if (fd_ < 0) return;
-  ::close(fd_);
-  fd_ = -1;
+bool CkSocket::Close(int maxWaitMs) {
+  return run(impl(), [&](ClsSocket& socket) {
+    return socket.Close(static_cast<std::uint32_t>(maxWaitMs));
+  });
+}
+
+int CkSocket::get_ConnectFailReason() {
+  const ClsSocket* socket = impl();
+  return socket == nullptr ? 0 : socket->get_ConnectFailReason();
+}
+
+int CkSocket::get_SendFailReason() {
+  const ClsSocket* socket = impl();
+  return socket == nullptr ? 0 : socket->get_SendFailReason();
+}
+
+int CkSocket::get_ReceiveFailReason() {
+  const ClsSocket* socket = impl();
+  return socket == nullptr ? 0 : socket->get_ReceiveFailReason();
 }

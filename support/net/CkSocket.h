@@ -1,35 +1,41 @@
 #pragma once
 
 #include "CkByteData.h"
+#include "CkMultiByteBase.h"
 #include "PublicApi.h"
 
-/// One TCP client connection.
-class ORBELO_PUBLIC CkSocket {
- public:
-  CkSocket() = default;
-  ~CkSocket();
-  CkSocket(const CkSocket&) = delete;
-  CkSocket& operator=(const CkSocket&) = delete;
+class ClsSocket;
 
-  /// Connects within `maxWaitMs`; `ssl` is not supported and fails.
-  bool Connect(const char* host, int port, bool ssl, int maxWaitMs);
-  /// Longest silence while receiving, in milliseconds.
-  void put_MaxReadIdleMs(int ms) { maxReadIdleMs_ = ms; }
-  /// Longest wait for room while sending, in milliseconds.
-  void put_MaxSendIdleMs(int ms) { maxSendIdleMs_ = ms; }
+/// One TCP client connection. Results are false on failure; lastErrorText() then tells the story.
+/// Nothing throws.
+class ORBELO_PUBLIC CkSocket : public CkMultiByteBase {
+ public:
+  CkSocket();
+  ~CkSocket() override;
+
+  /// Connects within `maxWaitMs`, 0 meaning 6 hours. `hostname` is a name or a numeric address; of
+  /// a URL the host counts. `ssl` is not available and fails.
+  bool Connect(const char* hostname, int port, bool ssl, int maxWaitMs);
+  /// Longest silence while receiving, in milliseconds; 0 means 56 hours.
+  void put_MaxReadIdleMs(int ms);
+  /// Longest wait for room while sending, in milliseconds; 0 means 6 hours.
+  void put_MaxSendIdleMs(int ms);
   /// Sends all the bytes.
   bool SendBytes(CkByteData& data);
-  /// Receives exactly `n` bytes into `data`; false if they don't come within the idle limit.
-  bool ReceiveBytesN(unsigned long n, CkByteData& data);
+  /// Appends exactly `numBytes` bytes to `data`; false if they don't come within the idle limit,
+  /// and then `data` holds those that did.
+  bool ReceiveBytesN(unsigned long numBytes, CkByteData& data);
   /// False once the line is found dead.
   bool get_IsConnected();
-  /// Closes the connection.
-  void Close(int maxWaitMs);
+  /// Ends the connection, waiting for the peer's goodbye at most `maxWaitMs` (0: 30 seconds).
+  bool Close(int maxWaitMs);
+
+  /// Why the last call of its kind failed, 0 if it didn't (ConnectFailReason and
+  /// ClsSocket::TransferFailReason).
+  int get_ConnectFailReason();
+  int get_SendFailReason();
+  int get_ReceiveFailReason();
 
  private:
-  bool await(short events, int ms) const;
-
-  int fd_ = -1;
-  int maxReadIdleMs_ = 0;
-  int maxSendIdleMs_ = 0;
+  ClsSocket* impl() const;
 };

@@ -5,6 +5,8 @@
 #include "Psdk.h"
 
 bool CkSettings::m_utf8 = false;
+unsigned int CkSettings::m_socketSendBufSize = 262'144;
+unsigned int CkSettings::m_socketRecvBufSize = 4'194'304;
 
 int CkSettings::getAnsiCodePage() { return Psdk::getAnsiCodePage(); }
 

@@ -8,6 +8,9 @@ class ORBELO_PUBLIC CkSettings {
  public:
   /// How a new handle reads `const char*` arguments: true UTF-8, false ANSI.
   static bool m_utf8;
+  /// Sizes of the system's buffers of a socket made from now on, in bytes.
+  static unsigned int m_socketSendBufSize;
+  static unsigned int m_socketRecvBufSize;
 
   static int getAnsiCodePage();
   static void setAnsiCodePage(int codePage);

@@ -145,6 +145,10 @@ class DataBuffer : public KestrumObject {
   /// Replaces the content by the file's. The path is UTF-8.
   bool loadFileUtf8(const char* path, LogBase* log);
   bool saveToFileUtf8(const char* path, LogBase* log) const;
+  /// Brings an XML document to UTF-8 in place, by its byte order mark, by NUL bytes or by the
+  /// encoding that its declaration names. What cannot be converted is dropped. False only for an
+  /// empty buffer.
+  bool convertXmlToUtf8(LogBase& log);
 
  private:
   static constexpr std::uint8_t kValid = 0xDB;

@@ -1,5 +1,7 @@
 // What a DataBuffer knows about the text in its bytes, and about files.
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -89,17 +91,25 @@ void DataBuffer::byteSwap4321() {
 
 bool DataBuffer::loadFileUtf8(const char* path, LogBase* log) {
   clear();
+  const auto fails = [log](const char* complaint) {
+    if (log != nullptr) log->LogError(complaint);
+    return false;
+  };
+  // Only what has a size: opening a pipe would wait for its writer, and a device may never end.
+  struct stat info = {};
+  if (path == nullptr || ::stat(path, &info) != 0) return fails("Failed to open for read.");
+  if (!S_ISREG(info.st_mode)) return fails("Failed to get the file size.");
+  const auto size = static_cast<std::uint64_t>(info.st_size);
+  if (ck64_TooBigForUnsigned32(size)) return fails("The file is too big.");
+  if (size == 0) return true;
   const File file = openFile(path, "rb", log, "Failed to open for read.");
   if (file == nullptr) return false;
-  std::array<unsigned char, 16384> piece;
-  for (;;) {
-    const std::size_t n = std::fread(piece.data(), 1, piece.size(), file.get());
-    if (!append(piece.data(), n)) return false;
-    if (n < piece.size()) break;
+  if (!ensureBuffer(static_cast<std::uint32_t>(size))) return fails("Failed to allocate memory.");
+  if (std::fread(m_data, 1, size, file.get()) != size) {
+    return fails("Failed to read the whole file.");
   }
-  const bool whole = std::ferror(file.get()) == 0;
-  if (!whole && log != nullptr) log->LogError("Failed to read the whole file.");
-  return whole;
+  m_size = static_cast<std::uint32_t>(size);
+  return true;
 }
 
 bool DataBuffer::saveToFileUtf8(const char* path, LogBase* log) const {

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "CkMultiByteBase.h"
 #include "PublicApi.h"
 
-/// Questions about paths.
-class ORBELO_PUBLIC CkFileAccess {
+/// Questions about paths. `const char*` arguments are ANSI, or UTF-8 after put_Utf8(true).
+class ORBELO_PUBLIC CkFileAccess : public CkMultiByteBase {
  public:
-  /// Whether paths are read as UTF-8; otherwise they are in the ANSI code page.
-  void put_Utf8(bool utf8) { utf8_ = utf8; }
-  /// What `path` names: 1 file, 2 directory, 99 other, 0 absent, -1 error.
-  int FileType(const char* path);
+  CkFileAccess();
+  ~CkFileAccess() override;
 
- private:
-  bool utf8_ = false;
+  /// What `path` names: 1 file, 2 directory, 99 other, 0 absent, -1 if it can't be told. A link
+  /// counts as what it leads to.
+  int FileType(const char* path);
 };

@@ -1,0 +1,87 @@
+#include "DnsCache.h"
+
+#include <memory>
+
+#include "CkHashMap.h"
+#include "KestrumCritSec.h"
+#include "StringBuffer.h"
+#include "TickCount.h"
+
+namespace {
+
+constexpr int kBuckets = 1000;
+constexpr int kMostRecords = 800;
+
+struct Record : NonRefCountedObj {
+  StringBuffer address;
+  std::uint32_t insertedTick = 0;
+};
+
+struct Generations {
+  KestrumCritSec lock;
+  std::unique_ptr<_ckHashMap> fresh = std::make_unique<_ckHashMap>(kBuckets);
+  std::unique_ptr<_ckHashMap> old;
+  bool finalized = false;
+
+  void rotate() {
+    old = std::move(fresh);
+    fresh = std::make_unique<_ckHashMap>(kBuckets);
+  }
+};
+
+// Never destroyed: another static object's destructor may still resolve a name.
+Generations& generations() {
+  static auto* const made = new Generations;
+  return *made;
+}
+
+/// The record's address, if it is there and young enough.
+bool lookupIn(_ckHashMap* map, const StringBuffer& host, StringBuffer& address) {
+  if (map == nullptr) return false;
+  const auto* record = static_cast<const Record*>(map->hashLookup(host));
+  if (record == nullptr) return false;
+  const std::uint32_t now = ckTickCount();
+  const std::uint32_t timeToLive = DnsCache::m_timeToLiveMs;
+  if (timeToLive > 0 && (now < record->insertedTick || now - record->insertedTick > timeToLive)) {
+    map->hashDelete(host);
+    return false;
+  }
+  return address.setString(record->address);
+}
+
+}  // namespace
+
+std::atomic<bool> DnsCache::m_dnsCachingEnabled{false};
+std::atomic<std::uint32_t> DnsCache::m_timeToLiveMs{0};
+
+void DnsCache::dnsCacheInsert(const StringBuffer& host, const StringBuffer& address) {
+  if (!m_dnsCachingEnabled) return;
+  Generations& cache = generations();
+  const CritSecExitor lock(&cache.lock);
+  if (cache.finalized) return;
+  if (host.empty()) {
+    cache.rotate();
+    return;
+  }
+  if (cache.fresh->getSize() >= kMostRecords) cache.rotate();
+  auto record = std::make_unique<Record>();
+  record->address.setString(address);
+  record->insertedTick = ckTickCount();
+  cache.fresh->hashInsert(host, std::move(record));
+}
+
+bool DnsCache::dnsCacheLookup(const StringBuffer& host, StringBuffer& address) {
+  if (!m_dnsCachingEnabled) return false;
+  Generations& cache = generations();
+  const CritSecExitor lock(&cache.lock);
+  if (cache.finalized) return false;
+  return lookupIn(cache.fresh.get(), host, address) || lookupIn(cache.old.get(), host, address);
+}
+
+void DnsCache::finalize() {
+  Generations& cache = generations();
+  const CritSecExitor lock(&cache.lock);
+  cache.finalized = true;
+  cache.fresh.reset();
+  cache.old.reset();
+}

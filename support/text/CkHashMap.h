@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <forward_list>
+#include <memory>
+#include <vector>
+
+#include "KestrumObject.h"
+#include "StringBuffer.h"
+
+/// A map from texts to objects that it owns. Not locked: one thread at a time.
+class _ckHashMap : public NonRefCountedObj {
+ public:
+  static constexpr int kDefaultBuckets = 521;
+
+  /// Fewer than 101 buckets are made 101.
+  explicit _ckHashMap(int numBuckets = kDefaultBuckets);
+
+  int getSize() const { return m_size; }
+  /// Replaces the value of a key that is there.
+  void hashInsert(const StringBuffer& key, std::unique_ptr<NonRefCountedObj> value);
+  /// The value, null if there is none; valid until the key is inserted again or deleted.
+  NonRefCountedObj* hashLookup(const StringBuffer& key) const;
+  /// Deletes the value; false if there is none.
+  bool hashDelete(const StringBuffer& key);
+
+ private:
+  static constexpr int kFewestBuckets = 101;
+  static constexpr std::uint32_t kMagic = 0x6119A407;
+
+  struct Entry {
+    StringBuffer key;
+    std::unique_ptr<NonRefCountedObj> value;
+  };
+  using Bucket = std::forward_list<Entry>;
+
+  std::size_t bucketOf(const StringBuffer& key) const;
+
+  std::uint32_t m_validity = kMagic;
+  std::vector<Bucket> m_buckets;
+  int m_size = 0;
+};

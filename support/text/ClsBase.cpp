@@ -1,3 +1,0 @@
-#include "ClsBase.h"
-
-int ClsBase::m_progLang = 0;

@@ -1,0 +1,111 @@
+// What encoding an XML document is in, and the way from there to UTF-8.
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "AsciiText.h"
+#include "CharsetNaming.h"
+#include "DataBuffer.h"
+#include "EncodingConvert.h"
+#include "LogBase.h"
+#include "StringBuffer.h"
+
+namespace {
+
+constexpr int kUtf8 = 65001;
+constexpr int kUtf16Le = 1200;
+constexpr int kUtf16Be = 1201;
+constexpr int kUtf32Le = 12000;
+constexpr int kUtf32Be = 12001;
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf16LeMark = "\xFF\xFE";
+constexpr std::string_view kUtf16BeMark = "\xFE\xFF";
+
+/// A NUL byte among the first so many gives a wide encoding away.
+constexpr std::size_t kLookForNulIn = 200;
+
+std::string_view viewOf(const DataBuffer& bytes) {
+  return {reinterpret_cast<const char*>(bytes.getData2()), bytes.getSize()};
+}
+
+/// Replaces the bytes by their conversion, also if some of them didn't convert.
+void convertAll(DataBuffer& bytes, int codePage, LogBase& log) {
+  DataBuffer utf8;
+  EncodingConvert().EncConvert(codePage, kUtf8, bytes.getData2(), bytes.getSize(), utf8, log);
+  bytes.swapData(utf8);
+}
+
+/// Replaces the bytes by the first conversion that loses nothing.
+bool convertWide(DataBuffer& bytes, LogBase& log) {
+  for (const int codePage : {kUtf16Le, kUtf16Be, kUtf32Le, kUtf32Be}) {
+    DataBuffer utf8;
+    if (EncodingConvert().EncConvert(codePage, kUtf8, bytes.getData2(), bytes.getSize(), utf8,
+                                     log)) {
+      bytes.swapData(utf8);
+      return true;
+    }
+  }
+  return false;
+}
+
+/// The XML declaration up to its ">"; empty if there is none.
+std::string_view findDeclaration(std::string_view text) {
+  constexpr std::string_view kOpening = "<?xml";
+  text = text.substr(0, text.find('\0'));
+  std::size_t start = text.find("<?");
+  while (start != std::string_view::npos &&
+         !equalsNoCase(text.substr(start, kOpening.size()), kOpening)) {
+    start = text.find("<?", start + 1);
+  }
+  if (start == std::string_view::npos) return {};
+  const std::size_t end = text.find('>', start);
+  return end == std::string_view::npos ? std::string_view() : text.substr(start, end - start);
+}
+
+/// Appends the value of `encoding` in the XML declaration, in lower case and without blanks.
+void findDeclaredEncoding(std::string_view text, StringBuffer& out) {
+  StringBuffer declaration;
+  declaration.append(findDeclaration(text));
+  declaration.removeCharOccurances(' ');
+  declaration.toLowerCase();
+
+  constexpr std::array<std::string_view, 2> kNames = {"encoding=\"", "encoding='"};
+  for (const std::string_view name : kNames) {
+    const std::size_t at = declaration.view().find(name);
+    if (at == std::string_view::npos) continue;
+    const std::string_view value = declaration.view().substr(at + name.size());
+    std::size_t length = value.find('"');
+    if (length == std::string_view::npos) length = value.find('\'');
+    if (length != std::string_view::npos) out.append(value.substr(0, length));
+    return;
+  }
+}
+
+}  // namespace
+
+bool DataBuffer::convertXmlToUtf8(LogBase& log) {
+  if (empty()) return false;
+  const std::string_view text = viewOf(*this);
+  if (text.starts_with(kUtf16LeMark) || text.starts_with(kUtf16BeMark)) {
+    convertAll(*this, text.starts_with(kUtf16LeMark) ? kUtf16Le : kUtf16Be, log);
+    return true;
+  }
+  if (text.starts_with(kUtf8Mark)) {
+    removeHead(kUtf8Mark.size());
+    return true;
+  }
+  const bool hasNul = text.substr(0, kLookForNulIn).find('\0') != std::string_view::npos;
+  if (hasNul && convertWide(*this, log)) return true;
+
+  StringBuffer encoding;
+  findDeclaredEncoding(viewOf(*this), encoding);
+  if (encoding.empty() || encoding.equals("utf-8")) return true;
+  // An eight-bit file can't be what it says it is: written by a tool that copies the declaration.
+  if (encoding.equals("utf-16") && !hasNul) return true;
+  const int codePage = CharsetNaming::GetCodePage_p(encoding.getString());
+  if (codePage == 0) return true;
+  convertAll(*this, codePage, log);
+  return true;
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "CkLogger.h"
+#include "KestrumCritSec.h"
+#include "LogBase.h"
+#include "RefCountedObject.h"
+
+class StringBuffer;
+class XString;
+
+/// Base of the inner objects behind the public handles: its own lock, with a log that tells about
+/// the last public call.
+///
+/// A public operation runs under `CritSecExitor lock(this)` and opens its context with
+/// `LogContextExitor context(*this, "Name")`. The object's lock comes before its log's.
+class ClsBase : public RefCountedObject {
+ public:
+  /// The programming language of the caller, 0 if it never said. 13 and 15 hand texts over in
+  /// UTF-8; some get the text of the log with CR LF.
+  static int m_progLang;
+
+  ClsBase() = default;
+
+  /// Gives up the handle's share; the object goes with its last owner.
+  void deleteSelf() { decRefCount(); }
+  /// False once the object is gone or was overwritten.
+  bool checkObjectValidity() const;
+
+  _ckLogger& mlog() { return m_log; }
+  LogBase& getLogBase() { return m_log; }
+
+  /// Starts the log of a new public call.
+  void enterContextBase(const char* name);
+  /// Writes which build this is and how it was called.
+  void logKestrumVersion(LogBase& log);
+  void logSuccessFailure(bool success);
+
+  /// The log in three renderings. The target is emptied if the object isn't alive.
+  void get_LastErrorText(XString& out);
+  void get_LastErrorHtml(XString& out);
+  void get_LastErrorXml(XString& out);
+  /// Writes the XML rendering; false for an empty path or one that can't be written.
+  bool SaveLastError(XString& path);
+  static void get_Version(XString& out);
+
+  bool get_LastMethodSuccess() const;
+  void put_LastMethodSuccess(bool success);
+
+  /// A log that holds one line.
+  virtual void injectStatus(const char* name, bool success);
+  virtual void injectError(const char* name, const char* text);
+  /// "SingleThreaded" and "MultiThreaded" switch the locks of objects made from now on.
+  virtual void put_UncommonOptions(XString& options);
+  virtual bool get_VerboseLogging();
+  virtual void put_VerboseLogging(bool on);
+  virtual void get_DebugLogFilePath(XString& path);
+  virtual void put_DebugLogFilePath(XString& path);
+
+ protected:
+  ~ClsBase() override;
+
+  _ckLogger m_log;
+
+ private:
+  static constexpr std::uint32_t kMagic = 0x991144AA;
+
+  void renderLog(bool (LogBase::*render)(StringBuffer&), XString& out);
+
+  std::uint32_t m_validity = kMagic;
+  std::atomic<bool> m_lastMethodSuccess{true};
+};

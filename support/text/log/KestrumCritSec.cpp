@@ -1,0 +1,40 @@
+#include "KestrumCritSec.h"
+
+#include "CkMemory.h"
+#include "LogBase.h"
+#include "Psdk.h"
+
+KestrumCritSec::KestrumCritSec() {
+  if (!LogBase::m_singleThreaded) m_mutex.emplace();
+}
+
+KestrumCritSec::~KestrumCritSec() { ckClearValidity(m_validity); }
+
+void KestrumCritSec::enterCriticalSection() {
+  if (m_validity != kMagic) {
+    Psdk::badObjectFound();
+    return;
+  }
+  if (m_mutex) m_mutex->lock();
+}
+
+void KestrumCritSec::leaveCriticalSection() {
+  if (m_validity != kMagic) {
+    Psdk::badObjectFound();
+    return;
+  }
+  if (m_mutex) m_mutex->unlock();
+}
+
+CritSecExitor::CritSecExitor(KestrumCritSec* lock) : m_lock(lock) {
+  if (m_lock != nullptr) m_lock->enterCriticalSection();
+}
+
+CritSecExitor::~CritSecExitor() {
+  if (m_validity != kMagic) {
+    Psdk::corruptObjectFound();
+    return;
+  }
+  if (m_lock != nullptr) m_lock->leaveCriticalSection();
+  ckClearValidity(m_validity);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+
+#include "ProtocolSheet.h"
+
+/// What a driver makes of a frame. Outputs that aren't given are 0.
+struct Says {
+  double weight = 0.0;
+  double price = 0.0;
+  double cost = 0.0;
+  long stable = 0;
+  int code = kSuccess;
+  Outcome::Next next = Outcome::Next::EndPoll;
+  /// False for a frame that is none: the outputs stay as they are at the poll's entry.
+  bool good = true;
+};
+
+/// A frame as a scale would send it, and what it means by the scale's protocol.
+struct FrameRow {
+  int model;
+  /// As `frameBytes` takes it.
+  const char* frame;
+  /// What the scale says, or what is odd about it.
+  const char* meaning;
+  Says says;
+};
+
+/// Rows of all models with a protocol; those of one model stand together, the first one good.
+std::span<const FrameRow> frameRows();
+std::span<const FrameRow> frameRowsOf(int model);
+
+/// Stands for what a caller left in an output that the poll doesn't clear at entry.
+inline constexpr double kOfCaller = -77.5;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ProtocolSheet.h"
+
+using FrameBytes = std::vector<std::uint8_t>;
+
+/// Bytes from a text as it stands on a protocol sheet: bytes in hexadecimal and characters between
+/// single quotes, "06 01 02 'S  1.250'". Blanks and bars between them only set apart. Throws
+/// std::invalid_argument for anything else.
+FrameBytes frameBytes(std::string_view text);
+
+/// "06 01 02", for messages.
+std::string inHex(Frame frame);
+
+/// A frame in a heap block of just its length, so that the address sanitizer sees a read of the
+/// first byte behind it.
+class TightFrame {
+ public:
+  explicit TightFrame(Frame bytes);
+  operator Frame() const { return {block_.get(), size_}; }
+
+ private:
+  std::size_t size_;
+  std::unique_ptr<std::uint8_t[]> block_;
+};

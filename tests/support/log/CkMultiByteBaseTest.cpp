@@ -1,0 +1,188 @@
+#include <array>
+#include <new>
+#include <set>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "CkMultiByteBase.h"
+#include "CkSettings.h"
+#include "CkString.h"
+#include "ClsBase.h"
+#include "TempFolder.h"
+#include "XString.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+/// The least that a public class is made of.
+class ClsProbe : public ClsBase {
+ public:
+  explicit ClsProbe(bool* gone = nullptr) : m_gone(gone) {}
+  ~ClsProbe() override {
+    if (m_gone != nullptr) *m_gone = true;
+  }
+  void work(const char* line) {
+    const CritSecExitor lock(this);
+    const LogContextExitor context(*this, "Work");
+    m_log.LogInfo(line);
+    logSuccessFailure(true);
+  }
+
+ private:
+  bool* m_gone;
+};
+
+class CkProbe : public CkMultiByteBase {
+ public:
+  explicit CkProbe(ClsProbe* impl) : CkMultiByteBase(impl) {}
+  void work(const char* line) {
+    if (auto* impl = static_cast<ClsProbe*>(aliveBase())) impl->work(line);
+  }
+};
+
+TEST(CkMultiByteBase, TellsWhatTheLastCallDidAndNothingOlder) {
+  CkProbe probe(new ClsProbe);
+  EXPECT_STREQ(probe.lastErrorText(), "KestrumLog:\n--KestrumLog\n");
+  probe.work("first");
+  probe.work("second");
+  const std::string text = probe.lastErrorText();
+  EXPECT_THAT(text, StartsWith("KestrumLog:\n  Work:\n    DllDate: "));
+  EXPECT_THAT(text, HasSubstr("    KestrumVersion: "));
+  EXPECT_THAT(text, HasSubstr("    VerboseLogging: 0\n    second\n    Success.\n  --Work\n"));
+  EXPECT_THAT(text, testing::Not(HasSubstr("first")));
+  EXPECT_THAT(probe.lastErrorXml(), HasSubstr("<info>Success.</info>\n"));
+  EXPECT_THAT(probe.lastErrorHtml(), HasSubstr("Success.<br>\n"));
+}
+
+TEST(CkMultiByteBase, ADestroyedHandleSaysSo) {
+  alignas(CkProbe) std::array<unsigned char, sizeof(CkProbe)> memory = {};
+  auto* probe = new (memory.data()) CkProbe(new ClsProbe);
+  probe->~CkProbe();
+  EXPECT_STREQ(probe->lastErrorText(), "Not a valid Kestrum object.");
+  EXPECT_STREQ(probe->lastErrorHtml(), "Not a valid Kestrum object.");
+  EXPECT_STREQ(probe->lastErrorXml(), "Not a valid Kestrum object.");
+  EXPECT_STREQ(probe->version(), "Not a valid Kestrum object.");
+  EXPECT_STREQ(probe->debugLogFilePath(), "Not a valid Kestrum object.");
+  CkString text("before");
+  probe->LastErrorText(text);
+  EXPECT_STREQ(text.getUtf8(), "Not a valid Kestrum object.");
+  EXPECT_FALSE(probe->get_VerboseLogging());
+  EXPECT_FALSE(probe->get_LastMethodSuccess());
+  EXPECT_FALSE(probe->SaveLastError("/dev/null"));
+  probe->put_VerboseLogging(true);
+}
+
+TEST(CkMultiByteBase, AHandleWithoutItsInnerObjectSaysSo) {
+  CkProbe probe(nullptr);
+  EXPECT_STREQ(probe.lastErrorText(), "m_base is NULL.");
+  CkString text("before ");
+  probe.LastErrorText(text);
+  EXPECT_STREQ(text.getUtf8(), "before m_base is NULL.");
+  EXPECT_STREQ(probe.version(), "");
+  EXPECT_FALSE(probe.get_LastMethodSuccess());
+  probe.work("nothing");
+}
+
+TEST(CkMultiByteBase, OwnsOneShareOfItsInnerObject) {
+  bool gone = false;
+  auto* impl = new ClsProbe(&gone);
+  impl->incRefCount();
+  { CkProbe probe(impl); }
+  EXPECT_FALSE(gone);
+  impl->deleteSelf();
+  EXPECT_TRUE(gone);
+}
+
+TEST(CkMultiByteBase, AResultOutlivesTheNextNine) {
+  CkProbe probe(new ClsProbe);
+  const char* first = probe.version();
+  const std::string version = first;
+  EXPECT_FALSE(version.empty());
+  std::set<const char*> results = {first};
+  for (int i = 0; i < 9; ++i) results.insert(probe.lastErrorText());
+  EXPECT_EQ(results.size(), 10U);
+  EXPECT_EQ(first, version);
+  probe.clearResultStrings();
+  EXPECT_EQ(probe.version(), version);
+}
+
+TEST(CkMultiByteBase, ResultsAreAnsiUnlessAskedForUtf8) {
+  const int codePage = CkSettings::getAnsiCodePage();
+  CkSettings::setAnsiCodePage(1251);
+  CkProbe probe(new ClsProbe);
+  probe.put_Utf8(true);
+  probe.put_DebugLogFilePath("/tmp/\xD0\x96");
+  EXPECT_STREQ(probe.debugLogFilePath(), "/tmp/\xD0\x96");
+  probe.put_Utf8(false);
+  EXPECT_STREQ(probe.debugLogFilePath(), "/tmp/\xC6");
+  CkSettings::setAnsiCodePage(codePage);
+}
+
+TEST(CkMultiByteBase, KeepsItsProperties) {
+  CkProbe probe(new ClsProbe);
+  EXPECT_TRUE(probe.get_LastMethodSuccess());
+  probe.put_LastMethodSuccess(false);
+  EXPECT_FALSE(probe.get_LastMethodSuccess());
+  EXPECT_FALSE(probe.get_VerboseLogging());
+  probe.put_VerboseLogging(true);
+  EXPECT_TRUE(probe.get_VerboseLogging());
+  probe.work("x");
+  EXPECT_THAT(probe.lastErrorText(), HasSubstr("VerboseLogging: 1"));
+}
+
+TEST(CkMultiByteBase, SavesTheLogAsXml) {
+  const fixture::TempFolder folder;
+  CkProbe probe(new ClsProbe);
+  probe.work("here");
+  EXPECT_FALSE(probe.SaveLastError(" "));
+  EXPECT_FALSE(probe.SaveLastError((folder.file("none/log.xml")).c_str()));
+  const std::string path = folder.file("log.xml");
+  for (int i = 0; i < 2; ++i) ASSERT_TRUE(probe.SaveLastError((" " + path + "\n").c_str()));
+  const std::string content = folder.read("log.xml");
+  EXPECT_THAT(content, StartsWith("<KestrumLog>\r\n  <Work>\r\n"));
+  EXPECT_THAT(content, testing::EndsWith("</KestrumLog>\r\n"));
+}
+
+class ProgrammingLanguage : public testing::TestWithParam<int> {
+ protected:
+  ~ProgrammingLanguage() override { CkMultiByteBase::setLastErrorProgrammingLanguage(0); }
+};
+
+TEST_P(ProgrammingLanguage, DecidesAboutLineEnds) {
+  CkMultiByteBase::setLastErrorProgrammingLanguage(GetParam());
+  CkProbe probe(new ClsProbe);
+  EXPECT_STREQ(probe.lastErrorText(), "KestrumLog:\r\n--KestrumLog\r\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(WithCrLf, ProgrammingLanguage,
+                         testing::Values(1, 2, 3, 4, 5, 6, 33, 264, 464, 564, 664));
+
+TEST(ClsBase, InjectsALogOfOneLine) {
+  ClsProbe probe;
+  XString text;
+  probe.injectError("Fetch", "lost");
+  probe.get_LastErrorText(text);
+  EXPECT_THAT(text.getUtf8(), HasSubstr("    lost\n  --Fetch\n"));
+  probe.injectStatus("Fetch", false);
+  probe.get_LastErrorText(text);
+  EXPECT_THAT(text.getUtf8(), HasSubstr("    Failed.\n  --Fetch\n"));
+}
+
+TEST(ClsBase, LocksDoNothingInASingleThreadedProcess) {
+  ClsProbe options;
+  XString text;
+  text.setFromUtf8("SingleThreaded");
+  options.put_UncommonOptions(text);
+  {
+    ClsProbe unlocked;  // made without a lock, and still without one when the switch is back
+    text.setFromUtf8("multithreaded");
+    options.put_UncommonOptions(text);
+    unlocked.work("x");
+  }
+  EXPECT_FALSE(LogBase::m_singleThreaded);
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace weigh {
+
+/// What a settings file says of one scale, as far as the tool shows it.
+struct SettingsEntry {
+  std::string id;
+  int model;
+  bool network;
+  /// Device path or host.
+  std::string port;
+  /// Line speed or TCP port.
+  int rate;
+
+  /// "/dev/ttyS0 9600", "192.168.0.200:20108".
+  std::string line() const;
+};
+
+std::filesystem::path settingsFileOf(const std::filesystem::path& folder);
+
+/// The scales of a folder's settings file by ascending element number; of those with the same id
+/// the last, which is the one that the component keeps. Throws Failure where there is no such
+/// document.
+std::vector<SettingsEntry> readSettings(const std::filesystem::path& folder);
+
+}  // namespace weigh

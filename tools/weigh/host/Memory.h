@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <unordered_set>
+
+#include "Platform.h"
+
+namespace host {
+
+/// The platform's memory, with an account of every block. It must outlive the component that it
+/// is given to. Used by one thread.
+class Memory final : public IMemoryManager {
+ public:
+  Memory() = default;
+  /// Frees what nobody did.
+  ~Memory() override;
+  Memory(const Memory&) = delete;
+  Memory& operator=(const Memory&) = delete;
+
+  bool AllocMemory(void** memory, unsigned long bytes) override;
+  void FreeMemory(void** memory) override;
+
+  /// Blocks that were handed out and not freed yet.
+  std::size_t live() const { return blocks_.size(); }
+  /// Attempts to free what this manager never gave, or gave and took back already.
+  std::size_t foreignFrees() const { return foreignFrees_; }
+
+ private:
+  std::unordered_set<void*> blocks_;
+  std::size_t foreignFrees_ = 0;
+};
+
+}  // namespace host

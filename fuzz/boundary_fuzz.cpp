@@ -14,12 +14,12 @@
 #include <fstream>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "HostObject.h"
 #include "MemoryManager.h"
 #include "Platform.h"
+#include "Variant.h"
 
 extern "C" long GetClassObject(const WCHAR_T* name, IComponentBase** object);
 extern "C" long DestroyObject(IComponentBase** object);
@@ -32,17 +32,8 @@ void check(bool holds) {
   if (!holds) std::abort();
 }
 
-std::vector<WCHAR_T> units(std::u16string_view text) {
-  std::vector<WCHAR_T> result(text.begin(), text.end());
-  result.push_back(0);
-  return result;
-}
-
-std::u16string utf16(const WCHAR_T* text) {
-  std::u16string result;
-  while (*text != 0) result += static_cast<char16_t>(*text++);
-  return result;
-}
+using fixture::units;
+using fixture::utf16;
 
 /// A component's folder with emulators, scales without a line, and entries that are no scales.
 const std::u16string& folder() {

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # Set-up of a Debian 12 machine, sourced by the other scripts: checks for what a build needs and
 # installs what is missing. Quick when nothing is.
 #
@@ -29,8 +30,9 @@ missing_packages() {
 
 # Installs those of the packages that are missing.
 set_up() {
-  command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
+  if ! command -v apt-get >/dev/null; then
     set_up_fail "this is no Debian: install the equivalents of $* and run cmake --preset release."
+  fi
   local missing
   mapfile -t missing < <(missing_packages "$@")
   ((${#missing[@]})) || return 0
@@ -42,10 +44,10 @@ set_up() {
     as_root=(sudo)
   fi
   echo "Installing ${missing[*]} ..."
-  # A proxy or mirror that is set up for this user has to reach apt through sudo.
   local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq)
-  "${apt[@]}" update && "${apt[@]}" install --no-install-recommends -y "${missing[@]}" >/dev/null ||
+  if ! { "${apt[@]}" update && "${apt[@]}" install --no-install-recommends -y "${missing[@]}" >/dev/null; }; then
     set_up_fail "apt could not install ${missing[*]}; what it said stands above."
+  fi
 }
 
 # Configures (once) and builds the targets of a preset, all without targets. Says nothing unless

@@ -21,7 +21,6 @@ struct Generations {
   KestrumCritSec lock;
   std::unique_ptr<_ckHashMap> fresh = std::make_unique<_ckHashMap>(kBuckets);
   std::unique_ptr<_ckHashMap> old;
-  bool finalized = false;
 
   void rotate() {
     old = std::move(fresh);
@@ -58,7 +57,6 @@ void DnsCache::dnsCacheInsert(const StringBuffer& host, const StringBuffer& addr
   if (!m_dnsCachingEnabled) return;
   Generations& cache = generations();
   const CritSecExitor lock(&cache.lock);
-  if (cache.finalized) return;
   if (host.empty()) {
     cache.rotate();
     return;
@@ -74,14 +72,5 @@ bool DnsCache::dnsCacheLookup(const StringBuffer& host, StringBuffer& address) {
   if (!m_dnsCachingEnabled) return false;
   Generations& cache = generations();
   const CritSecExitor lock(&cache.lock);
-  if (cache.finalized) return false;
   return lookupIn(cache.fresh.get(), host, address) || lookupIn(cache.old.get(), host, address);
-}
-
-void DnsCache::finalize() {
-  Generations& cache = generations();
-  const CritSecExitor lock(&cache.lock);
-  cache.finalized = true;
-  cache.fresh.reset();
-  cache.old.reset();
 }

@@ -17,6 +17,4 @@ class DnsCache {
   /// An empty host only makes the new generation the old one.
   static void dnsCacheInsert(const StringBuffer& host, const StringBuffer& address);
   static bool dnsCacheLookup(const StringBuffer& host, StringBuffer& address);
-  /// Frees the records; from now on the cache does nothing.
-  static void finalize();
 };

@@ -96,7 +96,6 @@ bool KestrumSocket::sockSend(const unsigned char* data, std::uint32_t size,
     } else {
       log.LogError("Error sending on socket (1)");
       reportSocketError(error, params, log);
-      m_lastSendError = error;
       ensureSocketClosed();
       return false;
     }

@@ -59,7 +59,6 @@ class KestrumSocket {
   int getSocketFd() const { return m_socketFd; }
   /// The address connected to, or tried last.
   const StringBuffer& lastConnectedIp() const { return m_lastConnectedIp; }
-  int lastSendError() const { return m_lastSendError; }
 
  private:
   static constexpr std::uint32_t kMagic = 0x4901FB2A;
@@ -107,7 +106,6 @@ class KestrumSocket {
   std::atomic<bool> m_isConnected{false};
   std::atomic<bool> m_finSent{false};
   std::atomic<int> m_socketFd{-1};
-  int m_lastSendError = 0;
   StringBuffer m_lastConnectedIp;
   int m_gaiStatus = 0;
 };

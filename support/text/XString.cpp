@@ -108,6 +108,15 @@ void XString::releaseWide() {
   }
 }
 
+/// Drops a form that isn't valid any more. A secure text leaves no bytes of it behind.
+void XString::emptyForm(StringBuffer& form) {
+  if (m_secure) {
+    form.strongClear();
+  } else {
+    form.weakClear();
+  }
+}
+
 void XString::clear() {
   if (m_secure) {
     m_sbAnsi.secureClear();
@@ -198,7 +207,7 @@ bool XString::setFromAnsiN(const char* text, std::size_t n) {
   fresh.setSecureBuf(m_secure);
   const bool ok = fresh.appendN(text, n);
   m_sbAnsi.takeSb(fresh);
-  m_sbUtf8.weakClear();
+  emptyForm(m_sbUtf8);
   releaseWide();
   onlyAnsi();
   return ok;
@@ -275,13 +284,15 @@ bool XString::takeFromUtf8Db(DataBuffer& bytes) {
   if (_ckUtf::hasUtf8Preamble(bytes.getData2(), bytes.getSize())) {
     bytes.removeHead(static_cast<std::uint32_t>(kUtf8Mark.size()));
   }
-  weakClear();
+  emptyForm(m_sbAnsi);
+  releaseWide();
   onlyUtf8();
   return m_sbUtf8.takeFromDb(bytes);
 }
 
 bool XString::takeFromAnsiDb(DataBuffer& bytes) {
-  weakClear();
+  emptyForm(m_sbUtf8);
+  releaseWide();
   onlyAnsi();
   return m_sbAnsi.takeFromDb(bytes);
 }
@@ -322,7 +333,11 @@ bool XString::appendWide(const Unit* text, std::size_t n) {
     if (!copy.append(text, size)) return false;
     text = reinterpret_cast<const Unit*>(copy.getData2());
   }
-  makeWide(kUtf16);
+  if (isEmpty()) {
+    m_wide.clear();
+  } else {
+    makeWide(kUtf16);
+  }
   onlyWide(kUtf16);
   if (m_wide.getSize() >= sizeof(Unit)) m_wide.shorten(sizeof(Unit));
   // Twice what is needed for a text that grows; what doesn't fit fails below.

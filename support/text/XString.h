@@ -157,6 +157,7 @@ class XString : public KestrumObject {
   void onlyWide(bool utf16);
   std::uint32_t wideWidth() const { return m_wideIsUtf16 ? 2 : 4; }
   std::uint32_t wideSize() const;
+  void emptyForm(StringBuffer& form);
   void releaseWide();
   void terminateWide();
   bool makeWide(bool utf16);

@@ -38,22 +38,19 @@ bool convert(int from, int to, const void* p, std::size_t n, DataBuffer& out) {
 StringBuffer& XString::getUtf8Sb() {
   if (m_utf8Ready) return m_sbUtf8;
   if (m_ansiReady) {
-    const std::uint32_t n = m_sbAnsi.getSize();
     DataBuffer utf8;
     utf8.setSecure(m_secure);
-    utf8.ensureBuffer(n + n / 16 + 4);
-    convert(Psdk::getAnsiCodePage(), kUtf8, m_sbAnsi.getString(), n, utf8);
+    convert(Psdk::getAnsiCodePage(), kUtf8, m_sbAnsi.getString(), m_sbAnsi.getSize(), utf8);
     m_sbUtf8.takeFromDb(utf8);
     m_utf8Ready = true;
   } else if (m_wideReady) {
     if (wideSize() != 0) {
       DataBuffer utf8;
       utf8.setSecure(m_secure);
-      utf8.ensureBuffer(m_wide.getSize());
       convert(m_wideIsUtf16 ? kUtf16 : kUtf32, kUtf8, m_wide.getData2(), wideSize(), utf8);
       m_sbUtf8.takeFromDb(utf8);
     } else {
-      m_sbUtf8.weakClear();
+      emptyForm(m_sbUtf8);
     }
     m_utf8Ready = true;
     m_sbUtf8.minimizeMemoryUsage();
@@ -84,18 +81,16 @@ StringBuffer& XString::getAnsiSb() {
   if (m_utf8Ready) {
     DataBuffer bytes;
     bytes.setSecure(m_secure);
-    bytes.ensureBuffer(m_sbUtf8.getSize() + 1);
     m_ansiReady = convert(kUtf8, ansi, m_sbUtf8.getString(), m_sbUtf8.getSize(), bytes);
     m_sbAnsi.takeFromDb(bytes);
   } else if (m_wideReady) {
     DataBuffer bytes;
     bytes.setSecure(m_secure);
     if (wideSize() != 0) {
-      bytes.ensureBuffer(wideSize() / wideWidth() + 1);
       m_ansiReady =
           convert(m_wideIsUtf16 ? kUtf16 : kUtf32, ansi, m_wide.getData2(), wideSize(), bytes);
     }
-    m_sbAnsi.weakClear();
+    emptyForm(m_sbAnsi);
     m_sbAnsi.append(bytes);
     m_sbAnsi.minimizeMemoryUsage();
   }
@@ -112,7 +107,6 @@ bool XString::makeWide(bool utf16) {
   DataBuffer wide;
   wide.setSecure(m_secure);
   if (m_wideReady) {
-    wide.ensureBuffer(utf16 ? m_wide.getSize() : m_wide.getSize() * 2 + 4);
     convert(m_wideIsUtf16 ? kUtf16 : kUtf32, target, m_wide.getData2(), wideSize(), wide);
   } else if (m_utf8Ready || m_ansiReady) {
     const StringBuffer& bytes = m_utf8Ready ? m_sbUtf8 : m_sbAnsi;

@@ -41,7 +41,7 @@ class FrameFuzz : public testing::TestWithParam<int> {
 
   void judge(const FrameBytes& bytes) {
     const TightFrame frame(bytes);
-    SCOPED_TRACE("model " + std::to_string(GetParam()) + ": " + inHex(frame));
+    SCOPED_TRACE("model " + std::to_string(GetParam()) + ": " + fixture::hex(frame));
     Reading reading;
     if (sheet_.glance != nullptr) sheet_.glance(frame, reading);
     if (!sheet_.isGood(frame)) return;

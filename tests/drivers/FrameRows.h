@@ -29,6 +29,3 @@ struct FrameRow {
 /// Rows of all models with a protocol; those of one model stand together, the first one good.
 std::span<const FrameRow> frameRows();
 std::span<const FrameRow> frameRowsOf(int model);
-
-/// Stands for what a caller left in an output that the poll doesn't clear at entry.
-inline constexpr double kOfCaller = -77.5;

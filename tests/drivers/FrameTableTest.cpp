@@ -8,6 +8,9 @@
 
 namespace {
 
+/// What a caller left in an output that the poll doesn't clear at entry.
+constexpr double kOfCaller = -77.5;
+
 Reading atEntry(const ProtocolSheet& sheet) {
   if (sheet.atEntry == AtEntry::AllZero) return {};
   return {kOfCaller, kOfCaller, kOfCaller, sheet.atEntry == AtEntry::Stable ? 1 : 0};
@@ -21,8 +24,8 @@ TEST_P(FrameTable, SaysWhatTheProtocolSays) {
   int badFrames = 0;
   for (const FrameRow& row : frameRowsOf(GetParam())) {
     const TightFrame frame(frameBytes(row.frame));
-    SCOPED_TRACE("model " + std::to_string(row.model) + ": " + inHex(frame) + " (" + row.meaning +
-                 ")");
+    SCOPED_TRACE("model " + std::to_string(row.model) + ": " + fixture::hex(frame) + " (" +
+                 row.meaning + ")");
     Reading reading = atEntry(sheet);
     if (sheet.glance != nullptr) sheet.glance(frame, reading);
     const bool good = sheet.isGood(frame);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
+#include <string>
 
 FrameBytes frameBytes(std::string_view text) {
   FrameBytes bytes;
@@ -27,16 +28,6 @@ FrameBytes frameBytes(std::string_view text) {
     }
   }
   return bytes;
-}
-
-std::string inHex(Frame frame) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : frame) {
-    if (!text.empty()) text += ' ';
-    text += {kDigits[byte >> 4U], kDigits[byte & 0x0FU]};
-  }
-  return text;
 }
 
 TightFrame::TightFrame(Frame bytes) : size_(bytes.size()), block_(new std::uint8_t[bytes.size()]) {

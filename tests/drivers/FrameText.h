@@ -2,21 +2,17 @@
 
 #include <cstddef>
 #include <memory>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "ProtocolSheet.h"
+#include "Wire.h"
 
-using FrameBytes = std::vector<std::uint8_t>;
+using FrameBytes = fixture::Bytes;
 
 /// Bytes from a text as it stands on a protocol sheet: bytes in hexadecimal and characters between
 /// single quotes, "06 01 02 'S  1.250'". Blanks and bars between them only set apart. Throws
 /// std::invalid_argument for anything else.
 FrameBytes frameBytes(std::string_view text);
-
-/// "06 01 02", for messages.
-std::string inHex(Frame frame);
 
 /// A frame in a heap block of just its length, so that the address sanitizer sees a read of the
 /// first byte behind it.

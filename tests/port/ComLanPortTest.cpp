@@ -55,9 +55,7 @@ std::string awaitHex(COrbComLanPort& port, unsigned long size) {
   return result;
 }
 
-int write(COrbComLanPort& port, const Bytes& data) {
-  return port.write(data.data(), data.size());
-}
+int write(COrbComLanPort& port, const Bytes& data) { return port.write(data.data(), data.size()); }
 
 TEST(ComLanPort, ThatNeverOpenedAnswersByItsCodes) {
   COrbComLanPort port;
@@ -148,20 +146,27 @@ TEST(ComLanPort, ARefusedSettingClosesTheLineAndStays) {
   EXPECT_EQ(port.getBitRate(), 56000U);
 }
 
-TEST(ComLanPort, FindsASerialLineThatVanishedByWriting) {
-  PtyLine line;
-  COrbComLanPort port(line.path().c_str());
-  line.unplug();
-  EXPECT_EQ(port.getState(), kConnected);
-  EXPECT_EQ(readHex(port, 8), "");
-  EXPECT_EQ(write(port, bytes("05")), -2);
-  EXPECT_EQ(port.getState(), kNotConnected);
-  EXPECT_EQ(write(port, bytes("05")), -1);
-  EXPECT_EQ(port.Open(), 1);
-  line.plugIn();
-  EXPECT_EQ(port.Open(), 0);
-  line.send(bytes("07"));
-  EXPECT_EQ(readHex(port, 8), "07");
+TEST(ComLanPort, FindsASerialLineDeadAndOpensItAgain) {
+  const std::array<std::function<void(COrbComLanPort&)>, 3> transfers = {
+      [](COrbComLanPort& p) { EXPECT_EQ(readHex(p, 8), ""); },
+      [](COrbComLanPort& p) { EXPECT_EQ(write(p, bytes("05")), -2); },
+      [](COrbComLanPort& p) { EXPECT_EQ(p.setBitRate(9600), -2); }};
+  for (const auto& transfer : transfers) {
+    PtyLine line;
+    COrbComLanPort port(line.path().c_str());
+    line.unplug();
+    // The line object exists until a transfer meets the hang-up.
+    EXPECT_EQ(port.getState(), kConnected);
+    transfer(port);
+    EXPECT_EQ(port.getState(), kNotConnected);
+    EXPECT_EQ(readHex(port, 8), "");
+    EXPECT_EQ(write(port, bytes("05")), -1);
+    EXPECT_EQ(port.Open(), 1);
+    line.plugIn();
+    EXPECT_EQ(port.Open(), 0);
+    line.send(bytes("07"));
+    EXPECT_EQ(readHex(port, 8), "07");
+  }
 }
 
 TEST(ComLanPort, CantOpenWhatIsntThere) {
@@ -268,24 +273,23 @@ TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
 }
 
 TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
-  Milestone halfClosed;
-  fixture::Received received;
-  TcpPeer peer([&](TcpWire& wire) {
-    wire.send(bytes("06 01 02"));
-    wire.halfClose();
-    halfClosed.reach();
-    received.add(wire.receive(1));
-  });
-  COrbComLanPort port(TcpPeer::kHost, peer.port());
-  ASSERT_TRUE(halfClosed.wait());
-  EXPECT_EQ(port.getState(), kConnected);
-  EXPECT_EQ(readHex(port, 2), "06 01");
-  EXPECT_EQ(write(port, bytes("05")), 1);
-  EXPECT_EQ(hex(received.waitFor(1)), "05");
-  // The last byte is lost to a read that asks for two, and the line is found dead.
-  EXPECT_EQ(readHex(port, 2), "");
-  EXPECT_EQ(port.getState(), kNotConnected);
-  EXPECT_EQ(write(port, bytes("05")), 0);
+  for (const unsigned long size : {3UL, 4UL}) {
+    Milestone halfClosed;
+    TcpPeer peer([&](TcpWire& wire) {
+      wire.send(bytes("06 01 02"));
+      wire.halfClose();
+      halfClosed.reach();
+      wire.receive(1);
+    });
+    COrbComLanPort port(TcpPeer::kHost, peer.port());
+    ASSERT_TRUE(halfClosed.wait());
+    EXPECT_EQ(port.getState(), kConnected);
+    // A read that asks for more than came loses it, and finds the line dead.
+    EXPECT_EQ(readHex(port, size), size == 3 ? "06 01 02" : "");
+    EXPECT_EQ(port.getState(), kNotConnected);
+    EXPECT_EQ(readHex(port, 1), "");
+    EXPECT_EQ(write(port, bytes("05")), 0);
+  }
 }
 
 TEST(ComLanPort, SendsMoreThanTheLineTakesAtOnce) {

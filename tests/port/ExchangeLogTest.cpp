@@ -3,7 +3,7 @@
 
 #include <array>
 #include <ctime>
-#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -33,21 +33,40 @@ std::string header(const std::string& label, const std::string& size,
          "\r\n  N     1  2  3  4  5  6  7  8  9 10   11 12 13 14 15 16 17 18 19 20\r\n\r\n";
 }
 
-std::string masked(const std::string& log) {
-  static const std::regex time(R"(\d+-\d\d-\d\d \d\d:\d\d:\d\d\.000)");
-  return std::regex_replace(log, time, "<time>");
+/// Calls `visit(begin, end)` for the header line of each record, which holds label, time and size.
+template <typename Visit>
+void eachHeader(const std::string& log, Visit visit) {
+  for (std::size_t at = 0; (at = log.find(" ---- Bytes:", at)) != std::string::npos; ++at) {
+    visit(log.rfind('\n', at) + 1, at);
+  }
 }
 
-/// The log as "label size" a record, with the text of system records.
+std::string masked(const std::string& log) {
+  constexpr std::size_t kLabel = 11;  // nine characters and two blanks
+  std::string result;
+  std::size_t copied = 0;
+  eachHeader(log, [&](std::size_t begin, std::size_t end) {
+    result += log.substr(copied, begin + kLabel - copied) + "<time>";
+    copied = end;
+  });
+  return result + log.substr(copied);
+}
+
+/// The log as "kind size" a record, and system records as their text.
 std::vector<std::string> records(const std::string& log) {
-  static const std::regex record(
-      R"((SYS|OUT|IN) [^\r]*Bytes: *(\d+) -----\r\n[^\r]*\r\n[^\r]*\r\n\r\n\d{5}:.{66}([^\r]*)\r\n)");
+  constexpr std::size_t kTextColumn = 72;  // position, twenty bytes and the bar between
   std::vector<std::string> result;
-  for (std::sregex_iterator at(log.begin(), log.end(), record), end; at != end; ++at) {
-    std::string text = (*at)[3];
-    text.erase(text.find_last_not_of(' ') + 1);
-    result.push_back((*at)[1] == "SYS" ? text : (*at)[1].str() + " " + (*at)[2].str());
-  }
+  eachHeader(log, [&](std::size_t begin, std::size_t end) {
+    std::istringstream record(log.substr(begin));
+    std::string kind;
+    std::string line;
+    record >> kind;
+    for (int i = 0; i < 5; ++i) std::getline(record, line);  // header, connection, ruler, blank
+    std::string text = line.substr(kTextColumn);
+    text.erase(text.find_last_not_of(" \r") + 1);
+    const int size = std::stoi(log.substr(end + std::string(" ---- Bytes:").size()));
+    result.push_back(kind == "SYS" ? text : kind + " " + std::to_string(size));
+  });
   return result;
 }
 

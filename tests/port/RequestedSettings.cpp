@@ -1,7 +1,8 @@
 #include "RequestedSettings.h"
 
-#include <cerrno>
 #include <dlfcn.h>
+
+#include <cerrno>
 
 namespace fixture {
 
@@ -11,12 +12,8 @@ RequestedSettings* current = nullptr;
 
 }  // namespace
 
-RequestedSettings::RequestedSettings() {
-  current = this;
-}
-RequestedSettings::~RequestedSettings() {
-  current = nullptr;
-}
+RequestedSettings::RequestedSettings() { current = this; }
+RequestedSettings::~RequestedSettings() { current = nullptr; }
 
 bool RequestedSettings::take(const termios& settings) {
   requests_.push_back(settings);

@@ -235,7 +235,7 @@ inline constexpr Text kNoSettings = {"there is no {0}", "нет файла {0}"}
 inline constexpr Text kNoSettingsRemedy = {
     "Name the component's folder: the one whose settings.xml lists the scales.",
     "Укажите папку компоненты: ту, где settings.xml перечисляет весы."};
-inline constexpr Text kBadSettings = {"{0} is no XML document", "{0} не является документом XML"};
+inline constexpr Text kBadSettings = {"{0} can't be read", "{0} не читается"};
 inline constexpr Text kEmptySettings = {"{0} names no scale", "в {0} нет ни одних весов"};
 inline constexpr Text kEmptySettingsRemedy = {
     "Scales are elements SCALES0 to SCALES99 under the root, each with its number in fNum.",

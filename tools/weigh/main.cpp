@@ -84,7 +84,7 @@ ExitCode parseAndRun(int argc, char** argv) {
   CLI::App app(say(text::kAbout), "weigh");
   nameHelpParts(app);
   app.option_defaults()->group(say(text::kOptionsGroup));
-  app.set_help_flag("-h,--help", say(text::kHelpFlag));
+  app.set_help_flag("-h,--help", say(text::kHelpFlag))->group(say(text::kOptionsGroup));
   app.footer(say(text::kExitCodes));
   app.require_subcommand(1);
 
@@ -116,6 +116,8 @@ ExitCode parseAndRun(int argc, char** argv) {
 CLI::App& weigh::addCommand(CLI::App& app, const CommandHelp& help) {
   CLI::App* command = app.add_subcommand(help.name, say(help.about));
   command->group(say(text::kCommandsGroup));
+  // Inherited from the program, but not with its heading.
+  command->set_help_flag("-h,--help", say(text::kHelpFlag))->group(say(text::kOptionsGroup));
   command->fallthrough();
   const std::string example = fill(text::kExample, {help.example});
   command->footer(help.notes == nullptr ? example : say(*help.notes) + ("\n\n" + example));

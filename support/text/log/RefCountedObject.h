@@ -16,7 +16,6 @@ class RefCountedObject : public KestrumCritSec {
   void decRefCount() noexcept {
     if (--m_refCount == 0) delete this;
   }
-  int getRefCount() const noexcept { return m_refCount; }
 
  protected:
   /// The count deletes the object; only objects on the stack end without it.

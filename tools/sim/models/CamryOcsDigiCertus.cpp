@@ -5,19 +5,14 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
 namespace {
 
 /// Weight in six digits, price in five, cost in six, as characters, the units first.
-Bytes camryFrame(const Display& display) {
-  return FrameBuilder()
-      .digitsUnitsFirst(display.weight, 6, '0')
-      .digitsUnitsFirst(display.price, 5, '0')
-      .digitsUnitsFirst(display.cost, 6, '0')
-      .take();
-}
+Bytes camryFrame(const Display& display) { return unitsFirstFrame(display, 5, '0'); }
 
 /// 7F channel | 0 5 2 ! 0 | flags | exclusive or of offsets 1 to 7
 ///

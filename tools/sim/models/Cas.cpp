@@ -3,6 +3,7 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
@@ -44,16 +45,12 @@ Bytes casLp16Frame(const Display& display) {
 }
 
 /// Weight, price and cost in six digits each, as numbers, the units first.
-Bytes uns2Frame(const Display& display) {
-  return FrameBuilder()
-      .digitsUnitsFirst(display.weight, 6, 0)
-      .digitsUnitsFirst(display.price, 6, 0)
-      .digitsUnitsFirst(display.cost, 6, 0)
-      .take();
-}
+Bytes uns2Frame(const Display& display) { return unitsFirstFrame(display, 6, 0); }
 
 ScaleModel cas(int number) {
   return {.number = number,
+          // The ENQ alone gets no answer: a real scale says ACK to it, and the reader, who listens
+          // only behind the DC1, would take two in a row for a broken frame.
           .commands = {{Action::Weigh, {ENQ, DC1}}},
           .weight = {.places = 7, .sign = Sign::Inside, .pointInside = true},
           .decimals = {.fewest = 0, .most = 4, .usual = 3},

@@ -3,6 +3,7 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
@@ -29,13 +30,7 @@ Bytes snugFrame(const Display& display) {
 }
 
 /// Weight in six digits, price in five, cost in six, as characters, the units first.
-Bytes jplFrame(const Display& display) {
-  return FrameBuilder()
-      .digitsUnitsFirst(display.weight, 6, '0')
-      .digitsUnitsFirst(display.price, 5, '0')
-      .digitsUnitsFirst(display.cost, 6, '0')
-      .take();
-}
+Bytes jplFrame(const Display& display) { return unitsFirstFrame(display, 5, '0'); }
 
 }  // namespace
 

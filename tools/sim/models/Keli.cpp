@@ -5,6 +5,7 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
@@ -22,16 +23,7 @@ Bytes keliFrame(const Display& display) {
       .take();
 }
 
-/// 02 A D sign | 0 0 1 . 2 5 0 | checksum, 2 characters | 03
-Bytes k9Frame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 7;
-  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-  FrameBuilder frame;
-  frame.byte(STX).text("AD").character(display.negative() ? '-' : '+');
-  frame.text(rightAligned(decimalText(display.magnitude(), display.decimals), kWeightPlaces, '0'));
-  const std::uint8_t sum = frame.xorFrom(1);
-  return frame.character(kHexDigits[sum >> 4]).character(kHexDigits[sum & 0x0F]).byte(ETX).take();
-}
+Bytes k9Frame(const Display& display) { return addressedFrame(display, '+'); }
 
 /// 01 03 08 | 0 0 0 1 2 5 0 | decimals | CRC, 2
 ///

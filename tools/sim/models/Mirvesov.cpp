@@ -3,6 +3,7 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
@@ -10,27 +11,24 @@ namespace {
 
 constexpr std::uint8_t kAddress = 0x40;
 
-char signCharacter(const Display& display) { return display.negative() ? '-' : ' '; }
+/// The part that both modes of the A9 have: sign | 0 0 1 2 5 0 | decimals | checksum, 2 nibbles |
+/// 03. The checksum is the exclusive or of all behind the 02.
+Bytes finishA9(FrameBuilder frame, const Display& display) {
+  constexpr int kWeightPlaces = 6;
+  frame.character(display.negative() ? '-' : ' ')
+      .text(digitText(display.magnitude(), kWeightPlaces))
+      .character(static_cast<char>('0' + display.decimals));
+  const std::uint8_t sum = frame.xorFrom(1);
+  return frame.byte(sum >> 4U).byte(sum & 0x0FU).byte(ETX).take();
+}
 
-/// 02 40 D sign | 0 0 1 2 5 0 | decimals | checksum, 2 nibbles | 03
+/// 02 40 D, then as above
 Bytes a9Frame(const Display& display) {
-  FrameBuilder frame;
-  frame.byte(STX).byte(kAddress).character('D').character(signCharacter(display));
-  frame.text(digitText(display.magnitude(), 6));
-  frame.character(static_cast<char>('0' + display.decimals));
-  const std::uint8_t sum = frame.xorFrom(1);
-  return frame.byte(sum >> 4).byte(sum & 0x0F).byte(ETX).take();
+  return finishA9(FrameBuilder().byte(STX).byte(kAddress).character('D'), display);
 }
 
-/// 02 sign | 0 0 1 2 5 0 | decimals | checksum, 2 nibbles | 03
-Bytes a9StreamFrame(const Display& display) {
-  FrameBuilder frame;
-  frame.byte(STX).character(signCharacter(display));
-  frame.text(digitText(display.magnitude(), 6));
-  frame.character(static_cast<char>('0' + display.decimals));
-  const std::uint8_t sum = frame.xorFrom(1);
-  return frame.byte(sum >> 4).byte(sum & 0x0F).byte(ETX).take();
-}
+/// 02, then as above
+Bytes a9StreamFrame(const Display& display) { return finishA9(FrameBuilder().byte(STX), display); }
 
 /// w 0 | _ _ _ _ 1 . 2 5 0 | CR LF
 Bytes a12Frame(const Display& display) {
@@ -70,16 +68,7 @@ void notValidIsZero(const Display& display, Reading& reading) {
   reading.stable = false;
 }
 
-/// 02 A D sign | 0 0 0 1 2 5 0 | checksum, 2 characters | 03
-Bytes ds2Frame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 7;
-  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-  FrameBuilder frame;
-  frame.byte(STX).text("AD").character(signCharacter(display));
-  frame.text(rightAligned(decimalText(display.magnitude(), display.decimals), kWeightPlaces, '0'));
-  const std::uint8_t sum = frame.xorFrom(1);
-  return frame.character(kHexDigits[sum >> 4]).character(kHexDigits[sum & 0x0F]).byte(ETX).take();
-}
+Bytes ds2Frame(const Display& display) { return addressedFrame(display, ' '); }
 
 constexpr Text kDs2Remark = {
     "the component leaves the point of the weight out, so a weight with decimals comes out too "

@@ -5,6 +5,7 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
@@ -13,13 +14,7 @@ namespace {
 constexpr std::uint8_t kDeviceAddress = 0x00;
 
 /// Weight, price and cost in six digits each, as numbers, the units first.
-Bytes vtaFrame(const Display& display) {
-  return FrameBuilder()
-      .digitsUnitsFirst(display.weight, 6, 0)
-      .digitsUnitsFirst(display.price, 6, 0)
-      .digitsUnitsFirst(display.cost, 6, 0)
-      .take();
-}
+Bytes vtaFrame(const Display& display) { return unitsFirstFrame(display, 6, 0); }
 
 /// A cost that equals the weight in grams is worked out again by the component, and a poll whose
 /// numbers don't agree ends with code 1.

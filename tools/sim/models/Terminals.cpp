@@ -3,6 +3,7 @@
 #include "FrameBuilder.h"
 #include "ModelGroups.h"
 #include "Readings.h"
+#include "SharedFrames.h"
 
 namespace sim {
 
@@ -37,13 +38,7 @@ Bytes hbmFrame(const Display& display) {
 }
 
 /// Weight, price and cost in six digits each, as characters, the units first.
-Bytes icsFrame(const Display& display) {
-  return FrameBuilder()
-      .digitsUnitsFirst(display.weight, 6, '0')
-      .digitsUnitsFirst(display.price, 6, '0')
-      .digitsUnitsFirst(display.cost, 6, '0')
-      .take();
-}
+Bytes icsFrame(const Display& display) { return unitsFirstFrame(display, 6, '0'); }
 
 /// "SUI? -    1.250 kg " CR LF
 ///

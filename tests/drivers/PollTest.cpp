@@ -1,0 +1,319 @@
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "DriverHarness.h"
+#include "FrameText.h"
+#include "PolledScales.h"
+
+// How a poll goes on and ends when scale and line don't behave, on both kinds of line.
+
+namespace {
+
+constexpr const char* kCasRequest = "05 11";
+constexpr const char* kCasFrame = "06 01 02 'S  1.250kg ' 03 04";
+constexpr const char* kOtherCasFrame = "06 01 02 'U  2.500kg ' 03 04";
+constexpr const char* kBadCasFrame = "06 01 02 'S  9.999kg ' 03 05";
+
+class Polls : public testing::TestWithParam<Transport> {};
+
+std::string nameOf(const testing::TestParamInfo<Transport>& test) {
+  return test.param == Transport::Pty ? "Pty" : "Tcp";
+}
+INSTANTIATE_TEST_SUITE_P(Over, Polls, testing::Values(Transport::Pty, Transport::Tcp), nameOf);
+
+TEST_P(Polls, AnswerStandsAndWhatIsLeftIsDrained) {
+  Pair pair(13, GetParam(), kCasRequest,
+            {"06 01 02 'S  1.250kg ' 03 04 | 06 01 02 'S  9.999kg ' 03 04", kOtherCasFrame});
+  const Poll first = pair.poll();
+  EXPECT_EQ(first.code, kSuccess);
+  EXPECT_EQ(first.reading.weight, 1.25);
+  EXPECT_EQ(first.reading.price, 0.0);
+  EXPECT_EQ(first.reading.cost, 0.0);
+  EXPECT_EQ(first.reading.stable, 1);
+  // The second frame of the first answer has waited on the line since.
+  const Poll second = pair.poll();
+  EXPECT_EQ(second.code, kSuccess);
+  EXPECT_EQ(second.reading.weight, 2.5);
+  EXPECT_EQ(second.reading.stable, 0);
+  EXPECT_EQ(pair.received(4), "05 11 05 11");
+}
+
+TEST_P(Polls, BadFramesEndTheirAttemptsAtOnce) {
+  Pair pair(13, GetParam(), kCasRequest, {kBadCasFrame, kBadCasFrame, kCasFrame});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_EQ(poll.reading.weight, 1.25);
+  EXPECT_EQ(pair.received(6), "05 11 05 11 05 11");
+  EXPECT_LT(poll.slept, milliseconds(3 * (150 + 500)));
+}
+
+TEST_P(Polls, GarbageBeforeTheFrame) {
+  Pair pair(13, GetParam(), kCasRequest, {"'xyz' 06 01 02 'S  1.250kg ' 03 04"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_EQ(poll.reading.weight, 1.25);
+  EXPECT_GE(poll.slept, milliseconds(150 + 3 * 50));
+}
+
+TEST_P(Polls, TenWrongBytesSpendAnAttempt) {
+  Pair pair(13, GetParam(), kCasRequest, {"'wrongwrong' 06 01 02 'S  1.250kg ' 03 04"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoAnswer);
+  EXPECT_EQ(poll.slept, milliseconds(3 * (150 + 500)));
+  EXPECT_EQ(pair.received(6), "05 11 05 11 05 11");
+}
+
+TEST_P(Polls, GarbageShiftsAnAnswerThatHasNoStart) {
+  Pair pair(37, GetParam(), "'W' 0D", {"'?   -1.250 ' 0D 0A", "'   -1.250 ' 0D 0A"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_EQ(poll.reading.weight, -1.25);
+  EXPECT_EQ(pair.received(4), "57 0D 57 0D");
+}
+
+/// A scale that transmits by itself, with lines that aren't to be understood between its frames.
+TEST_P(Polls, FrameOutOfAStream) {
+  Pair pair(33, GetParam(), [](fixture::Wire& wire) {
+    while (wire.send(frameBytes("'noise' 0D 0A | 02 '-001.250' 'kg' 20 0D"))) wire.pause(150);
+  });
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_EQ(poll.reading.weight, -1.25);
+  EXPECT_EQ(poll.reading.stable, 1);
+}
+
+TEST_P(Polls, OneByteAtATime) {
+  struct Slow {
+    int model;
+    std::uint8_t lastOfRequest;
+    const char* answer;
+  };
+  for (const Slow& slow : {Slow{13, 0x11, kCasFrame}, Slow{37, '\r', "'    1.250 ' 0D 0A"},
+                           Slow{16, 0x03, "02 'NW:0001.25' 03"}}) {
+    // A network read gives all that is asked for or nothing, so a line of any length can't come in.
+    if (GetParam() == Transport::Tcp && slow.model == 16) continue;
+    Pair pair(slow.model, GetParam(), [slow](fixture::Wire& wire) {
+      while (wire.isAlive()) {
+        const fixture::Bytes request = wire.receive(1);
+        if (request.empty() || request[0] != slow.lastOfRequest) continue;
+        for (const std::uint8_t byte : frameBytes(slow.answer)) {
+          wire.send({&byte, 1});
+          wire.pause(5);
+        }
+      }
+    });
+    const Poll poll = pair.poll();
+    EXPECT_EQ(poll.code, kSuccess) << "model " << slow.model;
+    EXPECT_EQ(poll.reading.weight, 1.25) << "model " << slow.model;
+  }
+}
+
+TEST_P(Polls, ConnectionIsKeptOrNot) {
+  for (const int leave : {0, 1}) {
+    Pair pair(13, GetParam(), kCasRequest, {kCasFrame}, leave);
+    EXPECT_EQ(pair.isConnected(), leave == 1);
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_EQ(pair.poll().code, kSuccess);
+      EXPECT_EQ(pair.isConnected(), leave == 1);
+    }
+    if (GetParam() == Transport::Tcp) {
+      EXPECT_EQ(pair.connections(), leave == 1 ? 1 : 3);
+    }
+  }
+}
+
+/// Models 28 and 30 are asked three times whatever they answer.
+TEST_P(Polls, LastOfThreeAnswersStands) {
+  Pair pair(28, GetParam(), "2A 03",
+            {"01 00 00 00 00 00 | 00 00 00 00 00 00 | 00 00 00 00 00 00",
+             "02 00 00 00 00 00 | 00 00 00 00 00 00 | 00 00 00 00 00 00",
+             "03 00 00 00 00 00 | 04 00 00 00 00 00 | 05 00 00 00 00 00"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_DOUBLE_EQ(poll.reading.weight, 0.003);
+  EXPECT_DOUBLE_EQ(poll.reading.price, 0.04);
+  EXPECT_DOUBLE_EQ(poll.reading.cost, 0.05);
+  EXPECT_EQ(poll.reading.stable, 0);
+  EXPECT_EQ(pair.received(6), "2A 03 2A 03 2A 03");
+}
+
+TEST_P(Polls, OneAnswerOfThreeIsEnough) {
+  Pair pair(30, GetParam(), "00 00 03", {"'100000' '200000' '300000'", ""});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_DOUBLE_EQ(poll.reading.weight, 0.001);
+  EXPECT_EQ(poll.reading.price, 2.0);
+  EXPECT_EQ(poll.reading.cost, 3.0);
+  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_GE(poll.slept, milliseconds(2 * 300));
+  EXPECT_EQ(pair.received(9), "00 00 03 00 00 03 00 00 03");
+}
+
+/// Model 0: 500 g at 1.00 can't cost 5.00. Such a frame is handed out, but asked again.
+TEST_P(Polls, ImplausibleFrame) {
+  constexpr const char* kImplausible = "00 00 05 00 00 00 | 00 01 00 00 00 00 | 00 00 05 00 00 00";
+  constexpr const char* kGood = "00 00 01 00 00 00 | 00 05 00 00 00 00 | 00 05 00 00 00 00";
+  {
+    Pair pair(0, GetParam(), "00 00 03", {kImplausible});
+    const Poll poll = pair.poll();
+    EXPECT_EQ(poll.code, kNoConnection);
+    EXPECT_EQ(poll.reading.weight, 500.0);
+    EXPECT_EQ(poll.reading.cost, 500.0);
+    EXPECT_EQ(poll.reading.stable, 1);
+    EXPECT_EQ(pair.received(9), "00 00 03 00 00 03 00 00 03");
+  }
+  {
+    Pair pair(0, GetParam(), "00 00 03", {kImplausible, kGood});
+    EXPECT_EQ(pair.poll().code, kSuccess);
+    EXPECT_EQ(pair.received(6), "00 00 03 00 00 03");
+  }
+  Pair pair(0, GetParam(), "00 00 03", {kImplausible, ""});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoConnection) << "silence behind it changes nothing";
+  EXPECT_EQ(poll.reading.weight, 500.0);
+}
+
+/// Model 4: a nibble that is no digit ends the poll and the connection, kept or not.
+TEST_P(Polls, BadNibbleClosesThePort) {
+  Pair pair(4, GetParam(), "3C 00 21 3E", {"3C 00 0A 12 34 07 3E"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoAnswer);
+  EXPECT_EQ(poll.reading.weight, 0.0);
+  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_FALSE(pair.isConnected());
+  EXPECT_EQ(pair.received(4), "3C 00 21 3E");
+}
+
+/// Model 4: the flag of a frame that then fails stays behind.
+TEST_P(Polls, StableOfABadFrame) {
+  Pair pair(4, GetParam(), "3C 00 21 3E", {"3C 00 00 12 34 07 3D"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoAnswer);
+  EXPECT_EQ(poll.reading.weight, 0.0);
+  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_TRUE(pair.isConnected());
+}
+
+/// Model 8: three bytes go out behind the letter, the head of the last answer of this poll.
+TEST_P(Polls, HeadOfTheLastAnswerGoesOut) {
+  Pair pair(8, GetParam(), "'R'", {"'wx   1.250 ' 0A 0D", "", "'ww   1.250 ' 0D 0A"});
+  EXPECT_EQ(pair.poll().code, kSuccess);
+  EXPECT_EQ(pair.received(12), "52 00 00 00 52 77 78 20 52 00 00 00");
+  EXPECT_EQ(pair.poll().code, kSuccess);
+  EXPECT_EQ(pair.received(16).substr(36), "52 00 00 00") << "a new poll begins with zeros";
+}
+
+/// Model 21: a good answer, too, lasts the whole budget.
+TEST_P(Polls, BoundAboveTheFrame) {
+  Pair pair(21, GetParam(), "00 00 03 00 00 00 00 00", {"'432100' '05210' '245100'"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kSuccess);
+  EXPECT_DOUBLE_EQ(poll.reading.weight, 1.234);
+  EXPECT_EQ(poll.slept, milliseconds(300));
+}
+
+/// What ends a poll with another code than silence.
+TEST_P(Polls, EndAtOnce) {
+  struct Ending {
+    int model;
+    const char* request;
+    const char* answer;
+    int code;
+    double weight;
+  };
+  for (const Ending& ending :
+       {Ending{3, "'G01W' 0D 0A", "'R01E01.250' 0D 0A", kUnknown, 1.25},
+        Ending{3, "'G01W' 0D 0A", "'R01?01.250' 0D 0A", kUnknown, 0.0},
+        Ending{14, "01 89", "01 80 AA C1 10 27 01 00 00 00 01 00 00 00 00 00 00 00", kOverload, 0},
+        Ending{11, "'20050027:' 0D 0A", "'81050027:  NOT READY NOW    ' 0D 0A", kNoAnswer, 0.0}}) {
+    Pair pair(ending.model, GetParam(), ending.request, {ending.answer}, 0);
+    const Poll poll = pair.poll();
+    EXPECT_EQ(poll.code, ending.code) << "model " << ending.model;
+    EXPECT_EQ(poll.reading.weight, ending.weight) << "model " << ending.model;
+    EXPECT_FALSE(pair.isConnected());
+    const fixture::Bytes once = frameBytes(ending.request);
+    EXPECT_EQ(pair.received(once.size()), fixture::hex(once));
+  }
+}
+
+/// The budget of a poll whose line goes away runs down by its sleeps alone; the next poll finds
+/// the line again.
+TEST_P(Polls, HangUpInTheMiddleAndBack) {
+  Answers answers(frameBytes(kCasRequest), {frameBytes(kCasFrame)});
+  auto hungUp = std::make_shared<bool>(false);
+  const fixture::Script script = [answers, hungUp](fixture::Wire& wire) {
+    if (std::exchange(*hungUp, true)) return answers.script()(wire);
+    wire.receive(2);
+    wire.send(frameBytes("06 01 02 'S'"));
+    wire.pause(50);
+    wire.hangUp();
+  };
+  Pair pair(13, GetParam(), script);
+  const Poll broken = pair.poll();
+  EXPECT_EQ(broken.code, kNoAnswer);
+  EXPECT_EQ(broken.slept, milliseconds(3 * (150 + 500)));
+  EXPECT_FALSE(pair.isConnected());
+  if (GetParam() == Transport::Pty) {
+    EXPECT_EQ(pair.poll().code, kNoConnection) << "the device is still away";
+    pair.pty().plugIn();
+    pair.pty().play(script);
+  }
+  const Poll mended = pair.poll();
+  EXPECT_EQ(mended.code, kSuccess);
+  EXPECT_EQ(mended.reading.weight, 1.25);
+}
+
+/// A network read gives as many bytes as are asked for, or none.
+TEST(PollsOverTcp, LinesOfAnyLengthCannotComeIn) {
+  struct Answer {
+    int model;
+    const char* request;
+    const char* answer;
+    int code;
+  };
+  for (const Answer& answer :
+       {Answer{11, "'20050027:' 0D 0A", "'81050027:              1.250' 0D 0A", kSuccess},
+        Answer{23, "05", "30 42 0D '0001.25' 0D 0A", kNoAnswer}}) {
+    Pair pair(answer.model, Transport::Tcp, answer.request, {answer.answer});
+    EXPECT_EQ(pair.poll().code, answer.code) << "model " << answer.model;
+  }
+}
+
+/// A speed that the line refuses closes the port without a word; the poll then finds no answer.
+TEST(PollsOverPty, SpeedThatTheLineRefuses) {
+  Pair pair(10, Transport::Pty, "'E'", {"E2 04"});
+  EXPECT_EQ(pair.scales().SetComPort(pair.pty().path().c_str(), 56000, nullptr), kSuccess);
+  EXPECT_FALSE(pair.isConnected());
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoAnswer);
+  EXPECT_EQ(poll.slept, milliseconds(900));
+}
+
+/// After half an answer on a serial line that half is the head.
+TEST(PollsOverPty, HeadOfHalfAnAnswerGoesOut) {
+  Pair pair(8, Transport::Pty, "'R'", {"'xyww'", ""});
+  EXPECT_EQ(pair.poll().code, kNoAnswer);
+  // Two wrong bytes, the start byte in their place, one byte behind it.
+  EXPECT_EQ(pair.received(12), "52 00 00 00 52 77 77 00 52 00 00 00");
+}
+
+/// What nobody foresaw ends the poll with 1 and closes the port, but for one protocol.
+TEST(PollsOverPty, Exceptions) {
+  for (const bool close : {true, false}) {
+    const ProtocolSheet sheet = {
+        .read = LengthRead{.length = 1},
+        .isGood = [](Frame) -> bool { throw std::runtime_error("unforeseen"); },
+        .tare = Command{.bytes = {'T'}},
+        .closeOnException = close,
+    };
+    const fixture::PtyLine line;
+    PolledScales scales(sheet);
+    scales.SetLeaveConn(1);
+    ASSERT_EQ(scales.SetComPort(line.path().c_str(), 9600, nullptr), kSuccess);
+    EXPECT_EQ(pollOnce(scales).code, kNoConnection);
+    EXPECT_EQ(scales.isConnected() == COrbComLanPort::kConnected, !close);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+#include <cmath>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "ModelsUnderTest.h"
+#include "SimulatedScale.h"
+
+// Every driver against its simulated scale, which knows nothing of the drivers: what is on the pan
+// must come out at the other end of the line.
+
+namespace {
+
+struct Trip {
+  int model;
+  sim::Transport transport;
+};
+
+void PrintTo(const Trip& trip, std::ostream* out) {
+  *out << "model " << trip.model << (trip.transport == sim::Transport::Tcp ? " TCP" : " PTY");
+}
+
+std::vector<Trip> trips() {
+  std::vector<Trip> all;
+  for (const int model : modelsWithSheet()) {
+    for (const auto transport : {sim::Transport::Pty, sim::Transport::Tcp}) {
+      all.push_back({model, transport});
+    }
+  }
+  return all;
+}
+
+class RoundTrip : public testing::TestWithParam<Trip> {
+ protected:
+  void SetUp() override {
+    const bool tcp = GetParam().transport == sim::Transport::Tcp;
+    driver_->SetLeaveConn(1);
+    ASSERT_EQ(tcp ? driver_->SetLanPort("127.0.0.1", scale_.port(), nullptr)
+                  : driver_->SetComPort(scale_.devicePath().c_str(), 9600, nullptr),
+              kSuccess);
+  }
+
+  bool reachable() const {
+    return GetParam().transport == sim::Transport::Pty || scale_.model().worksOverTcp();
+  }
+
+  /// Polls, and compares with what the scale shows.
+  void poll(const char* what) {
+    SCOPED_TRACE(what);
+    Reading reading;
+    const int code =
+        driver_->getScalesInfo(&reading.weight, &reading.price, &reading.cost, &reading.stable);
+    const sim::Reading expected = scale_.expectedReading();
+    SCOPED_TRACE("frame " + hex(scale_.frame()));
+    if (!reachable()) {
+      EXPECT_EQ(code, kNoAnswer);
+      return;
+    }
+    EXPECT_EQ(code, expected.code);
+    EXPECT_DOUBLE_EQ(reading.weight, expected.weight);
+    EXPECT_DOUBLE_EQ(reading.price, expected.price);
+    EXPECT_DOUBLE_EQ(reading.cost, expected.cost);
+    EXPECT_EQ(reading.stable != 0, expected.stable);
+  }
+
+  void pollAt(const char* what, double weight) {
+    scale_.setWeight(weight);
+    poll(what);
+  }
+
+  static std::string hex(const sim::Bytes& bytes) {
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+      constexpr std::string_view kDigits = "0123456789ABCDEF";
+      text += {kDigits[byte >> 4U], kDigits[byte & 0x0FU], ' '};
+    }
+    return text;
+  }
+
+  /// The heaviest or lightest that the scale's frame can say, in kilograms.
+  double limit(bool highest) const {
+    const int decimals = scale_.model().usualState().decimals;
+    const auto limits = scale_.model().weight.limits(decimals);
+    return static_cast<double>(highest ? limits.highest : limits.lowest) / std::pow(10.0, decimals);
+  }
+
+  sim::SimulatedScale scale_{GetParam().model, GetParam().transport};
+  std::unique_ptr<IScalesObject> driver_ = createScales(GetParam().model);
+};
+
+TEST_P(RoundTrip, Weights) {
+  poll("as it stands there");
+  if (!reachable()) return;
+  pollAt("zero", 0.0);
+  pollAt("negative", -0.75);
+  pollAt("the largest", limit(true));
+  pollAt("the smallest", limit(false));
+  scale_.change([](sim::ScaleState& state) {
+    state.weight = 2.5;
+    state.stable = false;
+  });
+  poll("moving");
+}
+
+TEST_P(RoundTrip, FaultsOnTheLine) {
+  if (!reachable()) return;
+  const bool found = scale_.model().hasStartByte;
+  scale_.setFaults({.garbage = 3, .frames = 1});
+  if (found) pollAt("garbage before the frame", 1.5);
+  scale_.setFaults({.corruptEvery = 1, .frames = 1});
+  if (scale_.model().checkedByte) pollAt("one corrupt frame before a good one", 2.5);
+  scale_.setFaults({.cut = 1, .frames = 1});
+  pollAt("one cut frame before a good one", 3.5);
+}
+
+std::string nameOfTrip(const testing::TestParamInfo<Trip>& test) {
+  return std::to_string(test.param.model) +
+         (test.param.transport == sim::Transport::Tcp ? "Tcp" : "Pty");
+}
+INSTANTIATE_TEST_SUITE_P(Model, RoundTrip, testing::ValuesIn(trips()), nameOfTrip);
+
+}  // namespace

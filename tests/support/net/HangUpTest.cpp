@@ -1,0 +1,233 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ClsSocket.h"
+#include "NetTesting.h"
+#include "SystemCalls.h"
+#include "TcpPeer.h"
+
+namespace {
+
+using fixture::kSlack_ms;
+using fixture::receiveBytes;
+using fixture::ReceivedBytes;
+using fixture::sendBytes;
+using fixture::Stopwatch;
+using fixture::SystemCalls;
+using fixture::TcpPeer;
+using fixture::TcpWire;
+
+/// Asks until the peer's end has come through.
+bool becomesDisconnected(CkSocket& socket) {
+  const Stopwatch clock;
+  while (socket.get_IsConnected()) {
+    if (clock.ms() > 5000) return false;
+    ::usleep(1000);
+  }
+  return true;
+}
+
+class HangUp : public testing::Test {
+ protected:
+  CkSocket socket;
+};
+
+TEST_F(HangUp, InTheMiddleOfAnAnswerIsAClosedConnection) {
+  TcpPeer peer([](TcpWire& wire) {
+    wire.send(fixture::text("ST,GS"));
+    wire.hangUp();
+  });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(5000);
+  const int open = fixture::openDescriptors();
+  EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, "ST,GS"}));
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::ClosedByPeer);
+  EXPECT_LT(fixture::openDescriptors(), open + 1);
+  // From here on everybody knows without asking the system.
+  SystemCalls calls;
+  EXPECT_FALSE(socket.get_IsConnected());
+  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::SocketError);
+  EXPECT_FALSE(sendBytes(socket, "W"));
+  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::General);
+  EXPECT_TRUE(calls.all().empty());
+}
+
+TEST_F(HangUp, AResetInTheMiddleOfAnAnswerIsASocketError) {
+  TcpPeer peer([](TcpWire& wire) {
+    wire.receive(1);
+    wire.reset();
+  });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(5000);
+  ASSERT_TRUE(sendBytes(socket, "W"));
+  EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, ""}));
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::SocketError);
+  EXPECT_FALSE(socket.get_IsConnected());
+  EXPECT_TRUE(socket.Close(5000));
+}
+
+TEST_F(HangUp, IsNoticedByAsking) {
+  for (const bool hard : {false, true}) {
+    TcpPeer peer([&](TcpWire& wire) {
+      if (hard) {
+        wire.reset();
+      } else {
+        wire.hangUp();
+      }
+    });
+    CkSocket client;
+    fixture::connectTo(client, peer.port());
+    EXPECT_TRUE(becomesDisconnected(client)) << hard;
+    EXPECT_FALSE(receiveBytes(client, 1).ok);
+  }
+}
+
+TEST_F(HangUp, ASendAfterAResetFailsAndTheProcessLives) {
+  ASSERT_NE(std::signal(SIGPIPE, SIG_DFL), SIG_ERR);
+  TcpPeer peer([](TcpWire& wire) { wire.reset(); });
+  fixture::connectTo(socket, peer.port());
+  const Stopwatch clock;
+  while (sendBytes(socket, "W") && clock.ms() < 5000) {
+  }
+  // Whether the reset is found before a send or by one depends on when it comes.
+  EXPECT_FALSE(socket.get_IsConnected());
+  EXPECT_FALSE(sendBytes(socket, "W"));
+  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::NoConnection);
+}
+
+TEST_F(HangUp, AnyOtherErrorOfASendIsASocketError) {
+  TcpPeer peer(fixture::silent());
+  fixture::connectTo(socket, peer.port());
+  SystemCalls calls;
+  calls.sender = [](std::size_t) { return -ENETDOWN; };
+  EXPECT_FALSE(sendBytes(socket, "W"));
+  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::SocketError);
+  EXPECT_EQ(calls.count("close"), 1U);
+  EXPECT_FALSE(socket.get_IsConnected());
+}
+
+// A half-closed scale says nothing any more, though it would still listen.
+TEST_F(HangUp, AHalfClosedPeerIsGone) {
+  TcpPeer peer([](TcpWire& wire) {
+    wire.send(fixture::text("ab"));
+    wire.halfClose();
+    wire.receiveSome();
+  });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(5000);
+  EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "ab"}));
+  EXPECT_TRUE(becomesDisconnected(socket));
+}
+
+TEST(Closing, APeerThatClosesTooCostsNothing) {
+  TcpPeer peer(fixture::silent());  // ends when the client's end comes
+  CkSocket socket;
+  fixture::connectTo(socket, peer.port());
+  const Stopwatch clock;
+  EXPECT_TRUE(socket.Close(5000));
+  EXPECT_LT(clock.ms(), 2000);
+  EXPECT_FALSE(socket.get_IsConnected());
+}
+
+TEST(Closing, APeerThatNeverClosesCostsTheWholeTime) {
+  TcpPeer peer([](TcpWire& wire) {
+    wire.send(fixture::bytes(std::string(300, 'a')));  // is read and dropped
+    wire.pause(60'000);
+  });
+  CkSocket socket;
+  fixture::connectTo(socket, peer.port());
+  const Stopwatch clock;
+  EXPECT_TRUE(socket.Close(1000));
+  EXPECT_GE(clock.ms(), 990);
+  EXPECT_LT(clock.ms(), 1000 + kSlack_ms);
+}
+
+TEST(Closing, TheEndOfTheObjectGivesThePeerTenMilliseconds) {
+  TcpPeer peer([](TcpWire& wire) { wire.pause(60'000); });
+  const int before = fixture::openDescriptors();
+  const Stopwatch clock;
+  {
+    CkSocket socket;
+    fixture::connectTo(socket, peer.port());
+  }
+  EXPECT_LT(clock.ms(), kSlack_ms);
+  EXPECT_LE(fixture::openDescriptors(), before + 1);  // the peer's end is still open
+}
+
+TEST(Closing, AHundredObjectsLeaveNoDescriptor) {
+  fixture::SilentPort neverAnswers;
+  std::vector<std::unique_ptr<TcpPeer>> peers;
+  for (int i = 0; i < 100; ++i) peers.push_back(std::make_unique<TcpPeer>(fixture::silent()));
+  const int before = fixture::openDescriptors();
+  std::vector<std::unique_ptr<CkSocket>> sockets;
+  for (const auto& peer : peers) {
+    sockets.push_back(std::make_unique<CkSocket>());
+    fixture::connectTo(*sockets.back(), peer->port());
+  }
+  for (const auto& socket : sockets) EXPECT_TRUE(socket->Close(5000));
+  // The peers' ends go soon after.
+  const Stopwatch clock;
+  while (fixture::openDescriptors() > before && clock.ms() < 5000) ::usleep(1000);
+  EXPECT_EQ(fixture::openDescriptors(), before);
+}
+
+/// Descriptors up to a number taken, so that the next one lies above it.
+class HighDescriptor : public testing::Test {
+ protected:
+  void SetUp() override {
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    if (limit.rlim_cur < 1100) {
+      limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 2048);
+      ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    int fd = 0;
+    while (fd >= 0 && fd < 1040) {
+      fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+      taken.emplace_back(fd);
+    }
+    ASSERT_GE(fd, 1040);
+  }
+
+  std::vector<fixture::Descriptor> taken;
+};
+
+TEST_F(HighDescriptor, ConnectsSendsReceivesAndWaitsThroughPoll) {
+  TcpPeer peer(fixture::answering(fixture::text("W"), fixture::text("12")));
+  CkSocket socket;
+  SystemCalls calls;
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(5000);
+  ASSERT_TRUE(sendBytes(socket, "W"));
+  EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "12"}));
+  socket.put_MaxReadIdleMs(60);
+  calls.forget();
+  const Stopwatch clock;
+  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+  EXPECT_GE(clock.ms(), 60);
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+  EXPECT_EQ(calls.count("select"), 0U);
+  EXPECT_GE(calls.count("poll"), 1U);
+  EXPECT_TRUE(socket.Close(5000));
+}
+
+TEST_F(HighDescriptor, TellsRefusalFromSilence) {
+  const fixture::SilentPort silent;
+  CkSocket socket;
+  EXPECT_FALSE(socket.Connect("127.0.0.1", silent.port(), false, 100));
+  EXPECT_EQ(socket.get_ConnectFailReason(), 6);
+  EXPECT_FALSE(socket.Connect("127.0.0.1", fixture::refusingPort(), false, 5000));
+  EXPECT_EQ(socket.get_ConnectFailReason(), 7);
+}
+
+}  // namespace

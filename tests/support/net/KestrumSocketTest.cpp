@@ -1,0 +1,179 @@
+#include <sys/socket.h>
+
+#include <array>
+#include <chrono>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ClsSocket.h"
+#include "DataBuffer.h"
+#include "DataBufferView.h"
+#include "KestrumSocket.h"
+#include "LogBase.h"
+#include "NetTesting.h"
+#include "TcpPeer.h"
+#include "XString.h"
+
+namespace {
+
+using fixture::Stopwatch;
+using fixture::TcpPeer;
+using fixture::TcpWire;
+
+class Plain : public testing::Test {
+ protected:
+  bool connectTo(const TcpPeer& peer) {
+    return socket.connectSocket(StringBuffer("127.0.0.1"), peer.port(), settings, params, log);
+  }
+  bool receive(std::uint32_t idleMs) {
+    std::uint32_t received = 0;
+    return socket.sockRecv_nb(buffer.data(), kBufferSize, idleMs, received, params, log);
+  }
+  int option(int name) const {
+    int value = 0;
+    socklen_t size = sizeof value;
+    EXPECT_EQ(::getsockopt(socket.getSocketFd(), SOL_SOCKET, name, &value, &size), 0);
+    return value;
+  }
+
+  TcpSettings settings;
+  SocketParams params;
+  LogNull log;
+  KestrumSocket socket;
+  static constexpr std::uint32_t kBufferSize = 64;
+  std::array<unsigned char, kBufferSize> buffer = {};
+};
+
+TEST_F(Plain, KnowsTheAddressItWentTo) {
+  TcpPeer peer(fixture::silent());
+  ASSERT_TRUE(socket.connectSocket(StringBuffer("LocalHost"), peer.port(), settings, params, log));
+  EXPECT_STREQ(socket.lastConnectedIp().getString(), "127.0.0.1");
+}
+
+TEST_F(Plain, PollingAsksOnceAndDoesntWait) {
+  TcpPeer peer(fixture::silent());
+  ASSERT_TRUE(connectTo(peer));
+  const Stopwatch clock;
+  EXPECT_FALSE(receive(KestrumSocket::kPolling));
+  EXPECT_TRUE(params.timedOut);
+  EXPECT_LT(clock.ms(), 1000);
+}
+
+TEST_F(Plain, OnASocketThatIsNoneEverythingFails) {
+  std::uint32_t sent = 0;
+  EXPECT_FALSE(receive(100));
+  EXPECT_TRUE(params.socketError);
+  EXPECT_FALSE(socket.sockSend(buffer.data(), 1, 0, 100, sent, log, params));
+  EXPECT_FALSE(socket.sockIsConnected(log));
+  socket.terminateConnection(100, log);
+  socket.passiveClose(log);
+}
+
+TEST_F(Plain, BufferSizesAreRoundedAndLimited) {
+  TcpPeer peer(fixture::silent());
+  socket.setSoRcvBuf(100'000, log);
+  ASSERT_TRUE(connectTo(peer));
+  // The system doubles what it is told.
+  EXPECT_EQ(option(SO_RCVBUF), 2 * 98'304);
+  socket.setSoRcvBuf(4095, log);
+  EXPECT_EQ(option(SO_RCVBUF), 2 * 98'304);
+  socket.setSoRcvBuf(65'536, log);
+  EXPECT_EQ(option(SO_RCVBUF), 2 * 65'536);
+  EXPECT_EQ(option(SO_KEEPALIVE), 0);
+  socket.SetKeepAlive(true, log);
+  EXPECT_NE(option(SO_KEEPALIVE), 0);
+}
+
+TEST_F(Plain, ACloseInAnotherThreadEndsAWait) {
+  TcpPeer peer([](TcpWire& wire) { wire.pause(60'000); });
+  ASSERT_TRUE(connectTo(peer));
+  std::thread closer([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    LogNull quiet;
+    socket.terminateConnection(400, quiet);
+  });
+  const Stopwatch clock;
+  EXPECT_FALSE(receive(20'000));
+  closer.join();
+  EXPECT_LT(clock.ms(), 10'000);
+  EXPECT_EQ(socket.getSocketFd(), -1);
+}
+
+TEST_F(Plain, ASecondReceiverIsTurnedAwayASenderIsNot) {
+  TcpPeer peer(fixture::answering(fixture::text("W"), fixture::text("1")));
+  ASSERT_TRUE(connectTo(peer));
+  bool received = false;
+  std::thread receiver([&] {
+    SocketParams own;
+    LogNull quiet;
+    unsigned char byte = 0;
+    std::uint32_t n = 0;
+    received = socket.sockRecv_nb(&byte, 1, 20'000, n, own, quiet);
+  });
+  while (!socket.sockIsConnected(log)) std::this_thread::yield();
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  const Stopwatch clock;
+  EXPECT_FALSE(receive(20'000));
+  EXPECT_FALSE(params.timedOut);
+  EXPECT_LT(clock.ms(), 5000);
+  std::uint32_t sent = 0;
+  EXPECT_TRUE(socket.sockSend(fixture::text("W").data(), 1, 0, 1000, sent, log, params));
+  receiver.join();
+  EXPECT_TRUE(received);
+}
+
+TEST(TwoThreads, OnOneObjectTheSecondReceiverIsTurnedAway) {
+  TcpPeer peer([](TcpWire& wire) { wire.pause(60'000); });
+  ClsSocket socket;
+  XString host;
+  host.setFromUtf8("127.0.0.1");
+  ASSERT_TRUE(socket.Connect(host, peer.port(), false, 5000));
+  socket.put_MaxReadIdleMs(1500);
+  std::thread first([&] {
+    DataBuffer data;
+    EXPECT_FALSE(socket.ReceiveBytesN(1, data));
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  const Stopwatch clock;
+  DataBuffer data;
+  EXPECT_FALSE(socket.ReceiveBytesN(1, data));
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::OtherThread);
+  EXPECT_LT(clock.ms(), 1000);
+  first.join();
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+}
+
+TEST(TwoThreads, OnTwoObjectsDontMeet) {
+  TcpPeer peers[] = {TcpPeer(fixture::answering(fixture::text("W"), fixture::text("12"))),
+                     TcpPeer(fixture::answering(fixture::text("W"), fixture::text("12")))};
+  const auto poll = [](int port) {
+    for (int i = 0; i < 20; ++i) {
+      CkSocket socket;
+      fixture::connectTo(socket, port);
+      socket.put_MaxReadIdleMs(5000);
+      EXPECT_TRUE(fixture::sendBytes(socket, "W"));
+      EXPECT_EQ(fixture::receiveBytes(socket, 2), (fixture::ReceivedBytes{true, "12"}));
+      EXPECT_TRUE(socket.Close(5000));
+    }
+  };
+  std::thread other(poll, peers[0].port());
+  poll(peers[1].port());
+  other.join();
+}
+
+TEST(ReadAhead, GivesFromTheFrontWhatWasAddedAtTheEnd) {
+  DataBufferView view;
+  DataBuffer out;
+  EXPECT_TRUE(view.takeFront(1, out));
+  view.append("abc", 3);
+  view.takeFront(2, out);
+  view.append("de", 2);
+  EXPECT_EQ(view.getViewSize(), 3U);
+  view.takeFront(99, out);
+  EXPECT_EQ(view.getViewSize(), 0U);
+  EXPECT_TRUE(out.equals2("abcde", 5));
+}
+
+}  // namespace

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "Bytes.h"
+#include "CkByteData.h"
+#include "CkSocket.h"
+#include "Descriptor.h"
+#include "StringBuffer.h"
+
+namespace fixture {
+
+/// Milliseconds since the object was made.
+class Stopwatch {
+ public:
+  int ms() const {
+    using namespace std::chrono;
+    return static_cast<int>(duration_cast<milliseconds>(steady_clock::now() - start_).count());
+  }
+
+ private:
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+/// How much later than its figure a wait may end on a busy machine.
+constexpr int kSlack_ms = 1500;
+
+/// A port of the loopback that no one listens on.
+int refusingPort();
+
+/// A listener whose queue is full, so that a connect to it gets no answer at all.
+class SilentPort {
+ public:
+  SilentPort();
+  int port() const { return port_; }
+
+ private:
+  int port_ = 0;  // before the listener, which fills it in
+  Descriptor listener_;
+  Descriptor queued_[3];
+};
+
+/// Connected as the port layer does it: 100 ms for receiving, 7 s for sending.
+void connectTo(CkSocket& socket, int port);
+bool sendBytes(CkSocket& socket, std::string_view bytes);
+/// What a ReceiveBytesN gave, with its result.
+struct ReceivedBytes {
+  bool ok;
+  std::string bytes;
+};
+ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n);
+bool operator==(const ReceivedBytes& a, const ReceivedBytes& b);
+void PrintTo(const ReceivedBytes& received, std::ostream* out);
+
+/// Open descriptors of this process.
+int openDescriptors();
+
+}  // namespace fixture

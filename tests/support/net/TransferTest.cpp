@@ -1,0 +1,257 @@
+#include <sys/socket.h>
+
+#include <atomic>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ClsSocket.h"
+#include "NetTesting.h"
+#include "SystemCalls.h"
+#include "TcpPeer.h"
+
+namespace {
+
+using fixture::kSlack_ms;
+using fixture::receiveBytes;
+using fixture::ReceivedBytes;
+using fixture::sendBytes;
+using fixture::Stopwatch;
+using fixture::SystemCalls;
+using fixture::TcpPeer;
+using fixture::TcpWire;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const std::string kAnswer = "ST,GS,+  1.2kg";
+
+fixture::Script sendingText(const std::string& text) {
+  return fixture::sending(fixture::text(text));
+}
+
+class Transfer : public testing::Test {
+ protected:
+  CkSocket socket;
+};
+
+TEST_F(Transfer, WithoutAConnectionNothingGoes) {
+  EXPECT_FALSE(sendBytes(socket, "W"));
+  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::NoConnection);
+  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::NoConnection);
+  EXPECT_THAT(socket.lastErrorText(), HasSubstr("No connection is established\n"));
+  EXPECT_FALSE(socket.get_IsConnected());
+  EXPECT_TRUE(socket.Close(5000));
+  EXPECT_THAT(socket.lastErrorText(), HasSubstr("No connection to close\n"));
+}
+
+TEST_F(Transfer, NothingIsReceivedButNotSent) {
+  TcpPeer peer(fixture::silent());
+  EXPECT_EQ(receiveBytes(socket, 0), (ReceivedBytes{true, ""}));
+  EXPECT_THAT(socket.lastErrorText(), HasSubstr("The application requested 0 bytes.\n"));
+  fixture::connectTo(socket, peer.port());
+  EXPECT_EQ(receiveBytes(socket, 0), (ReceivedBytes{true, ""}));
+  EXPECT_FALSE(sendBytes(socket, ""));
+  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::NothingToSend);
+  EXPECT_TRUE(socket.get_IsConnected());
+}
+
+TEST_F(Transfer, SilenceCostsTheIdleLimitInTwoSlices) {
+  TcpPeer peer(fixture::silent());
+  fixture::connectTo(socket, peer.port());
+  SystemCalls calls;
+  const Stopwatch clock;
+  EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, ""}));
+  EXPECT_GE(clock.ms(), 99);
+  EXPECT_LT(clock.ms(), 100 + kSlack_ms);
+  EXPECT_THAT(calls.only("select"), ElementsAre("select 50", "select 50"));
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+  EXPECT_TRUE(socket.get_IsConnected());
+}
+
+TEST_F(Transfer, IdleLimitsAreCutIntoSlices) {
+  struct {
+    int limit_ms;
+    std::vector<std::string> slices;
+  } const cases[] = {
+      {1, {"select 1"}},
+      {3, {"select 1", "select 2"}},
+      {334, {"select 166", "select 168"}},
+      {500, {"select 166", "select 333"}},
+  };
+  TcpPeer peer(fixture::silent());
+  fixture::connectTo(socket, peer.port());
+  for (const auto& c : cases) {
+    SystemCalls calls;
+    socket.put_MaxReadIdleMs(c.limit_ms);
+    EXPECT_FALSE(receiveBytes(socket, 1).ok);
+    EXPECT_EQ(calls.only("select"), c.slices) << c.limit_ms;
+  }
+}
+
+TEST_F(Transfer, AShortAnswerFailsWithItsBytesAtHand) {
+  TcpPeer peer(sendingText(kAnswer.substr(1)));
+  fixture::connectTo(socket, peer.port());
+  EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, kAnswer.substr(1)}));
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+}
+
+TEST_F(Transfer, TheRestOfAPacketIsKeptForTheNextRequest) {
+  TcpPeer peer(sendingText(kAnswer));
+  fixture::connectTo(socket, peer.port());
+  EXPECT_EQ(receiveBytes(socket, 1), (ReceivedBytes{true, kAnswer.substr(0, 1)}));
+  SystemCalls calls;
+  EXPECT_EQ(receiveBytes(socket, 3), (ReceivedBytes{true, kAnswer.substr(1, 3)}));
+  EXPECT_EQ(receiveBytes(socket, 10), (ReceivedBytes{true, kAnswer.substr(4)}));
+  EXPECT_TRUE(calls.all().empty());
+  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+}
+
+TEST_F(Transfer, AKeptRestIsFollowedByWhatComes) {
+  std::atomic<bool> goOn{false};
+  TcpPeer peer([&](TcpWire& wire) {
+    wire.send(fixture::text("abcd"));
+    while (!goOn && wire.pause(1)) {
+    }
+    wire.send(fixture::text("efgh"));
+    wire.receiveSome();
+  });
+  fixture::connectTo(socket, peer.port());
+  EXPECT_EQ(receiveBytes(socket, 1), (ReceivedBytes{true, "a"}));
+  goOn = true;
+  socket.put_MaxReadIdleMs(5000);
+  EXPECT_EQ(receiveBytes(socket, 5), (ReceivedBytes{true, "bcdef"}));
+  EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "gh"}));
+}
+
+TEST_F(Transfer, AppendsToWhatIsThere) {
+  TcpPeer peer(sendingText("cd"));
+  fixture::connectTo(socket, peer.port());
+  CkByteData data;
+  data.appendStr("ab");
+  EXPECT_TRUE(socket.ReceiveBytesN(2, data));
+  EXPECT_EQ(std::string(data.getData(), data.getSize()), "abcd");
+}
+
+TEST_F(Transfer, AnAnswerMayComeInAnyPieces) {
+  for (std::size_t cut = 1; cut < kAnswer.size(); ++cut) {
+    TcpPeer peer([&](TcpWire& wire) {
+      wire.send(fixture::text(kAnswer.substr(0, cut)));
+      wire.pause(5);
+      wire.send(fixture::text(kAnswer.substr(cut)));
+      wire.receiveSome();
+    });
+    CkSocket client;
+    fixture::connectTo(client, peer.port());
+    client.put_MaxReadIdleMs(5000);
+    EXPECT_EQ(receiveBytes(client, kAnswer.size()), (ReceivedBytes{true, kAnswer})) << cut;
+  }
+}
+
+// The idle limit counts from the last byte, so that a slow answer may take longer than the limit.
+TEST_F(Transfer, AnAnswerMayComeByteByByte) {
+  TcpPeer peer([&](TcpWire& wire) {
+    for (const char c : kAnswer) {
+      wire.send(fixture::text({&c, 1}));
+      wire.pause(30);
+    }
+    wire.receiveSome();
+  });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(300);
+  const Stopwatch clock;
+  EXPECT_EQ(receiveBytes(socket, kAnswer.size()), (ReceivedBytes{true, kAnswer}));
+  EXPECT_GE(clock.ms(), 13 * 30 - 20);
+}
+
+TEST_F(Transfer, ALargeAmountGoesBothWays) {
+  std::string sent;
+  for (int i = 0; i < 300'000; ++i) sent += static_cast<char>('a' + i % 23);
+  TcpPeer peer([&](TcpWire& wire) { wire.send(wire.receive(sent.size())); });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(5000);
+  ASSERT_TRUE(sendBytes(socket, sent));
+  const ReceivedBytes received = receiveBytes(socket, sent.size());
+  EXPECT_TRUE(received.ok);
+  EXPECT_TRUE(received.bytes == sent);
+}
+
+TEST_F(Transfer, SendsInChunksThatNoSignalEnds) {
+  TcpPeer peer(fixture::silent());
+  fixture::connectTo(socket, peer.port());
+  SystemCalls calls;
+  EXPECT_TRUE(sendBytes(socket, std::string(40'000, 'x')));
+  EXPECT_THAT(calls.only("send"), ElementsAre("send 16800", "send 16800", "send 6400"));
+  EXPECT_THAT(calls.sendFlags, Each(MSG_NOSIGNAL));
+}
+
+TEST_F(Transfer, ASendThatTakesLessGoesOnFromThere) {
+  fixture::Received log;
+  TcpPeer peer(fixture::recording(log));
+  fixture::connectTo(socket, peer.port());
+  SystemCalls calls;
+  std::vector<ssize_t> answers = {SystemCalls::kAskSystem, 0, -EAGAIN};
+  calls.sender = [&](std::size_t) {
+    const ssize_t answer = answers.back();
+    if (answers.size() > 1) answers.pop_back();
+    return answer;
+  };
+  EXPECT_TRUE(sendBytes(socket, kAnswer));
+  EXPECT_THAT(calls.only("send"), ElementsAre("send 14", "send 14", "send 14"));
+  EXPECT_EQ(calls.count("select"), 1U);
+  EXPECT_EQ(log.waitFor(14), fixture::text(kAnswer));
+
+  // Pieces: the counts are taken off as they come.
+  calls.forget();
+  bool first = true;
+  calls.sender = [&](std::size_t) {
+    return std::exchange(first, false) ? 5 : SystemCalls::kAskSystem;
+  };
+  EXPECT_TRUE(sendBytes(socket, kAnswer));
+  EXPECT_THAT(calls.only("send"), ElementsAre("send 14", "send 9"));
+}
+
+TEST_F(Transfer, APeerThatTakesNothingCostsTheSendLimit) {
+  TcpPeer peer([](TcpWire& wire) { wire.pause(10'000); });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxSendIdleMs(200);
+  const std::string much(32 * 1024 * 1024, 'x');
+  const Stopwatch clock;
+  EXPECT_FALSE(sendBytes(socket, much));
+  EXPECT_GE(clock.ms(), 200);
+  EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::TimedOut);
+  EXPECT_THAT(socket.lastErrorText(), HasSubstr("Timeout after partial send.\n"));
+  EXPECT_THAT(socket.lastErrorText(), HasSubstr("numBytesUnsent: "));
+  EXPECT_TRUE(socket.get_IsConnected());
+}
+
+// A wake-up for nothing costs the one receive; the next call repairs it.
+TEST_F(Transfer, ASpuriousWakeUpCountsAsATimeout) {
+  TcpPeer peer(sendingText("a"));
+  fixture::connectTo(socket, peer.port());
+  {
+    SystemCalls calls;
+    calls.receiver = [](std::size_t) { return -EAGAIN; };
+    EXPECT_FALSE(receiveBytes(socket, 1).ok);
+    EXPECT_EQ(calls.count("recv"), 2U);
+    EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+  }
+  EXPECT_EQ(receiveBytes(socket, 1), (ReceivedBytes{true, "a"}));
+}
+
+TEST_F(Transfer, AnAnswerAtOnceCostsNoWaiting) {
+  TcpPeer peer(fixture::answering(fixture::text("W"), fixture::text(kAnswer)));
+  fixture::connectTo(socket, peer.port());
+  int best_ms = 1000;
+  for (int i = 0; i < 20; ++i) {
+    const Stopwatch clock;
+    ASSERT_TRUE(sendBytes(socket, "W"));
+    ASSERT_EQ(receiveBytes(socket, kAnswer.size()), (ReceivedBytes{true, kAnswer}));
+    best_ms = std::min(best_ms, clock.ms());
+  }
+  EXPECT_LT(best_ms, 2);
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+// The host library: what it says of a loaded component, and that nothing stays behind.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Component.h"
+#include "Utf16.h"
+
+namespace {
+
+using host::Component;
+using host::Value;
+
+TEST(Host, TellsNamesAndMethods) {
+  Component component(WEIGH_COMPONENT);
+  EXPECT_EQ(component.className(), "CAddInNative");
+  EXPECT_EQ(component.registeredName(), "OrbeloScalesDriver");
+  const auto methods = component.methods();
+  ASSERT_EQ(methods.size(), 16U);
+  EXPECT_EQ(methods[13].name, "GetWeightPriceCost");
+  EXPECT_EQ(methods[13].russianName, "ПолучитьВесЦенуСтоимость");
+  EXPECT_EQ(methods[13].parameters, 5);
+  EXPECT_TRUE(methods[13].returnsValue);
+  EXPECT_FALSE(component.findMethod("getweight"));
+  EXPECT_THROW(component.call("getweight"), host::UnknownMethod);
+}
+
+TEST(Host, FreesEveryTextOnce) {
+  Component component(WEIGH_COMPONENT);
+  component.registeredName();
+  component.methods();
+  component.call("GetDescription");
+  component.call("GetParameters");
+  component.call("GetVersion");
+  // Texts of the caller are replaced, kept or refused.
+  component.call("Open", {"old text"});
+  component.call("GetLastError", {host::NarrowText{"old text"}});
+  component.call("Close", {"kept"});
+  component.call("Close", {std::string(65536, 'x')});
+  component.call("SetParameter", {host::NarrowText{"coeff"}, 5});
+  EXPECT_EQ(component.memory().live(), 0U);
+  EXPECT_EQ(component.memory().foreignFrees(), 0U);
+  EXPECT_TRUE(component.platform().errors().empty());
+}
+
+TEST(Host, PassesValuesBothWays) {
+  Component component(WEIGH_COMPONENT);
+  component.call("SetParameter", {"model", 20});
+  const host::CallResult opened = component.call("Open");
+  EXPECT_TRUE(opened.good());
+  const Value id = opened.params.at(0);
+  const host::CallResult priced = component.call("SetPrice", {id, std::uint32_t{1250}});
+  EXPECT_EQ(priced.result, Value(true));
+  const auto reading = component.call("GetWeightPriceCost", {id});
+  EXPECT_EQ(reading.params.at(0), id);
+  EXPECT_EQ(reading.params.at(2), Value(12.5));
+  EXPECT_FALSE(component.call("GetWeight", {host::OtherValue{kVariantDate}}).executed);
+}
+
+TEST(Host, LoadsTheComponentAnew) {
+  for (int i = 0; i < 2; ++i) {
+    Component component(WEIGH_COMPONENT);
+    EXPECT_EQ(component.lastError().code, 1099U) << "no state outlives an object";
+    component.call("Close", {"unknown"});
+    EXPECT_EQ(component.lastError().code, 0U);
+  }
+}
+
+TEST(Host, ConvertsTextBothWays) {
+  struct Case {
+    std::string utf8;
+    std::basic_string<WCHAR_T> utf16;
+  };
+  for (const auto& [utf8, utf16] : std::vector<Case>{
+           {"", {}},
+           {"Вес", {0x0412, 0x0435, 0x0441}},
+           {"a\xF0\x9F\x8D\x8E", {'a', 0xD83C, 0xDF4E}},
+       }) {
+    EXPECT_EQ(host::toUtf16(utf8), utf16);
+    EXPECT_EQ(host::toUtf8(utf16.c_str(), utf16.size()), utf8);
+    EXPECT_EQ(host::toUtf8(utf16.c_str()), utf8);
+  }
+  EXPECT_EQ(host::toUtf8(nullptr), "");
+}
+
+TEST(Host, StepsOverWhatIsNoText) {
+  EXPECT_EQ(host::toUtf16("a\xC0z"), (std::basic_string<WCHAR_T>{'a', 0xFFFD, 'z'}));
+  EXPECT_EQ(host::toUtf16("a\xD0"), (std::basic_string<WCHAR_T>{'a', 0xFFFD}));
+  const std::basic_string<WCHAR_T> halves = {'a', 0xDF4E, 'z', 0xD83C};
+  EXPECT_EQ(host::toUtf8(halves.c_str(), halves.size()), "a\xEF\xBF\xBDz\xEF\xBF\xBD");
+}
+
+}  // namespace

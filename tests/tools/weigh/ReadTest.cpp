@@ -1,0 +1,179 @@
+// Readings: of the emulator, and of scales on both kinds of line.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Run.h"
+#include "TempFolder.h"
+
+namespace {
+
+using nlohmann::json;
+using sim::SimulatedScale;
+using sim::Transport;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr double kUsualWeight = 1.25;
+
+class ReadOverBoth : public testing::TestWithParam<Transport> {
+ protected:
+  ReadOverBoth() { scale_.setWeight(kUsualWeight); }
+
+  SimulatedScale scale_{13, GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Transports, ReadOverBoth, testing::Values(Transport::Pty, Transport::Tcp),
+                         [](const auto& transport) {
+                           return transport.param == Transport::Pty ? "Pty" : "Tcp";
+                         });
+
+TEST_P(ReadOverBoth, GivesTheWeightAsTextJsonAndCsv) {
+  const Arguments options = optionsOf(scale_);
+  const ProgramRun text = weigh(Arguments{"read", "--price"} + options);
+  EXPECT_EQ(text.exitCode, kGood) << text.err;
+  EXPECT_EQ(text.out, "1.25 (as shown)   stable\n");
+
+  const ProgramRun csv = weigh(Arguments{"read", "--csv"} + options);
+  EXPECT_THAT(csv.out, AllOf(StartsWith("reading,time,weight,unit,code,error,poll_ms\n1,"),
+                             HasSubstr(",1.25,,0,,")));
+
+  scale_.change([](sim::ScaleState& state) { state.stable = false; });
+  const auto records = weigh(Arguments{"read", "--price", "--json"} + options).records();
+  ASSERT_EQ(records.size(), 1U);
+  EXPECT_EQ(records[0]["weight"], kUsualWeight);
+  EXPECT_EQ(records[0]["unit"], json());
+  EXPECT_EQ(records[0]["stable"], false);
+  EXPECT_EQ(records[0]["code"], 0);
+  EXPECT_EQ(records[0]["error"], json());
+  EXPECT_GT(records[0]["poll_ms"], 0);
+}
+
+TEST_P(ReadOverBoth, TellsOfSilenceWithCodeTextAndRemedy) {
+  scale_.setFaults({.silent = true});
+  const Arguments options = Arguments{"read"} + optionsOf(scale_);
+  const ProgramRun text = weigh(options);
+  EXPECT_EQ(text.exitCode, kScaleFailed);
+  EXPECT_EQ(text.out, "");
+  EXPECT_THAT(text.err, AllOf(HasSubstr("scale error 3: Ошибка_3: Нет ответа от весов."),
+                              HasSubstr("model 13")));
+  const ProgramRun data = weigh(options + Arguments{"--json"});
+  EXPECT_EQ(data.exitCode, kScaleFailed);
+  ASSERT_EQ(data.records().size(), 1U);
+  EXPECT_EQ(data.records()[0]["weight"], json());
+  EXPECT_EQ(data.records()[0]["code"], 3);
+}
+
+TEST_P(ReadOverBoth, LogsTheExchangeOfOneRun) {
+  const fixture::TempFolder folder;
+  const ProgramRun run = weigh(Arguments{"read", "--log", folder.path()} + optionsOf(scale_));
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  EXPECT_FALSE(folder.has("log.txt")) << "the marker would keep the log on";
+  const std::string told = "exchange log: " + folder.path();
+  ASSERT_THAT(run.err, StartsWith(told + "log_scales_"));
+  std::string name = run.err.substr(told.size());
+  name.resize(name.find('\n'));
+  EXPECT_THAT(folder.read(name),
+              AllOf(HasSubstr("OUT >>>>>"), HasSubstr("IN <<<<<<"), HasSubstr("STOP PROGRAM")));
+}
+
+TEST_P(ReadOverBoth, TaresAndTests) {
+  const Arguments options = optionsOf(scale_);
+  const ProgramRun test = weigh(Arguments{"test"} + options);
+  EXPECT_EQ(test.exitCode, kGood) << test.err;
+  EXPECT_EQ(test.out, "Вес:  1.250; \n");
+
+  scale_.setFaults({.silent = true});
+  const ProgramRun silent = weigh(Arguments{"test"} + options);
+  EXPECT_EQ(silent.exitCode, kScaleFailed);
+  EXPECT_THAT(silent.err, HasSubstr("scale error 3: Ошибка_3"));
+}
+
+TEST(Read, CountsCorrectsAndKeepsTheConnection) {
+  SimulatedScale scale(13, Transport::Tcp);
+  scale.setWeight(2.0);
+  const ProgramRun run = weigh(
+      Arguments{"read", "--count", "3", "--interval", "0", "--coeff", "0,5", "--leave", "--json"} +
+      optionsOf(scale));
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  const auto records = run.records();
+  ASSERT_EQ(records.size(), 3U);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(records[static_cast<std::size_t>(i)]["reading"], i + 1);
+    EXPECT_EQ(records[static_cast<std::size_t>(i)]["weight"], 1.0);
+  }
+}
+
+TEST(Read, EmulatorAnswersWithoutHardware) {
+  const ProgramRun run = weigh({"read", "--price", "--json", "--count", "2", "--interval", "0"});
+  const auto records = run.records();
+  ASSERT_EQ(records.size(), 2U);
+  bool failed = false;
+  for (const json& record : records) {
+    EXPECT_EQ(record["unit"], "kg");
+    EXPECT_EQ(record["money_unit"], "whole");
+    // One reading in ten fails on purpose.
+    if (record["code"] == 3) {
+      failed = true;
+      EXPECT_EQ(record["weight"], json());
+      continue;
+    }
+    EXPECT_EQ(record["code"], 0);
+    EXPECT_GE(record["weight"], 0.08);
+    EXPECT_LT(record["weight"], 105.0);
+    EXPECT_TRUE(record["stable"].is_boolean());
+  }
+  EXPECT_EQ(run.exitCode, failed ? kScaleFailed : kGood);
+}
+
+TEST(Commands, ReachTheScaleOrTellThatItHasNone) {
+  SimulatedScale labelling(14, Transport::Pty);
+  const ProgramRun tare = weigh(Arguments{"tare"} + optionsOf(labelling));
+  EXPECT_EQ(tare.exitCode, labelling.count(sim::Action::Tare) > 0 ? kGood : kScaleFailed);
+  EXPECT_EQ(tare.exitCode, labelling.model().obeys(sim::Action::Tare) ? kGood : kScaleFailed);
+
+  const ProgramRun price = weigh({"price", "1250"});
+  EXPECT_EQ(price.exitCode, kGood) << price.err;
+  EXPECT_EQ(price.out, "price 1250 sent\n");
+
+  SimulatedScale plain(13, Transport::Pty);
+  const ProgramRun refused = weigh(Arguments{"price", "1250", "--json"} + optionsOf(plain));
+  EXPECT_EQ(refused.exitCode, kScaleFailed);
+  EXPECT_THAT(refused.err, HasSubstr("scale error 5: Ошибка_5"));
+  ASSERT_EQ(refused.records().size(), 1U);
+  EXPECT_EQ(refused.records()[0]["code"], 5);
+}
+
+TEST(Watch, WritesALineForEachReadingAndASummary) {
+  SimulatedScale scale(13, Transport::Pty);
+  scale.setWeight(3.5);
+  const ProgramRun run = weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  EXPECT_THAT(run.out, ContainsRegex("^3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
+                                     "3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
+                                     "2 readings, 2 good, 0 failed; .*\n"
+                                     "weights from 3.5 .* last 3.5 "));
+  EXPECT_EQ(run.out.find('\r'), std::string::npos) << "control characters without a terminal";
+}
+
+TEST(Watch, EndsWellOnCtrlC) {
+  SimulatedScale scale(13, Transport::Tcp);
+  const ProgramRun run = weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
+}
+
+TEST(Watch, GoesOnWhenTheScaleIsNotThere) {
+  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count", "2",
+                         "--interval", "0", "--json"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  ASSERT_EQ(run.records().size(), 2U);
+  EXPECT_EQ(run.records()[1]["code"], 1);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("2 readings, 0 good, 2 failed"),
+                             HasSubstr("There is no /dev/no-such-scale.")));
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+// The command line, and a component that isn't one.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Run.h"
+#include "TempFolder.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Usage, HelpTellsEveryCommandWithAnExample) {
+  const ProgramRun help = weigh({"--help"});
+  EXPECT_EQ(help.exitCode, kGood);
+  for (const char* command :
+       {"read", "watch", "tare", "price", "test", "models", "page", "settings", "call"}) {
+    EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
+    const ProgramRun own = weigh({command, "--help"});
+    EXPECT_EQ(own.exitCode, kGood);
+    EXPECT_THAT(own.out, HasSubstr(std::string("Example: weigh ") + command));
+    const ProgramRun russian = weigh({command, "--help", "--lang=ru"});
+    EXPECT_THAT(russian.out, AllOf(HasSubstr(std::string("Пример: weigh ") + command),
+                                   Not(HasSubstr("Options"))));
+  }
+}
+
+TEST(Usage, WrongWordsEndWithCodeTwoAndARemedy) {
+  struct Wrong {
+    Arguments arguments;
+    const char* told;
+  };
+  for (const auto& [arguments, told] : std::vector<Wrong>{
+           {{}, "which command?"},
+           {{"weight"}, "which command?"},
+           {{"read", "--modle", "13"}, "--modle"},
+           {{"read", "--model"}, "--model"},
+           {{"read", "--model", "x"}, "'x' is no whole number from 0 to"},
+           {{"read", "--model", "99999999999"}, "'99999999999' is no whole number"},
+           {{"read", "--baud", "9600baud"}, "'9600baud' is no whole number"},
+           {{"read", "--host", "h", "--tcp-port", "65536"}, "from 1 to 65535"},
+           {{"read", "--host", "h", "--port", "4001"}, "--tcp-port 4001"},
+           {{"read", "--host", ""}, "may not be empty"},
+           {{"read", "--conntype", "usb"}, "'usb' is no connection type"},
+           {{"read", "--coeff", "-1"}, "'-1' is no factor"},
+           {{"read", "--coeff", "1.2.3"}, "'1.2.3' is no factor"},
+           {{"read", "--count", "0"}, "'0' is no whole number from 1"},
+           {{"read", "--interval", "nan"}, "'nan' is no number of seconds"},
+           {{"price"}, "price is required"},
+           {{"price", "12.50"}, "'12.50' is no whole number"},
+           {{"price", "--", "-1"}, "'-1' is no whole number"},
+           {{"settings"}, "folder is required"},
+       }) {
+    const ProgramRun run = weigh(arguments);
+    EXPECT_EQ(run.exitCode, kWrongUsage) << testing::PrintToString(arguments);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, AllOf(HasSubstr(told), HasSubstr("--help` shows how it is used")));
+  }
+}
+
+TEST(Usage, NumbersAreDecimalAsThePageWritesThem) {
+  // "08" is how the page writes model 8, and no number of base eight.
+  const ProgramRun run = weigh({"read", "--model", "08", "--port", "/dev/no-such-scale"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  EXPECT_THAT(run.err, HasSubstr("scale error 1: Ошибка_1"));
+}
+
+TEST(Usage, ModelWithoutDriverIsTheScalesError) {
+  const ProgramRun run = weigh({"read", "--model", "5", "--json", "--price"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  ASSERT_EQ(run.records().size(), 1U);
+  EXPECT_EQ(run.records()[0]["code"], 5);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("scale error 5: Ошибка_5"), HasSubstr("`weigh models`")));
+}
+
+TEST(Usage, ComponentThatIsNoneIsToldWithARemedy) {
+  const fixture::TempFolder folder;
+  struct Wrong {
+    std::string component;
+    const char* told;
+    const char* remedy;
+  };
+  for (const auto& [component, told, remedy] : std::vector<Wrong>{
+           {folder.file("none.so"), "the component isn't there: ", "cmake --build"},
+           {folder.write("text.so", "no library"), "can't be loaded: ", "fresh build"},
+           {folder.path(), "can't be loaded: ", "fresh build"},
+           {"/lib/x86_64-linux-gnu/libm.so.6", "it has no export GetClassObject", "fresh build"},
+       }) {
+    const ProgramRun run = weigh({"read", "--component", component});
+    EXPECT_EQ(run.exitCode, kWrongUsage);
+    EXPECT_THAT(run.err, AllOf(HasSubstr(component), HasSubstr(told), HasSubstr(remedy)));
+  }
+}
+
+TEST(Models, AreListedWithTheirDrivers) {
+  const auto all = weigh({"models", "--json"}).records();
+  ASSERT_EQ(all.size(), 46U);
+  EXPECT_EQ(all[13]["name"], "CAS (АР, AD, DB, ER, EM, SW, CS)");
+  EXPECT_EQ(all[13]["driver"], true);
+  EXPECT_EQ(all[5]["driver"], false);
+  EXPECT_EQ(all[20]["unit"], "kg");
+  EXPECT_EQ(weigh({"models", "--json", "--driver"}).records().size(), 37U);
+  EXPECT_THAT(weigh({"models"}).out, HasSubstr("\n13     yes     "));
+}
+
+}  // namespace

@@ -89,7 +89,7 @@ void drain(COrbComLanPort& port, std::size_t readSize) {
   // megabytes, and a read that leaves them there finds garbage for many polls.
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds{kLongestDrain_ms};
-  while (port.read(scratch.get(), readSize) > 0 && Clock::now() < end) continue;
+  while (port.read(scratch.get(), readSize, kLongestDrain_ms) > 0 && Clock::now() < end) continue;
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

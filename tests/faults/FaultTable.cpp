@@ -62,25 +62,33 @@ void corruptOnce(Trial& trial) {
 }
 
 void garbageAtLineSpeed(Trial& trial) {
+  trial.talks({.stretch = kEndless, .gap = milliseconds{2}});
   misbehave(trial, {.endless = Endless::Garbage, .bytesPerSecond = kLineSpeed},
             trial.ifTold(Expected::NoAnswer));
 }
 
+void garbageTrickle(Trial& trial) {
+  constexpr int kBytesPerSecond = 50;
+  trial.talks({.stretch = kEndless, .gap = milliseconds{1000 / kBytesPerSecond}});
+  misbehave(trial, {.endless = Endless::Garbage, .bytesPerSecond = kBytesPerSecond},
+            trial.ifTold(Expected::NoAnswer));
+}
+
 void garbageFlood(Trial& trial) {
-  trial.talksFor(kEndless);
+  trial.talks({.stretch = kEndless});
   trial.worksFor(kFloodWork);
   misbehave(trial, {.endless = Endless::Garbage}, trial.ifTold(Expected::NoAnswer));
 }
 
 void frameFlood(Trial& trial) {
-  trial.talksFor(kEndless);
+  trial.talks({.stretch = kEndless});
   trial.worksFor(kFloodWork);
   misbehave(trial, {.endless = Endless::Frames}, trial.ifTold(Expected::RightOrNone));
 }
 
 void oneByteAtATime(Trial& trial) {
   constexpr milliseconds kPause{5};
-  trial.talksFor(2 * kPause * frameSize(trial));
+  trial.talks({.stretch = 2 * kPause * frameSize(trial)});
   misbehave(trial, {.dribble = kPause}, Expected::Right);
 }
 
@@ -114,8 +122,9 @@ constexpr std::array kFaults = {
     Fault{.name = "cut frame", .run = cutFrame},
     Fault{.name = "corrupt frame", .run = corruptFrame},
     Fault{.name = "one corrupt frame", .run = corruptOnce},
-    // Over TCP this is a trickle without the pause that ends a read.
-    Fault{.name = "endless garbage at line speed", .onTcp = false, .run = garbageAtLineSpeed},
+    // The longest first: a hunting read takes its time over TCP.
+    Fault{.name = "endless garbage, a trickle", .run = garbageTrickle},
+    Fault{.name = "endless garbage at line speed", .run = garbageAtLineSpeed},
     Fault{.name = "endless garbage, fast", .busy = true, .run = garbageFlood},
     Fault{.name = "frames faster than the line", .busy = true, .run = frameFlood},
     Fault{.name = "one byte at a time", .run = oneByteAtATime},

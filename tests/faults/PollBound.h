@@ -4,9 +4,16 @@
 
 #include "ProtocolSheet.h"
 
+/// How a scale talks that never pauses for the idle limit.
+struct Talk {
+  /// How long it goes on, which a drain waits out.
+  std::chrono::milliseconds stretch{0};
+  /// From one byte to the next.
+  std::chrono::milliseconds gap{0};
+};
+
 /// The longest poll that a sheet allows, from a port that opens at once and a peer that takes part
-/// in its closing: the sum of all waits. `talk` is how long at a stretch the scale sends bytes with
-/// less than the idle limit between them, which a drain waits out.
+/// in its closing: the sum of all waits.
 std::chrono::milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp,
                                       std::chrono::milliseconds talk = std::chrono::milliseconds{
                                           0});

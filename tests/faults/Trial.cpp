@@ -3,8 +3,6 @@
 #include <cmath>
 #include <sstream>
 
-#include "PollBound.h"
-
 namespace {
 
 using std::chrono::milliseconds;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Models.h"
+#include "PollBound.h"
 #include "SimulatedScale.h"
 
 /// What a poll may come to.
@@ -32,8 +33,8 @@ class Trial {
   bool overTcp() const { return transport_ == sim::Transport::Tcp; }
   sim::SimulatedScale& scale() { return scale_; }
 
-  /// The scale sends, at a stretch, for at most so long from now on.
-  void talksFor(std::chrono::milliseconds talk) { talk_ = talk; }
+  /// How the scale sends from now on.
+  void talks(Talk talk) { talk_ = talk; }
   /// Calls need so much of the processor beside their waits from now on.
   void worksFor(std::chrono::milliseconds work) { work_ = work; }
 
@@ -60,7 +61,7 @@ class Trial {
   sim::Transport transport_;
   sim::SimulatedScale scale_;
   std::unique_ptr<IScalesObject> driver_;
-  std::chrono::milliseconds talk_{0};
+  Talk talk_;
   std::chrono::milliseconds work_{0};
   std::vector<std::string> faults_;
   std::size_t late_ = 0;

@@ -15,6 +15,11 @@ if(ORBELO_SANITIZE)
     -fsanitize=${ORBELO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(orbelo_flags INTERFACE -fsanitize=${ORBELO_SANITIZE})
 endif()
+if(ORBELO_COVERAGE)
+  # Threads count too.
+  target_compile_options(orbelo_flags INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(orbelo_flags INTERFACE --coverage)
+endif()
 
 # orbelo_layer(<name> SOURCES <file>... [BELOW <layer>...])
 function(orbelo_layer name)

@@ -1,16 +1,12 @@
 #include "FrameReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 
 #include "Sleep.h"
 
 namespace {
-
-/// A line at full speed can't fill even two of these reads while they are made; only a line that
-/// floods the port, or a broken adapter, reaches this many, and it must not hold the caller for
-/// ever.
-constexpr int kMaxDrainReads = 64;
 
 class Reader {
  public:
@@ -89,9 +85,11 @@ class Reader {
 
 void drain(COrbComLanPort& port, std::size_t readSize) {
   const auto scratch = std::make_unique<unsigned char[]>(readSize);
-  for (int i = 0; i < kMaxDrainReads; ++i) {
-    if (port.read(scratch.get(), readSize) <= 0) return;
-  }
+  // By the clock and not by a number of reads: a network connection that was flooded holds
+  // megabytes, and a read that leaves them there finds garbage for many polls.
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + std::chrono::milliseconds{kLongestDrain_ms};
+  while (port.read(scratch.get(), readSize, kLongestDrain_ms) > 0 && Clock::now() < end) continue;
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

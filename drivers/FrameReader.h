@@ -7,8 +7,12 @@
 #include "ComLanPort.h"
 #include "ReadStyle.h"
 
-/// Throws away what waits on the line: reads `readSize` bytes at a time until nothing comes. A
-/// line that never falls silent is left after a bounded number of reads.
+/// A line that hasn't fallen silent for so long never will: as long as the longest budget for an
+/// answer. What has piled up between the scale and the port is through in a fraction of this.
+inline constexpr int kLongestDrain_ms = 500;
+
+/// Throws away what waits on the line: reads `readSize` bytes at a time until nothing comes, or
+/// until `kLongestDrain_ms` have passed.
 void drain(COrbComLanPort& port, std::size_t readSize);
 
 /// Reads one answer into `frame` (at least as long as the style's frame) and returns the number

@@ -192,10 +192,11 @@ int COrbComLanPort::getState() {
   return socket && socket->get_IsConnected() ? kConnected : kNotConnected;
 }
 
-int COrbComLanPort::read(unsigned char* buffer, unsigned long size) {
+int COrbComLanPort::read(unsigned char* buffer, unsigned long size, int longest_ms) {
   const CAutoLockMutex lock(&portMutex);
   if (getState() != kConnected) logEvent("CAN'T READ");
-  const int count = connType == Network ? ReadNetwork(buffer, size) : ReadSerial(buffer, size);
+  const int count =
+      connType == Network ? ReadNetwork(buffer, size, longest_ms) : ReadSerial(buffer, size);
   logData(LogRecord::Incoming, buffer, static_cast<unsigned long>(count));
   return count;
 }
@@ -210,9 +211,10 @@ int COrbComLanPort::ReadSerial(unsigned char* buffer, unsigned long size) {
   }
 }
 
-int COrbComLanPort::ReadNetwork(unsigned char* buffer, unsigned long size) {
+int COrbComLanPort::ReadNetwork(unsigned char* buffer, unsigned long size, int longest_ms) {
   if (!socket) return 0;
   try {
+    socket->put_MaxReadMs(longest_ms);
     CkByteData data;
     if (socket->ReceiveBytesN(size, data) && data.getSize() > 0) {
       const unsigned long count = std::min(size, data.getSize());

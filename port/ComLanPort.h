@@ -46,7 +46,10 @@ class COrbComLanPort {
 
   /// Reads up to `size` bytes. A serial line gives at once what it has; a network port waits up
   /// to 100 ms after each byte and gives all `size` bytes or none. 0 if nothing came.
-  int read(unsigned char* buffer, unsigned long size);
+  /// With a `longest_ms` a network read is also over, with none, when so much time has passed
+  /// without the last byte: bytes that drip in below the idle limit would hold a large read for
+  /// hours.
+  int read(unsigned char* buffer, unsigned long size, int longest_ms = 0);
   /// Returns the number of bytes written; 0 or less on failure.
   int write(const unsigned char* data, unsigned long size);
 
@@ -82,7 +85,7 @@ class COrbComLanPort {
   int OpenSerial();
   int OpenNetwork();
   int ReadSerial(unsigned char* buffer, unsigned long size);
-  int ReadNetwork(unsigned char* buffer, unsigned long size);
+  int ReadNetwork(unsigned char* buffer, unsigned long size, int longest_ms);
   int WriteSerial(const unsigned char* data, unsigned long size);
   int WriteNetwork(const unsigned char* data, unsigned long size);
   void logEvent(std::string_view text);

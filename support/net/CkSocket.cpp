@@ -43,6 +43,10 @@ void CkSocket::put_MaxReadIdleMs(int ms) {
   if (ClsSocket* socket = impl()) socket->put_MaxReadIdleMs(static_cast<std::uint32_t>(ms));
 }
 
+void CkSocket::put_MaxReadMs(int ms) {
+  if (ClsSocket* socket = impl()) socket->put_MaxReadMs(static_cast<std::uint32_t>(ms));
+}
+
 void CkSocket::put_MaxSendIdleMs(int ms) {
   if (ClsSocket* socket = impl()) socket->put_MaxSendIdleMs(static_cast<std::uint32_t>(ms));
 }

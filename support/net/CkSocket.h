@@ -18,6 +18,9 @@ class ORBELO_PUBLIC CkSocket : public CkMultiByteBase {
   bool Connect(const char* hostname, int port, bool ssl, int maxWaitMs);
   /// Longest silence while receiving, in milliseconds; 0 means 56 hours.
   void put_MaxReadIdleMs(int ms);
+  /// Longest receiving altogether, in milliseconds; 0, as at the start, means no limit but the
+  /// silence.
+  void put_MaxReadMs(int ms);
   /// Longest wait for room while sending, in milliseconds; 0 means 6 hours.
   void put_MaxSendIdleMs(int ms);
   /// Sends all the bytes.

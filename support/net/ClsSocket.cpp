@@ -1,5 +1,6 @@
 #include "ClsSocket.h"
 
+#include <chrono>
 #include <new>
 
 #include "BusyFlag.h"
@@ -76,6 +77,11 @@ bool ClsSocket::connectTo(XString& hostname, int port, bool ssl, std::uint32_t m
 void ClsSocket::put_MaxReadIdleMs(std::uint32_t ms) {
   const CritSecExitor lock(this);
   m_maxReadIdleMs = ms;
+}
+
+void ClsSocket::put_MaxReadMs(std::uint32_t ms) {
+  const CritSecExitor lock(this);
+  m_maxReadMs = ms;
 }
 
 void ClsSocket::put_MaxSendIdleMs(std::uint32_t ms) {
@@ -176,8 +182,14 @@ bool ClsSocket::receiveAll(std::uint32_t wanted, DataBuffer& data) {
     return false;
   }
   wanted -= data.getSize() - before;
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + std::chrono::milliseconds{m_maxReadMs};
   while (wanted > 0) {
     if (!receiveSome(wanted, data)) return false;
+    if (wanted > 0 && m_maxReadMs > 0 && Clock::now() >= end) {
+      m_receiveFailReason = TimedOut;
+      return false;
+    }
   }
   return true;
 }

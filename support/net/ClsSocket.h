@@ -38,6 +38,7 @@ class ClsSocket : public ClsBase {
   bool Connect(XString& hostname, int port, bool ssl, std::uint32_t maxWaitMs);
   /// 0 means 56 hours.
   void put_MaxReadIdleMs(std::uint32_t ms);
+  void put_MaxReadMs(std::uint32_t ms);
   /// 0 means 6 hours.
   void put_MaxSendIdleMs(std::uint32_t ms);
   bool SendBytes(const unsigned char* data, std::uint32_t size);
@@ -59,6 +60,7 @@ class ClsSocket : public ClsBase {
   bool receiveSome(std::uint32_t& wanted, DataBuffer& data);
 
   std::uint32_t m_maxReadIdleMs = 0;
+  std::uint32_t m_maxReadMs = 0;
   std::uint32_t m_maxSendIdleMs = 0;
   TcpSettings m_tcp;
   std::unique_ptr<Socket2> m_connection;

@@ -191,8 +191,8 @@ class StringBuffer : public NonRefCountedObj {
 
   std::uint8_t m_validity = kValid;
   bool m_secure = false;
-  char* m_data = m_inline.data();
   std::array<char, kInlineSize> m_inline = {};
+  char* m_data = m_inline.data();
   CkBlock m_heap;
   std::uint32_t m_heapCapacity = 0;
   std::uint32_t m_length = 0;

@@ -29,6 +29,9 @@ class Endpoint {
   virtual Bytes receive() = 0;
   /// Sends what the line takes at once; the rest is lost, as on a line that nobody reads.
   virtual void send(std::span<const std::uint8_t> bytes) = 0;
+  /// Sends what the line takes at once, behind all that its reader hasn't taken yet, and returns
+  /// how many bytes that was.
+  virtual std::size_t fill(std::span<const std::uint8_t> bytes) = 0;
   /// Whether a frame that nobody asked for makes sense now.
   virtual bool hasListener() const = 0;
   /// Drops the host: a connection is closed and the next one welcome, a serial line goes away.
@@ -71,6 +74,7 @@ class PtyEndpoint : public Endpoint {
   int descriptor() const override { return master_.get(); }
   Bytes receive() override;
   void send(std::span<const std::uint8_t> bytes) override;
+  std::size_t fill(std::span<const std::uint8_t> bytes) override;
   bool hasListener() const override { return static_cast<bool>(master_); }
   void hangUp() override;
   void goAway() override;
@@ -99,6 +103,7 @@ class TcpEndpoint : public Endpoint {
   int descriptor() const override { return client_ ? client_.get() : listener_.get(); }
   Bytes receive() override;
   void send(std::span<const std::uint8_t> bytes) override;
+  std::size_t fill(std::span<const std::uint8_t> bytes) override;
   bool hasListener() const override { return static_cast<bool>(client_); }
   void hangUp() override;
   void goAway() override;
@@ -108,6 +113,9 @@ class TcpEndpoint : public Endpoint {
 
  private:
   std::uint16_t port_;
+  /// Holds the port without listening while the scale is away: hosts are refused, and nobody else
+  /// is given the port.
+  FileDescriptor reservation_;
   FileDescriptor listener_;
   FileDescriptor client_;
 };

@@ -44,4 +44,13 @@ Transmission Misbehaviour::transmit(const ScaleModel& model, Bytes frame) {
   return out;
 }
 
+Bytes Misbehaviour::endless(const Bytes& frame, std::size_t count) const {
+  const bool garbage = faults_.endless == Faults::Endless::Garbage;
+  const std::span<const std::uint8_t> row =
+      garbage ? std::span<const std::uint8_t>(kGarbage) : std::span<const std::uint8_t>(frame);
+  Bytes bytes(count);
+  for (std::size_t i = 0; i < count; ++i) bytes[i] = row[(endlessSent_ + i) % row.size()];
+  return bytes;
+}
+
 }  // namespace sim

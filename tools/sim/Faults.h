@@ -26,6 +26,11 @@ struct Faults {
   int hangUpAfter = 0;
   /// Only so many frames are spoiled, and then all is well; 0 all.
   int frames = 0;
+  /// Sends this without end and without being asked, and nothing else.
+  enum class Endless { Nothing, Garbage, Frames };
+  Endless endless = Endless::Nothing;
+  /// Speed of the endless sending; 0 as fast as the line takes it.
+  int bytesPerSecond = 0;
 };
 
 /// One frame as it goes out.
@@ -45,10 +50,15 @@ class Misbehaviour {
 
   /// What goes out in place of the model's `frame`.
   Transmission transmit(const ScaleModel& model, Bytes frame);
+  /// The next `count` bytes of what is sent without end.
+  Bytes endless(const Bytes& frame, std::size_t count) const;
+  /// So many of them went out.
+  void sentEndless(std::size_t count) { endlessSent_ += count; }
 
  private:
   Faults faults_;
   int framesSeen_ = 0;
+  std::size_t endlessSent_ = 0;
 };
 
 }  // namespace sim

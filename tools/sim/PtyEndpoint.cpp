@@ -106,11 +106,17 @@ void PtyEndpoint::send(std::span<const std::uint8_t> bytes) {
   if (::ioctl(slave_.get(), FIONREAD, &unread) == 0 && unread > kUnreadLimit) {
     ::tcflush(slave_.get(), TCIFLUSH);
   }
-  while (!bytes.empty()) {
-    const ssize_t sent = ::write(master_.get(), bytes.data(), bytes.size());
-    if (sent <= 0) return;
-    bytes = bytes.subspan(static_cast<std::size_t>(sent));
+  fill(bytes);
+}
+
+std::size_t PtyEndpoint::fill(std::span<const std::uint8_t> bytes) {
+  std::size_t taken = 0;
+  while (master_ && taken < bytes.size()) {
+    const ssize_t sent = ::write(master_.get(), bytes.data() + taken, bytes.size() - taken);
+    if (sent <= 0) break;
+    taken += static_cast<std::size_t>(sent);
   }
+  return taken;
 }
 
 std::chrono::milliseconds PtyEndpoint::graceBeforeHangUp() const {

@@ -1,5 +1,7 @@
 #include "ScaleLine.h"
 
+#include <poll.h>
+
 #include <algorithm>
 #include <system_error>
 
@@ -14,6 +16,9 @@ constexpr milliseconds kAbsence{500};
 /// A scale that got half a request forgets it after this silence. Far above the pauses that the
 /// component makes inside its requests.
 constexpr milliseconds kRequestSilence{1000};
+/// What is sent without end goes out in pieces of this size, or, at a given speed, this often.
+constexpr std::size_t kEndlessPiece = 4096;
+constexpr milliseconds kEndlessTick{10};
 
 }  // namespace
 
@@ -26,6 +31,8 @@ ScaleLine::ScaleLine(Scale scale, std::unique_ptr<Endpoint> endpoint, Faults fau
 void ScaleLine::setFaults(Faults faults) {
   faults_ = faults;
   misbehaviour_ = Misbehaviour(faults);
+  nextEndless_ = Clock::time_point::min();
+  if (sendsWithoutEnd()) queue_.clear();
 }
 
 void ScaleLine::goAway() {
@@ -41,13 +48,21 @@ void ScaleLine::comeBack() {
 }
 
 bool ScaleLine::wantsToStream() const {
-  return scale_.model().streams && queue_.empty() && endpoint_->hasListener();
+  return scale_.model().streams && queue_.empty() && endpoint_->hasListener() && !sendsWithoutEnd();
+}
+
+short ScaleLine::events() const {
+  const bool waitsForRoom = sendsWithoutEnd() && faults_.bytesPerSecond == 0;
+  return static_cast<short>(waitsForRoom ? POLLIN | POLLOUT : POLLIN);
 }
 
 ScaleLine::Clock::time_point ScaleLine::deadline() const {
   Clock::time_point earliest = returns_;
   if (!queue_.empty()) earliest = std::min(earliest, queue_.front().due);
   if (wantsToStream()) earliest = std::min(earliest, nextFrame_);
+  if (sendsWithoutEnd() && faults_.bytesPerSecond > 0 && endpoint_->hasListener()) {
+    earliest = std::min(earliest, nextEndless_);
+  }
   return earliest;
 }
 
@@ -57,6 +72,7 @@ void ScaleLine::receive(Clock::time_point now) {
   if (arrived.empty()) return;
   lastInput_ = now;
   if (observer_) observer_(Direction::Received, arrived);
+  if (sendsWithoutEnd()) return;
   for (Scale::Answer& answer : scale_.receive(arrived)) {
     if (answer.action == Action::Weigh) {
       sendFrame(std::move(answer.bytes), now);
@@ -79,6 +95,7 @@ void ScaleLine::advance(Clock::time_point now) {
     sendFrame(scale_.frame(), now);
     nextFrame_ = lastDue(now) + endpoint_->streamInterval();
   }
+  if (sendsWithoutEnd() && endpoint_->hasListener()) sendWithoutEnd(now);
   while (!queue_.empty() && queue_.front().due <= now) {
     const Outgoing out = std::move(queue_.front());
     queue_.pop_front();
@@ -89,6 +106,19 @@ void ScaleLine::advance(Clock::time_point now) {
     if (observer_ && endpoint_->hasListener()) observer_(Direction::Sent, out.bytes);
     endpoint_->send(out.bytes);
   }
+}
+
+/// Not seen by the observer: a record of it would have no end either.
+void ScaleLine::sendWithoutEnd(Clock::time_point now) {
+  std::size_t count = kEndlessPiece;
+  if (faults_.bytesPerSecond > 0) {
+    if (now < nextEndless_) return;
+    const auto everyTick = faults_.bytesPerSecond * kEndlessTick / std::chrono::seconds{1};
+    count = static_cast<std::size_t>(std::max<std::int64_t>(everyTick, 1));
+    nextEndless_ = now + std::chrono::seconds{1} * count / faults_.bytesPerSecond;
+  }
+  const Bytes bytes = misbehaviour_.endless(scale_.frame(), count);
+  misbehaviour_.sentEndless(endpoint_->fill(bytes));
 }
 
 ScaleLine::Clock::time_point ScaleLine::lastDue(Clock::time_point now) const {

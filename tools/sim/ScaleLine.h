@@ -37,6 +37,8 @@ class ScaleLine {
   void comeBack();
 
   int descriptor() const { return endpoint_->descriptor(); }
+  /// The events of poll(2) to wait for at the descriptor.
+  short events() const;
   /// When `advance` has something to do; `Clock::time_point::max()` for nothing.
   Clock::time_point deadline() const;
   /// Takes what waits at the descriptor.
@@ -52,6 +54,8 @@ class ScaleLine {
   };
 
   bool wantsToStream() const;
+  bool sendsWithoutEnd() const { return faults_.endless != Faults::Endless::Nothing; }
+  void sendWithoutEnd(Clock::time_point now);
   void sendFrame(Bytes frame, Clock::time_point now);
   void enqueue(Bytes bytes, std::chrono::milliseconds pause, Clock::time_point now, bool hangUp);
   void hangUp(Clock::time_point now);
@@ -64,6 +68,7 @@ class ScaleLine {
   Observer observer_;
   std::deque<Outgoing> queue_;
   Clock::time_point nextFrame_ = Clock::time_point::min();
+  Clock::time_point nextEndless_ = Clock::time_point::min();
   Clock::time_point returns_ = Clock::time_point::max();
   Clock::time_point lastInput_ = Clock::time_point::min();
 };

@@ -79,7 +79,7 @@ void SimulationLoop::run() {
     std::vector<pollfd> waiting = {{wake_.get(), POLLIN, 0}};
     for (const Watch& watch : watches_) waiting.push_back({watch.fd, POLLIN, 0});
     // poll passes over negative descriptors, so lines that are away keep their places.
-    for (const auto& line : lines_) waiting.push_back({line->descriptor(), POLLIN, 0});
+    for (const auto& line : lines_) waiting.push_back({line->descriptor(), line->events(), 0});
     if (::poll(waiting.data(), waiting.size(), timeoutMs()) < 0 && errno != EINTR) {
       throw std::system_error(errno, std::generic_category(), "poll");
     }
@@ -89,7 +89,9 @@ void SimulationLoop::run() {
     }
     const ScaleLine::Clock::time_point now = ScaleLine::Clock::now();
     for (std::size_t i = 0; i < lines_.size(); ++i) {
-      if (waiting[waiting.size() - lines_.size() + i].revents != 0) lines_[i]->receive(now);
+      // Room for more to send shows by itself; all else is input, or an end that reading shows.
+      const int shown = waiting[waiting.size() - lines_.size() + i].revents;
+      if ((shown & ~POLLOUT) != 0) lines_[i]->receive(now);
       lines_[i]->advance(now);
     }
     // A watcher may add to or take from both lists, so these come last, by a list of their own.

@@ -25,9 +25,29 @@ sockaddr* plain(sockaddr_in& address) {
   return static_cast<sockaddr*>(any);
 }
 
+/// A socket at the port on the loopback interface; 0 is replaced by the port that was found.
+FileDescriptor boundTo(std::uint16_t& port) {
+  FileDescriptor bound(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
+  if (!bound) fail("socket");
+  const int on = 1;
+  ::setsockopt(bound.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  const std::string name = std::string(kLoopback) + ":" + std::to_string(port);
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  ::inet_pton(AF_INET, kLoopback, &address.sin_addr);
+  if (::bind(bound.get(), plain(address), sizeof address) != 0) fail(name);
+  socklen_t size = sizeof address;
+  if (::getsockname(bound.get(), plain(address), &size) != 0) fail(name);
+  port = ntohs(address.sin_port);
+  return bound;
+}
+
 }  // namespace
 
-TcpEndpoint::TcpEndpoint(std::uint16_t port) : port_(port) { comeBack(); }
+TcpEndpoint::TcpEndpoint(std::uint16_t port) : port_(port), reservation_(boundTo(port_)) {
+  comeBack();
+}
 
 std::string TcpEndpoint::address() const {
   return std::string(kLoopback) + ":" + std::to_string(port_);
@@ -35,20 +55,8 @@ std::string TcpEndpoint::address() const {
 
 void TcpEndpoint::comeBack() {
   if (listener_) return;
-  FileDescriptor listener(
-      ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
-  if (!listener) fail("socket");
-  const int on = 1;
-  ::setsockopt(listener.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  sockaddr_in bound = {};
-  bound.sin_family = AF_INET;
-  bound.sin_port = htons(port_);
-  ::inet_pton(AF_INET, kLoopback, &bound.sin_addr);
-  if (::bind(listener.get(), plain(bound), sizeof bound) != 0) fail(address());
+  FileDescriptor listener = boundTo(port_);
   if (::listen(listener.get(), SOMAXCONN) != 0) fail(address());
-  socklen_t size = sizeof bound;
-  if (::getsockname(listener.get(), plain(bound), &size) != 0) fail(address());
-  port_ = ntohs(bound.sin_port);
   listener_ = std::move(listener);
 }
 
@@ -77,12 +85,17 @@ Bytes TcpEndpoint::receive() {
   return {};
 }
 
-void TcpEndpoint::send(std::span<const std::uint8_t> bytes) {
-  while (client_ && !bytes.empty()) {
-    const ssize_t sent = ::send(client_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (sent <= 0) return;
-    bytes = bytes.subspan(static_cast<std::size_t>(sent));
+void TcpEndpoint::send(std::span<const std::uint8_t> bytes) { fill(bytes); }
+
+std::size_t TcpEndpoint::fill(std::span<const std::uint8_t> bytes) {
+  std::size_t taken = 0;
+  while (client_ && taken < bytes.size()) {
+    const ssize_t sent =
+        ::send(client_.get(), bytes.data() + taken, bytes.size() - taken, MSG_NOSIGNAL);
+    if (sent <= 0) break;
+    taken += static_cast<std::size_t>(sent);
   }
+  return taken;
 }
 
 std::chrono::milliseconds TcpEndpoint::graceBeforeHangUp() const {

@@ -1,0 +1,60 @@
+// Every driver's frame functions on any bytes. The first byte chooses the model, the second how
+// the outputs stand before, the rest is the frame.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "Models.h"
+
+namespace {
+
+void check(bool holds) {
+  if (!holds) std::abort();
+}
+
+bool isKnown(int code) {
+  return code == kSuccess || code == kNoConnection || code == kNoAnswer || code == kOverload ||
+         code == kUnknown;
+}
+
+void checkFrame(const ProtocolSheet& sheet, Frame frame, Reading reading) {
+  if (sheet.glance != nullptr) sheet.glance(frame, reading);
+  if (!sheet.isGood(frame)) return;
+  const Outcome outcome = sheet.parse(frame, reading);
+  check(isKnown(outcome.code));
+  check(std::isfinite(reading.weight) && std::isfinite(reading.price) &&
+        std::isfinite(reading.cost));
+}
+
+void checkPrice(const ProtocolSheet& sheet, Frame bytes) {
+  if (sheet.price == nullptr) return;
+  unsigned long price = 0;
+  for (const std::uint8_t byte : bytes.first(std::min(bytes.size(), sizeof price))) {
+    price = price << 8 | byte;
+  }
+  const auto command = sheet.price(static_cast<long>(price));
+  check(!command || command->bytes.size() < Bytes::kCapacity);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  constexpr std::size_t kChoices = 2;
+  if (size < kChoices || size - kChoices > kMaxFrame) return 0;
+  const auto models = scalesModels();
+  const ProtocolSheet* sheet = models[data[0] % models.size()].sheet;
+  if (sheet == nullptr) return 0;
+  const double before = data[1];
+
+  // At the end of its own block, so that the first byte too far is seen.
+  const std::size_t length = size - kChoices;
+  const auto block = std::make_unique<std::uint8_t[]>(length);
+  std::copy_n(data + kChoices, length, block.get());
+  const Frame frame(block.get(), length);
+  checkFrame(*sheet, frame, {before, before, before, data[1]});
+  checkPrice(*sheet, frame);
+  return 0;
+}

@@ -1,0 +1,196 @@
+// Every model over both transports against every fault. Prints a matrix and what failed; the exit
+// code is 0 if nothing did.
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <thread>
+
+#include <CLI/CLI.hpp>
+
+#include "FaultTable.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Cell {
+  const sim::ScaleModel* model;
+  sim::Transport transport;
+  const Fault* fault;
+  std::vector<std::string> failures = {};
+  bool wasOnlyLate = false;
+};
+
+void run(Cell& cell) {
+  cell.failures.clear();
+  try {
+    Trial trial(*cell.model, cell.transport);
+    cell.fault->run(trial);
+    trial.poll("poll after the fault", Expected::Right);
+    cell.failures = trial.faults();
+    cell.wasOnlyLate = trial.wasOnlyLate();
+  } catch (const std::exception& error) {
+    cell.failures.push_back(error.what());
+    cell.wasOnlyLate = false;
+  }
+}
+
+void runAll(const std::vector<Cell*>& cells, std::size_t threads) {
+  std::atomic<std::size_t> next = 0;
+  std::vector<std::thread> pool;
+  for (std::size_t i = 0; i < std::min(threads, cells.size()); ++i) {
+    pool.emplace_back([&] {
+      for (std::size_t own = next++; own < cells.size(); own = next++) run(*cells[own]);
+    });
+  }
+  for (std::thread& thread : pool) thread.join();
+}
+
+std::vector<Cell*> select(std::vector<Cell>& cells, auto wanted) {
+  std::vector<Cell*> some;
+  for (Cell& cell : cells) {
+    if (wanted(cell)) some.push_back(&cell);
+  }
+  return some;
+}
+
+const char* name(sim::Transport transport) {
+  return transport == sim::Transport::Tcp ? "TCP" : "serial";
+}
+
+std::string title(const Cell& cell) {
+  return "model " + std::to_string(cell.model->number) + ", " + name(cell.transport) + ", " +
+         std::string(cell.fault->name);
+}
+
+void print(const std::vector<Cell>& cells, sim::Transport transport) {
+  std::cout << '\n' << name(transport) << ":\n      ";
+  const auto faults = faultTable();
+  for (std::size_t i = 0; i < faults.size(); ++i) std::cout << static_cast<char>('a' + i) << ' ';
+  std::cout << '\n';
+  for (const sim::ScaleModel& model : sim::scaleModels()) {
+    std::string row;
+    for (const Fault& fault : faults) {
+      const auto cell = std::find_if(cells.begin(), cells.end(), [&](const Cell& each) {
+        return each.model == &model && each.transport == transport && each.fault == &fault;
+      });
+      row += cell == cells.end() ? "  " : cell->failures.empty() ? ". " : "F ";
+    }
+    if (row.find_first_not_of(' ') == std::string::npos) continue;
+    const std::string number = std::to_string(model.number);
+    std::cout << std::string(4 - number.size(), ' ') << number << "  " << row << '\n';
+  }
+}
+
+std::ptrdiff_t entriesOf(const char* directory) {
+  return std::distance(std::filesystem::directory_iterator(directory), {});
+}
+
+/// What this process holds of the system. A directory lists itself while it is read, each time.
+struct Holdings {
+  std::ptrdiff_t descriptors = entriesOf("/proc/self/fd");
+  std::ptrdiff_t threads = entriesOf("/proc/self/task");
+};
+
+struct Options {
+  std::size_t threads = 48;
+  std::vector<int> models;
+  std::string fault;
+  std::string transport;
+};
+
+bool isWanted(const Options& options, const Cell& cell) {
+  if (!options.models.empty() && std::find(options.models.begin(), options.models.end(),
+                                           cell.model->number) == options.models.end()) {
+    return false;
+  }
+  if (!options.transport.empty() && options.transport != name(cell.transport)) return false;
+  return cell.fault->name.find(options.fault) != std::string_view::npos;
+}
+
+std::vector<Cell> cellsFor(const Options& options) {
+  std::vector<Cell> cells;
+  for (const Fault& fault : faultTable()) {
+    for (const sim::ScaleModel& model : sim::scaleModels()) {
+      for (const sim::Transport transport : {sim::Transport::Pty, sim::Transport::Tcp}) {
+        const bool overTcp = transport == sim::Transport::Tcp;
+        if (overTcp ? !fault.onTcp || !model.worksOverTcp() : !fault.onSerial) continue;
+        const Cell cell = {&model, transport, &fault};
+        if (isWanted(options, cell)) cells.push_back(cell);
+      }
+    }
+  }
+  return cells;
+}
+
+/// Every driver that speaks a protocol has a simulated scale, or it would be left out unseen.
+bool allDriversHaveScales() {
+  bool all = true;
+  for (const ScalesModel& model : scalesModels()) {
+    if (model.sheet == nullptr || sim::findScaleModel(model.number) != nullptr) continue;
+    std::cout << "model " << model.number << " has no simulated scale\n";
+    all = false;
+  }
+  return all;
+}
+
+int runMatrix(const Options& options) {
+  /// A machine that is so busy that more than these are late can't be measured on.
+  constexpr std::size_t kMostLate = 40;
+  constexpr std::size_t kBusyAtATime = 8;
+  const Holdings before;
+  const Clock::time_point begin = Clock::now();
+
+  std::vector<Cell> cells = cellsFor(options);
+  runAll(select(cells, [](const Cell& cell) { return !cell.fault->busy; }), options.threads);
+  runAll(select(cells, [](const Cell& cell) { return cell.fault->busy; }), kBusyAtATime);
+  // Other work on the machine makes every wait longer, so what was only late is measured again by
+  // itself.
+  const std::vector<Cell*> late =
+      select(cells, [](const Cell& cell) { return !cell.failures.empty() && cell.wasOnlyLate; });
+  if (late.size() <= kMostLate) runAll(late, 1);
+
+  for (std::size_t i = 0; i < faultTable().size(); ++i) {
+    std::cout << static_cast<char>('a' + i) << "  " << faultTable()[i].name << '\n';
+  }
+  print(cells, sim::Transport::Pty);
+  print(cells, sim::Transport::Tcp);
+  std::cout << '\n';
+
+  std::size_t failed = 0;
+  for (const Cell& cell : cells) {
+    if (cell.failures.empty()) continue;
+    ++failed;
+    std::cout << title(cell) << '\n';
+    for (const std::string& failure : cell.failures) std::cout << "    " << failure << '\n';
+  }
+  const Holdings after;
+  const bool leaks = after.descriptors != before.descriptors || after.threads != before.threads;
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - begin);
+  std::cout << cells.size() - failed << " of " << cells.size() << " cells are good, " << late.size()
+            << " were measured again; " << seconds.count() << " s; descriptors "
+            << before.descriptors << " -> " << after.descriptors << ", threads " << before.threads
+            << " -> " << after.threads << '\n';
+  return failed == 0 && !leaks && !cells.empty() && allDriversHaveScales() ? EXIT_SUCCESS
+                                                                           : EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("Every model, over both transports, against every fault of scale and line");
+  app.add_option("--threads", options.threads, "Cells at a time")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  app.add_option("--model", options.models, "Only these models");
+  app.add_option("--fault", options.fault, "Only faults with this in their name");
+  app.add_option("--transport", options.transport, "Only this one")
+      ->check(CLI::IsMember({"serial", "TCP"}));
+  CLI11_PARSE(app, argc, argv);
+  return runMatrix(options);
+}

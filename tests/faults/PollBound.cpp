@@ -1,0 +1,60 @@
+#include "PollBound.h"
+
+#include <algorithm>
+
+#include "FrameReader.h"
+
+using std::chrono::milliseconds;
+
+namespace {
+
+/// A network read waits so long for the next byte; a serial read doesn't wait at all.
+constexpr milliseconds kNetworkIdle{100};
+constexpr milliseconds kSilence{kSilence_ms};
+
+milliseconds emptyRead(bool overTcp) { return overTcp ? kNetworkIdle : milliseconds{0}; }
+
+/// A drain may find out that it has lasted long enough one byte too late.
+milliseconds longestDrain(bool overTcp, Talk talk) {
+  const milliseconds limit{kLongestDrain_ms};
+  // On a serial line any gap ends it.
+  if (!overTcp && talk.gap > milliseconds{0}) return milliseconds{0};
+  return std::min(talk.stretch, limit) + (talk.stretch > limit ? talk.gap : emptyRead(overTcp));
+}
+
+/// Silences that spend a budget; the last one may begin with 1 ms left.
+int silencesIn(int budget_ms) { return (budget_ms + kSilence_ms - 1) / kSilence_ms; }
+
+/// The most bytes that a read waits for. A hunting read takes a millisecond off its budget for a
+/// wrong one, however long it was in coming.
+struct MostBytes {
+  int budget_ms;
+  int operator()(const StartByteRead& read) const { return static_cast<int>(read.length); }
+  int operator()(const HuntingRead& read) const {
+    return budget_ms + static_cast<int>(read.length);
+  }
+  int operator()(const LengthRead& read) const { return static_cast<int>(read.length); }
+  int operator()(const TerminatorRead& read) const { return static_cast<int>(read.capacity); }
+};
+
+}  // namespace
+
+milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
+  const milliseconds asking = longestDrain(overTcp, talk) + milliseconds{sheet.request.pause_ms};
+  const milliseconds waiting =
+      overTcp ? std::visit(MostBytes{sheet.budget_ms}, sheet.read) * talk.gap : milliseconds{0};
+  const milliseconds reading =
+      silencesIn(sheet.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
+  return sheet.attempts * asking + (sheet.oneBudgetForAll ? 1 : sheet.attempts) * reading;
+}
+
+milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
+  if (!sheet.tare) return milliseconds{0};
+  const milliseconds pressing = sheet.tare->times * milliseconds{sheet.tare->pause_ms};
+  switch (sheet.tare->afterwards) {
+    case Command::Afterwards::Nothing: break;
+    case Command::Afterwards::ReadOnce: return pressing + emptyRead(overTcp);
+    case Command::Afterwards::Drain: return pressing + longestDrain(overTcp, talk);
+  }
+  return pressing;
+}

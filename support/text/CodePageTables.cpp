@@ -12,6 +12,14 @@ namespace {
 
 /// A pointer that threads set once, without a lock: whoever comes second throws its own away.
 struct MadeOnce {
+  MadeOnce() = default;
+  /// The library may be unloaded while its host lives on. Left null: a conversion in a static
+  /// object that ends later makes its own anew.
+  ~MadeOnce() { clear(); }
+  MadeOnce(const MadeOnce&) = delete;
+  MadeOnce& operator=(const MadeOnce&) = delete;
+  void clear() { delete map.exchange(nullptr); }
+
   std::atomic<const HashConvert*> map{nullptr};
 };
 
@@ -68,6 +76,6 @@ const HashConvert* ensureHashFromUnicode(int codePage) {
 
 void cleanupCodePages() {
   for (Made* made : {&g_toUnicode, &g_fromUnicode}) {
-    for (MadeOnce& once : *made) delete once.map.exchange(nullptr);
+    for (MadeOnce& once : *made) once.clear();
   }
 }

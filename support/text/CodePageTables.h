@@ -42,8 +42,8 @@ constexpr std::size_t kMostCodePages = 256;
 std::span<const CodePageTable> codePageTables();
 
 /// The tables in the form that conversions use, each made at its first use and kept until
-/// cleanupCodePages(). Threads may ask at once: each gets a finished table or makes its own and
-/// finds that another one was faster.
+/// cleanupCodePages() or the end of the library. Threads may ask at once: each gets a finished
+/// table or makes its own and finds that another one was faster.
 
 /// The bytes of a single-byte page; false if there is no such page.
 bool singleByteToUnicode(int codePage, UnicodeLookup& table);

@@ -14,11 +14,7 @@ struct Talk {
 
 /// The longest poll that a sheet allows, from a port that opens at once and a peer that takes part
 /// in its closing: the sum of all waits.
-std::chrono::milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp,
-                                      std::chrono::milliseconds talk = std::chrono::milliseconds{
-                                          0});
+std::chrono::milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk = {});
 
 /// The longest tare command, in the same way.
-std::chrono::milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp,
-                                      std::chrono::milliseconds talk = std::chrono::milliseconds{
-                                          0});
+std::chrono::milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp, Talk talk = {});

@@ -42,8 +42,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {1, "3C 00 '     -' 03 3E", "a minus and no digit", {.weight = 0}},
     {1, "3D 00 '001250' 07 3E", "wrong start", kRefused},
     {1, "3C 00 '001250' 07 3C", "wrong end", kRefused},
-    {1, "3C 00 '00125' 07 3E", "9 bytes", kRefused},
-    {1, "3C 00 '0012500' 07 3E", "11 bytes", kRefused},
 
     // "<", address, packed digits, status (03 decimal code, 04 stable, 20 negative), ">".
     {4, "3C 00 00 12 50 07 3E", "1250 g, stable", {.weight = 1250, .stable = 1}},
@@ -59,7 +57,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {4, "3C 00 00 12 50 07 3D", "wrong end: the flag has been taken already", {.stable = 1, .good = false}},
     {4, "3D 00 00 12 50 03 3E", "wrong start", kRefused},
     {4, "3C 00 00 12 50 07", "6 bytes: no flag is taken", kRefused},
-    {4, "3C 00 00 12 50 07 3E 07", "8 bytes", kRefused},
 
     // Blank, eleven characters, line end.
     {2, "20 '     1.250 ' 0D 0A", "1250 g", {.weight = 1250}},
@@ -73,8 +70,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {2, "20 '    ERROR  ' 0D 0A", "letters: a good zero", {.weight = 0}},
     {2, "20 '      1.250' 20 0A", "LF without CR", kRefused},
     {2, "20 '      1.250' 0D 20", "CR without LF", kRefused},
-    {2, "20 '      1.25' 0D 0A", "13 bytes", kRefused},
-    {2, "20 '      1.2500' 0D 0A", "15 bytes", kRefused},
 
     // "R", address, kind, sign and number, line end.
     {3, "'R01W-01.25' 0D 0A", "weight, negative", {.weight = -1.25}},
@@ -102,8 +97,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {9, "'           kg ' 0D 0A", "nothing but blanks", {.weight = 0, .stable = 1}},
     {9, "'     1.234 kg ' 0A 0D", "LF CR", kRefused},
     {9, "'     1.234 kg ' 0D 20", "no LF", kRefused},
-    {9, "'     1.234 kg' 0D 0A", "15 bytes", kRefused},
-    {9, "'     1.234 kg  ' 0D 0A", "17 bytes", kRefused},
 
     // STX, address, "D", sign, six digits, decimal code, check, ETX.
     {7, "02 40 'D 0012503' '00' 03", "1250 g", {.weight = 1250}},
@@ -117,8 +110,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {7, "02 40 'D 12.3453' '00' 03", "the first byte that is no digit ends the number", {.weight = 12}},
     {7, "02 40 'C 0012503' '00' 03", "not the answer to this request", kRefused},
     {7, "02 40 'D 0012503' '00' 04", "no ETX", kRefused},
-    {7, "02 40 'D 0012503' '0' 03", "13 bytes", kRefused},
-    {7, "02 40 'D 0012503' '000' 03", "15 bytes", kRefused},
 
     // STX, sign, six characters, decimal code, check, ETX.
     {34, "02 ' 0012503' '00' 03", "1.250 kg", {.weight = 1.25}},
@@ -133,8 +124,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {34, "02 ' 0012503' FF FF 03", "the check isn't looked at", {.weight = 1.25}},
     {34, "03 ' 0012503' '00' 03", "no STX", kRefused},
     {34, "02 ' 0012503' '00' 02", "no ETX", kRefused},
-    {34, "02 ' 0012503' '0' 03", "11 bytes", kRefused},
-    {34, "02 ' 0012503' '000' 03", "13 bytes", kRefused},
 
     // "w", mode, nine characters, CR LF.
     {8, "'ww   1.250 ' 0D 0A", "1250 g", {.weight = 1250, .stable = 1}},
@@ -146,8 +135,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {8, "'ww         ' 0D 0A", "nothing but blanks", {.weight = 0, .stable = 1}},
     {8, "'ww   1.250 ' 0A 0D", "LF CR", kRefused},
     {8, "'ww   1.250 ' 0D 20", "no LF", kRefused},
-    {8, "'ww   1.250' 0D 0A", "12 bytes", kRefused},
-    {8, "'ww   1.250  ' 0D 0A", "14 bytes", kRefused},
 
     // STX, decimal code, status (02 negative, 04 not valid, 08 moving), ., six digits, tare, CR.
     {31, "02 2D 00 20 '001250' '000000' 0D", "1.250 kg, stable", {.weight = 1.25, .stable = 1}},
@@ -164,8 +151,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {31, "02 2D 00 20 '      ' '000000' 0D", "no digit", {.weight = 0, .stable = 1}},
     {31, "03 2D 00 20 '001250' '000000' 0D", "no STX", kRefused},
     {31, "02 2D 00 20 '001250' '000000' 0A", "no CR", kRefused},
-    {31, "02 2D 00 20 '001250' '00000' 0D", "16 bytes", kRefused},
-    {31, "02 2D 00 20 '001250' '0000000' 0D", "18 bytes", kRefused},
 
     // STX, address, "D", sign, seven characters, check, ETX.
     {12, "02 'AD 0001250' '00' 03", "1250 kg", {.weight = 1250000}},
@@ -178,8 +163,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {12, "02 'AD 12-3456' '00' 03", "the first other byte ends the number", {.weight = 12000}},
     {12, "02 'AC 0001250' '00' 03", "not the answer to this request", kRefused},
     {12, "02 'AD 0001250' '00' 02", "no ETX", kRefused},
-    {12, "02 'AD 0001250' '0' 03", "13 bytes", kRefused},
-    {12, "02 'AD 0001250' '000' 03", "15 bytes", kRefused},
 
     // A signed count, low byte first.
     {10, "E2 04", "1250; price and cost are cleared now", {.weight = 1250}},
@@ -215,8 +198,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {19, "0D 0A 'ST GS,-       1.250' 0D 0A", "no blank at 07", kRefused},
     {19, "0D 0A 'ST GS -       1.250' 0A 0A", "no CR", kRefused},
     {19, "0D 0A 'ST GS -       1.250' 0D 0D", "no LF", kRefused},
-    {19, "0D 0A 'ST GS -      1.250' 0D 0A", "22 bytes", kRefused},
-    {19, "0D 0A 'ST GS -        1.250' 0D 0A", "24 bytes", kRefused},
 
     // Characters, units first: weight, price, cost.
     {21, "'432100' | '05210' | '004510'", "1.234 kg at 12.50", {1.234, 12.5, 154, 1}},
@@ -244,8 +225,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {13, "06 01 01 'S  1.250' 'kg ' 03 04", "wrong byte 02", kRefused},
     {13, "06 01 02 'S  1.250' 'kg ' 04 04", "wrong byte 14", kRefused},
     {13, "06 01 02 'S  1.250' 'kg ' 03 03", "wrong byte 15", kRefused},
-    {13, "06 01 02 'S  1.250' 'kg' 03 04", "15 bytes", kRefused},
-    {13, "06 01 02 'S  1.250' 'kg  ' 03 04", "17 bytes", kRefused},
 
     // The same frame, read otherwise.
     {27, "06 01 02 'S  1.250' 'kg ' 03 04", "blanks are zeros: 001.250", {.weight = 1.25, .stable = 1}},
@@ -268,8 +247,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {14, "01 80 AA C1 10 27 01 00 00 00 01 00 00 00 00 00 00 00", "overload: nothing else counts", {.code = kOverload}},
     {14, "01 81 AA 40 E2 04 C4 09 00 00 35 0C 00 00 00 00 00 00", "wrong byte 01", kRefused},
     {14, "01 80 AB 40 E2 04 C4 09 00 00 35 0C 00 00 00 00 00 00", "wrong byte 02", kRefused},
-    {14, "01 80 AA 40 E2 04 C4 09 00 00 35 0C 00 00 00 00 00", "17 bytes", kRefused},
-    {14, "01 80 AA 40 E2 04 C4 09 00 00 35 0C 00 00 00 00 00 00 00", "19 bytes", kRefused},
 
     // Binary digits, units first: weight, price, cost. Asked three times whatever comes.
     {28, "00 05 02 01 00 00 | 00 00 05 02 00 00 | 05 02 01 03 00 00", "1.250 kg at 25.00 cost 31.25", {.weight = 1.25, .price = 25, .cost = 31.25, .next = kAskAgain}},
@@ -300,10 +277,8 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {38, "02 'AD--12.500' '00' 03", "a minus in the text too cancels the sign", {.weight = 12.5}},
     {38, "02 'AD 0012,50' '00' 03", "a comma for the point", {.weight = 12.5}},
     {38, "02 'AD 1234567' '89' 03", "the text ends before the check", {.weight = 1234567}},
-    {38, "02 'AD-0012.50' '0' 03", "13 bytes", kRefused},
     {38, "02 'AE-0012.50' '00' 03", "not the answer to this request", kRefused},
     {38, "02 'AD-0012.50' '00' 04", "no ETX", kRefused},
-    {38, "02 'AD-0012.50' '000' 03", "15 bytes", kRefused},
 
     // 01 03, byte count, seven characters, decimals, CRC.
     {40, "01 03 08 '0012500' '3' C0 F3", "12.5", {.weight = 12.5}},
@@ -318,8 +293,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {40, "01 03 08 '12.5   ' '1' 00 00", "a point and decimals", {.weight = 1.25}},
     {40, "02 03 08 '0012500' '3' C0 F3", "another station", kRefused},
     {40, "01 83 08 '0012500' '3' C0 F3", "an error of the station", kRefused},
-    {40, "01 03 08 '0012500' '3' C0", "12 bytes", kRefused},
-    {40, "01 03 08 '0012500' '3' C0 F3 00", "14 bytes", kRefused},
 
     // "=", seven characters written backwards.
     {29, "'=521.000'", "000.125", {.weight = 0.125}},
@@ -357,8 +330,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {18, "7F 30 '052!0' 01 16", "wrong exclusive or", kRefused},
     {18, "7F 31 '052!0' 01 17", "the byte that isn't looked at is under the checksum", kRefused},
     {18, "7E 30 '052!0' 01 17", "wrong start", kRefused},
-    {18, "7F 30 '052!0' 01", "8 bytes", kRefused},
-    {18, "7F 30 '052!0' 01 17 00", "10 bytes", kRefused},
 
     // ., status (02 stable, 04 negative), CR, "0", six characters, CR, anything, LF.
     {23, "30 42 0D '0001.25' 0D 0A", "1.25, stable", {.weight = 1.25, .stable = 1}},
@@ -382,8 +353,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {25, "0D 0A 'ST,GS 1234.56789' 0D 0A", "the text ends before the unit", {.weight = 1234.56, .stable = 1}},
     {25, "0D 0A 'ST,GS-   1.25 kg' 0A 0A", "no CR", kRefused},
     {25, "0D 0A 'ST,GS-   1.25 kg' 0D 0D", "no LF", kRefused},
-    {25, "0D 0A 'ST,GS-   1.25 k' 0D 0A", "19 bytes", kRefused},
-    {25, "0D 0A 'ST,GS-   1.25  kg' 0D 0A", "21 bytes", kRefused},
 
     // "XN" CR LF, two characters, LF, six characters, two, CR LF.
     {24, "'XN' 0D 0A '  ' 0A '  1.25' ' k' 0D 0A", "blanks are zeros: 00001.25", {.weight = 1.25, .stable = 1}},
@@ -397,8 +366,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {24, "'XN' 0D 0A '  ' 20 '  1.25' ' k' 0D 0A", "wrong byte 06", kRefused},
     {24, "'XN' 0D 0A '  ' 0A '  1.25' ' k' 0A 0A", "wrong byte 15", kRefused},
     {24, "'XN' 0D 0A '  ' 0A '  1.25' ' k' 0D 0D", "wrong byte 16", kRefused},
-    {24, "'XN' 0D 0A '  ' 0A '  1.25' 'k' 0D 0A", "16 bytes", kRefused},
-    {24, "'XN' 0D 0A '  ' 0A '  1.25' ' kg' 0D 0A", "18 bytes", kRefused},
 
     // Any six bytes.
     {26, "'-12.5' 0D 0A", "the minus becomes a zero and a mark: 012.5", {.weight = -12.5}},
@@ -429,8 +396,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {35, "'XUI  -    1.250 kg ' 0D 0A", "wrong byte 00", kRefused},
     {35, "'SUI  -    1.250 kg ' 0A 0A", "no CR", kRefused},
     {35, "'SUI  -    1.250 kg ' 0D 0D", "no LF", kRefused},
-    {35, "'SUI  -    1.250 kg' 0D 0A", "20 bytes", kRefused},
-    {35, "'SUI  -    1.250 kg  ' 0D 0A", "22 bytes", kRefused},
 
     // STX, sign, seven characters, unit, blank for stable, CR.
     {33, "02 '-001.250' 'kg' 20 0D", "-1.250, stable", {.weight = -1.25, .stable = 1}},
@@ -440,8 +405,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {33, "02 ' 1234567' '89' 20 0D", "the text ends before the unit", {.weight = 1234567, .stable = 1}},
     {33, "03 '-001.250' 'kg' 20 0D", "no STX", kRefused},
     {33, "02 '-001.250' 'kg' 20 0A", "no CR", kRefused},
-    {33, "02 '-001.250' 'k' 20 0D", "12 bytes", kRefused},
-    {33, "02 '-001.250' 'kg ' 20 0D", "14 bytes", kRefused},
 
     // Sign, five characters, CR; the digit before the point has its top bit set.
     {36, "2D 30 B1 32 35 30 0D", "-01.250", {.weight = -1.25, .stable = 1}},
@@ -454,8 +417,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {36, "2B 31 FF 32 33 34 0D", "FF is 7F and a point, and ends it too", {.weight = 1, .stable = 1}},
     {36, "20 31 32 33 34 35 0D", "no sign", kRefused},
     {36, "2B 31 32 33 34 35 0A", "no CR", kRefused},
-    {36, "2B 31 32 33 34 0D", "6 bytes", kRefused},
-    {36, "2B 31 32 33 34 35 36 0D", "8 bytes", kRefused},
 
     // Ten characters, CR LF.
     {37, "'   -1.250 ' 0D 0A", "-1.250", {.weight = -1.25}},
@@ -465,8 +426,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {37, "'abcdefghij' 0D 0A", "letters only: a good zero", {.weight = 0}},
     {37, "'   -1.250 ' 0A 0A", "no CR", kRefused},
     {37, "'   -1.250 ' 0D 0D", "no LF", kRefused},
-    {37, "'  -1.250 ' 0D 0A", "11 bytes", kRefused},
-    {37, "'    -1.250 ' 0D 0A", "13 bytes", kRefused},
 
     // LF, "ST", four, eight characters, unit, CR.
     {39, "0A 'ST,GS,- 12.345kg' 0D", "-12.345, stable", {.weight = -12.345, .stable = 1}},
@@ -476,8 +435,6 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {39, "0A 'ST,GS,OVERLOADkg' 0D", "letters: a good zero", {.weight = 0, .stable = 1}},
     {39, "0D 'ST,GS,- 12.345kg' 0D", "no LF", kRefused},
     {39, "0A 'ST,GS,- 12.345kg' 0A", "no CR", kRefused},
-    {39, "0A 'ST,GS,- 12.345k' 0D", "17 bytes", kRefused},
-    {39, "0A 'ST,GS,- 12.345kg ' 0D", "19 bytes", kRefused},
 
     // 01 03 06, signed weight, status (20 stable), ., CRC.
     {41, "01 03 06 00 00 04 E2 20 00 99 B3", "1250, stable", {.weight = 1250, .stable = 1}},
@@ -488,15 +445,11 @@ constexpr auto kRows = std::to_array<FrameRow>({
     {41, "02 03 06 00 00 04 E2 20 00 99 B3", "another station", kRefused},
     {41, "01 83 06 00 00 04 E2 20 00 99 B3", "an error of the station", kRefused},
     {41, "01 03 05 00 00 04 E2 20 00 99 B3", "another number of bytes", kRefused},
-    {41, "01 03 06 00 00 04 E2 20 00 99", "10 bytes", kRefused},
-    {41, "01 03 06 00 00 04 E2 20 00 99 B3 00", "12 bytes", kRefused},
 });
 
 // clang-format on
 
 }  // namespace
-
-std::span<const FrameRow> frameRows() { return kRows; }
 
 std::span<const FrameRow> frameRowsOf(int model) {
   const auto isOf = [model](const FrameRow& row) { return row.model == model; };

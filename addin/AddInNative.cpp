@@ -176,8 +176,7 @@ bool CAddInNative::wstring_to_p(const wchar_t* text, tVariant* out) {
   WCHAR_T* const block = toPlatform(text);  // before the variant is touched: it may throw
   out->vt = kVariantWideString;
   out->value.wide.pwstrVal = block;
-  out->value.wide.wstrLen =
-      block == nullptr ? 0 : static_cast<std::uint32_t>(std::wcslen(text));
+  out->value.wide.wstrLen = block == nullptr ? 0 : static_cast<std::uint32_t>(std::wcslen(text));
   return true;
 }
 

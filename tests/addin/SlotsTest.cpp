@@ -38,9 +38,7 @@ struct RawObject {
 
 int allocated = 0;
 
-void neverCalled() {
-  std::abort();
-}
+void neverCalled() { std::abort(); }
 
 bool allocate(void*, void** memory, unsigned long bytes) {
   ++allocated;

@@ -24,9 +24,7 @@ Bytes bytes(std::string_view hex) {
   return result;
 }
 
-Bytes text(std::string_view characters) {
-  return {characters.begin(), characters.end()};
-}
+Bytes text(std::string_view characters) { return {characters.begin(), characters.end()}; }
 
 std::string hex(std::span<const std::uint8_t> data) {
   static constexpr std::string_view kDigits = "0123456789ABCDEF";

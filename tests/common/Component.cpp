@@ -1,14 +1,13 @@
 #include "Component.h"
 
 #include <dlfcn.h>
+
 #include <stdexcept>
 #include <utility>
 
 namespace fixture {
 
-const char* Library::builtPath() {
-  return ORBELO_COMPONENT;
-}
+const char* Library::builtPath() { return ORBELO_COMPONENT; }
 
 Library::Library(const std::string& path) : handle_(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (handle_ == nullptr) throw std::runtime_error(::dlerror());
@@ -18,9 +17,7 @@ Library::Library(const std::string& path) : handle_(::dlopen(path.c_str(), RTLD_
   setPlatformCapabilities = find<SetPlatformCapabilitiesFn>("SetPlatformCapabilities");
 }
 
-Library::~Library() {
-  ::dlclose(handle_);
-}
+Library::~Library() { ::dlclose(handle_); }
 
 template <typename Function>
 Function Library::find(const char* name) const {
@@ -37,9 +34,7 @@ Component::Component(const std::string& path) : library_(path) {
   object_->Init(&host);
 }
 
-Component::~Component() {
-  library_.destroyObject(&object_);
-}
+Component::~Component() { library_.destroyObject(&object_); }
 
 std::unique_ptr<Call> Component::call(std::u16string_view method, std::vector<Value> values) {
   auto call = std::make_unique<Call>(memory, std::move(values));
@@ -55,9 +50,7 @@ void Component::set(std::u16string name, Value value) {
   }
 }
 
-std::u16string Component::open() {
-  return call(u"Open", {kNothing})->params.text(0);
-}
+std::u16string Component::open() { return call(u"Open", {kNothing})->params.text(0); }
 
 unsigned Component::lastError(std::u16string* text) {
   const auto error = call(u"GetLastError", {kNothing});

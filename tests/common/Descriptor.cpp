@@ -1,9 +1,10 @@
 #include "Descriptor.h"
 
-#include <cerrno>
 #include <sys/eventfd.h>
-#include <system_error>
 #include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
 
 namespace fixture {
 
@@ -11,9 +12,7 @@ void Descriptor::reset() {
   if (fd_ >= 0) ::close(std::exchange(fd_, -1));
 }
 
-void throwErrno(const char* call) {
-  throw std::system_error(errno, std::generic_category(), call);
-}
+void throwErrno(const char* call) { throw std::system_error(errno, std::generic_category(), call); }
 
 Descriptor Descriptor::checked(int fd, const char* call) {
   if (fd < 0) throwErrno(call);

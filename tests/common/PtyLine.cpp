@@ -1,10 +1,11 @@
 #include "PtyLine.h"
 
-#include <array>
 #include <fcntl.h>
 #include <poll.h>
 #include <stdlib.h>
 #include <unistd.h>
+
+#include <array>
 #include <utility>
 
 namespace fixture {
@@ -28,13 +29,9 @@ class PtyWire final : public Wire {
 
 }  // namespace
 
-PtyLine::PtyLine() : link_(folder_.file("line")) {
-  plugIn();
-}
+PtyLine::PtyLine() : link_(folder_.file("line")) { plugIn(); }
 
-PtyLine::~PtyLine() {
-  stop();
-}
+PtyLine::~PtyLine() { stop(); }
 
 void PtyLine::plugIn() {
   unplug();

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <termios.h>
+
 #include <memory>
 #include <string>
-#include <termios.h>
 #include <thread>
 
 #include "Bytes.h"

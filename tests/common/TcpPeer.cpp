@@ -1,10 +1,11 @@
 #include "TcpPeer.h"
 
 #include <arpa/inet.h>
-#include <array>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+
+#include <array>
 #include <utility>
 
 namespace fixture {
@@ -14,9 +15,7 @@ void TcpWire::hangUp() {
   connection_.reset();
 }
 
-void TcpWire::halfClose() {
-  ::shutdown(fd(), SHUT_WR);
-}
+void TcpWire::halfClose() { ::shutdown(fd(), SHUT_WR); }
 
 void TcpWire::reset() {
   const linger atOnce = {1, 0};
@@ -38,9 +37,7 @@ TcpPeer::TcpPeer(TcpScript script)
   player_ = std::thread([this, script = std::move(script)] { run(script); });
 }
 
-TcpPeer::~TcpPeer() {
-  stop();
-}
+TcpPeer::~TcpPeer() { stop(); }
 
 void TcpPeer::stop() {
   if (!player_.joinable()) return;

@@ -1,9 +1,10 @@
 #include "TempFolder.h"
 
+#include <stdlib.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdlib.h>
 
 #include "Descriptor.h"
 
@@ -35,8 +36,6 @@ std::string TempFolder::read(std::string_view name) const {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-bool TempFolder::has(std::string_view name) const {
-  return std::filesystem::exists(file(name));
-}
+bool TempFolder::has(std::string_view name) const { return std::filesystem::exists(file(name)); }
 
 }  // namespace fixture

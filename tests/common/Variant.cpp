@@ -16,9 +16,7 @@ tVariant junk() {
   return result;
 }
 
-bool sameBytes(const tVariant& a, const tVariant& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
+bool sameBytes(const tVariant& a, const tVariant& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 void release(MemoryManager& memory, tVariant& variant) {
   if (variant.vt != kVariantWideString) return;
@@ -95,12 +93,8 @@ bool Arguments::untouchedFrom(std::size_t index) const {
 
 ReturnValue::ReturnValue(MemoryManager& memory) : memory_(memory), variant_(junk()) {}
 
-ReturnValue::~ReturnValue() {
-  release(memory_, variant_);
-}
+ReturnValue::~ReturnValue() { release(memory_, variant_); }
 
-bool ReturnValue::untouched() const {
-  return sameBytes(variant_, junk());
-}
+bool ReturnValue::untouched() const { return sameBytes(variant_, junk()); }
 
 }  // namespace fixture

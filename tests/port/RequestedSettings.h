@@ -1,6 +1,7 @@
 #pragma once
 
 #include <termios.h>
+
 #include <vector>
 
 namespace fixture {

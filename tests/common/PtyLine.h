@@ -6,7 +6,7 @@
 #include <string>
 #include <thread>
 
-#include "Bytes.h"
+#include "HexBytes.h"
 #include "Descriptor.h"
 #include "TempFolder.h"
 #include "Wire.h"

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <span>
 
-#include "Bytes.h"
+#include "HexBytes.h"
 #include "Descriptor.h"
 
 namespace fixture {

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Bytes.h"
+#include "HexBytes.h"
 #include "ClientSocket.h"
 #include "TcpPeer.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Bytes.h"
+#include "HexBytes.h"
 #include "CkByteData.h"
 #include "CkSocket.h"
 #include "Descriptor.h"

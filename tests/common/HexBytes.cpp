@@ -1,4 +1,4 @@
-#include "Bytes.h"
+#include "HexBytes.h"
 
 #include <charconv>
 #include <stdexcept>

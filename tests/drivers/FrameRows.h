@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 #include "ProtocolSheet.h"
 
@@ -20,12 +21,13 @@ struct Says {
 struct FrameRow {
   int model;
   /// As `frameBytes` takes it.
-  const char* frame;
+  std::string frame;
   /// What the scale says, or what is odd about it.
-  const char* meaning;
+  std::string meaning;
   Says says;
 };
 
-/// The rows of a model; the first one is good. Wrong lengths stand there only where length is
-/// nearly all that is checked: the tests against any bytes try them with every model.
+/// The rows of a model in tests/data/frames.txt; the first one is good. Wrong lengths stand there
+/// only where length is nearly all that is checked: the tests against any bytes try them with
+/// every model.
 std::span<const FrameRow> frameRowsOf(int model);

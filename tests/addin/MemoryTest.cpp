@@ -90,6 +90,8 @@ TEST(Memory, IsMissedByNoMethodWithoutAManager) {
   }
   EXPECT_EQ(component->GetMethodName(0, 0), nullptr);
   EXPECT_EQ(component->GetPropName(0, 0), nullptr);
+  WCHAR_T* name = nullptr;
+  EXPECT_FALSE(component->RegisterExtensionAs(&name));
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "DataFile.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 namespace fixture {
 
@@ -20,6 +22,25 @@ std::vector<std::string> dataLines(const std::string& name) {
     if (!line.empty() && !line.starts_with("# ")) lines.push_back(line);
   }
   return lines;
+}
+
+std::vector<DataRow> dataRows(const std::string& name) {
+  constexpr std::string_view kRemark = "  # ";
+  constexpr std::string_view kArrow = " ->";
+  std::vector<DataRow> rows;
+  std::string heading;
+  for (const std::string& line : dataLines(name)) {
+    const std::size_t end = std::min(line.find(kRemark), line.size());
+    const std::size_t arrow = line.find(kArrow);
+    if (arrow == line.npos) {
+      heading = line;
+      continue;
+    }
+    const std::size_t right = std::min(arrow + kArrow.size() + 1, end);
+    rows.push_back({heading, line.substr(0, arrow), line.substr(right, end - right),
+                    line.substr(std::min(end + kRemark.size(), line.size()))});
+  }
+  return rows;
 }
 
 }  // namespace fixture

@@ -11,4 +11,15 @@ std::string dataFile(const std::string& name);
 /// Its lines, without empty ones and remarks, which begin with "# ".
 std::vector<std::string> dataLines(const std::string& name);
 
+/// A line "left -> right  # remark" below the heading that it stands under.
+struct DataRow {
+  std::string heading;
+  std::string left;
+  std::string right;
+  std::string remark;
+};
+
+/// The lines of a file that is made of such rows; every other line is a heading.
+std::vector<DataRow> dataRows(const std::string& name);
+
 }  // namespace fixture

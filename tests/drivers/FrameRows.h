@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <memory>
 #include <span>
 #include <string>
 
+#include "HexBytes.h"
 #include "ProtocolSheet.h"
 
 /// What a driver makes of a frame. Outputs that aren't given are 0.
@@ -20,7 +23,7 @@ struct Says {
 /// A frame as a scale would send it, and what it means by the scale's protocol.
 struct FrameRow {
   int model;
-  /// As `frameBytes` takes it.
+  /// As `fixture::bytes` takes it.
   std::string frame;
   /// What the scale says, or what is odd about it.
   std::string meaning;
@@ -31,3 +34,17 @@ struct FrameRow {
 /// only where length is nearly all that is checked: the tests against any bytes try them with
 /// every model.
 std::span<const FrameRow> frameRowsOf(int model);
+
+/// A frame in a heap block of just its length, so that the address sanitizer sees a read of the
+/// first byte behind it.
+class TightFrame {
+ public:
+  explicit TightFrame(Frame bytes) : size_(bytes.size()), block_(new std::uint8_t[bytes.size()]) {
+    std::copy(bytes.begin(), bytes.end(), block_.get());
+  }
+  operator Frame() const { return {block_.get(), size_}; }
+
+ private:
+  std::size_t size_;
+  std::unique_ptr<std::uint8_t[]> block_;
+};

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "DriverHarness.h"
-#include "FrameText.h"
 #include "PolledScales.h"
 
 // How a poll goes on and ends when scale and line don't behave, on both kinds of line.
@@ -48,39 +47,12 @@ TEST_P(Polls, BadFramesEndTheirAttemptsAtOnce) {
   EXPECT_LT(poll.slept, milliseconds(3 * (150 + 500)));
 }
 
-TEST_P(Polls, GarbageBeforeTheFrame) {
-  Pair pair(13, GetParam(), kCasRequest, {"'xyz' 06 01 02 'S  1.250kg ' 03 04"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_EQ(poll.reading.weight, 1.25);
-  EXPECT_GE(poll.slept, milliseconds(150 + 3 * 50));
-}
-
-TEST_P(Polls, TenWrongBytesSpendAnAttempt) {
-  Pair pair(13, GetParam(), kCasRequest, {"'wrongwrong' 06 01 02 'S  1.250kg ' 03 04"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kNoAnswer);
-  EXPECT_EQ(poll.slept, milliseconds(3 * (150 + 500)));
-  EXPECT_EQ(pair.received(6), "05 11 05 11 05 11");
-}
-
 TEST_P(Polls, GarbageShiftsAnAnswerThatHasNoStart) {
   Pair pair(37, GetParam(), "'W' 0D", {"'?   -1.250 ' 0D 0A", "'   -1.250 ' 0D 0A"});
   const Poll poll = pair.poll();
   EXPECT_EQ(poll.code, kSuccess);
   EXPECT_EQ(poll.reading.weight, -1.25);
   EXPECT_EQ(pair.received(4), "57 0D 57 0D");
-}
-
-/// A scale that transmits by itself, with lines that aren't to be understood between its frames.
-TEST_P(Polls, FrameOutOfAStream) {
-  Pair pair(33, GetParam(), [](fixture::Wire& wire) {
-    while (wire.send(frameBytes("'noise' 0D 0A | 02 '-001.250' 'kg' 20 0D"))) wire.pause(150);
-  });
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_EQ(poll.reading.weight, -1.25);
-  EXPECT_EQ(poll.reading.stable, 1);
 }
 
 TEST_P(Polls, OneByteAtATime) {
@@ -97,7 +69,7 @@ TEST_P(Polls, OneByteAtATime) {
       while (wire.isAlive()) {
         const fixture::Bytes request = wire.receive(1);
         if (request.empty() || request[0] != slow.lastOfRequest) continue;
-        for (const std::uint8_t byte : frameBytes(slow.answer)) {
+        for (const std::uint8_t byte : fixture::bytes(slow.answer)) {
           wire.send({&byte, 1});
           wire.pause(5);
         }
@@ -185,16 +157,6 @@ TEST_P(Polls, BadNibbleClosesThePort) {
   EXPECT_EQ(pair.received(4), "3C 00 21 3E");
 }
 
-/// Model 4: the flag of a frame that then fails stays behind.
-TEST_P(Polls, StableOfABadFrame) {
-  Pair pair(4, GetParam(), "3C 00 21 3E", {"3C 00 00 12 34 07 3D"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kNoAnswer);
-  EXPECT_EQ(poll.reading.weight, 0.0);
-  EXPECT_EQ(poll.reading.stable, 1);
-  EXPECT_TRUE(pair.isConnected());
-}
-
 /// Model 8: three bytes go out behind the letter, the head of the last answer of this poll.
 TEST_P(Polls, HeadOfTheLastAnswerGoesOut) {
   Pair pair(8, GetParam(), "'R'", {"'wx   1.250 ' 0A 0D", "", "'ww   1.250 ' 0D 0A"});
@@ -232,7 +194,7 @@ TEST_P(Polls, EndAtOnce) {
     EXPECT_EQ(poll.code, ending.code) << "model " << ending.model;
     EXPECT_EQ(poll.reading.weight, ending.weight) << "model " << ending.model;
     EXPECT_FALSE(pair.isConnected());
-    const fixture::Bytes once = frameBytes(ending.request);
+    const fixture::Bytes once = fixture::bytes(ending.request);
     EXPECT_EQ(pair.received(once.size()), fixture::hex(once));
   }
 }
@@ -240,12 +202,12 @@ TEST_P(Polls, EndAtOnce) {
 /// The budget of a poll whose line goes away runs down by its sleeps alone; the next poll finds
 /// the line again.
 TEST_P(Polls, HangUpInTheMiddleAndBack) {
-  Answers answers(frameBytes(kCasRequest), {frameBytes(kCasFrame)});
+  Answers answers(fixture::bytes(kCasRequest), {fixture::bytes(kCasFrame)});
   auto hungUp = std::make_shared<bool>(false);
   const fixture::Script script = [answers, hungUp](fixture::Wire& wire) {
     if (std::exchange(*hungUp, true)) return answers.script()(wire);
     wire.receive(2);
-    wire.send(frameBytes("06 01 02 'S'"));
+    wire.send(fixture::bytes("06 01 02 'S'"));
     wire.pause(50);
     wire.hangUp();
   };

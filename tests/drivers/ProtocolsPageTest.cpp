@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "FrameRows.h"
-#include "FrameText.h"
 #include "Models.h"
 
 // docs/protocols.md against the protocol sheets: what a sheet states is written out here, and must

@@ -272,12 +272,4 @@ TEST_F(ExchangeLog, CutsAPathThatIsTooLong) {
   EXPECT_TRUE(folder_.has(wanted.substr(folder_.path().size(), 299 - folder_.path().size())));
 }
 
-TEST_F(ExchangeLog, AddsToWhatIsThere) {
-  for (int i = 0; i < 2; ++i) {
-    COrbComLanPort port;
-    port.SetLogName(folder_.path().c_str(), "7");
-  }
-  EXPECT_THAT(records(log()), ElementsAre("STOP PROGRAM", "STOP PROGRAM"));
-}
-
 }  // namespace

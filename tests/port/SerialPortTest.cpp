@@ -1,28 +1,72 @@
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
-#include <filesystem>
+#include <cerrno>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "PtyLine.h"
-#include "RequestedSettings.h"
 #include "SerialPort.h"
 #include "TempFolder.h"
+#include "Usage.h"
 
 namespace {
 
 using fixture::Bytes;
 using fixture::bytes;
 using fixture::PtyLine;
-using fixture::RequestedSettings;
 using testing::StrEq;
+
+/// What was asked of `tcsetattr` in this process while the object lives. A pseudo-terminal drops
+/// parity and frame length, so what a real line would get shows only in the request. There is one
+/// object at a time.
+class RequestedSettings {
+ public:
+  RequestedSettings() { current = this; }
+  ~RequestedSettings() { current = nullptr; }
+  RequestedSettings(const RequestedSettings&) = delete;
+  RequestedSettings& operator=(const RequestedSettings&) = delete;
+
+  const std::vector<termios>& all() const { return requests_; }
+  /// From now on every request is refused.
+  void refuse() { refusing_ = true; }
+
+  /// Called for each request; true to pass it on.
+  bool take(const termios& settings) {
+    requests_.push_back(settings);
+    return !refusing_;
+  }
+
+  static inline RequestedSettings* current = nullptr;
+
+ private:
+  std::vector<termios> requests_;
+  bool refusing_ = false;
+};
+
+}  // namespace
+
+/// Stands before libc's own for this program.
+extern "C" int tcsetattr(int fd, int actions, const termios* settings) noexcept {
+  using Function = int (*)(int, int, const termios*);
+  static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "tcsetattr"));
+  if (RequestedSettings::current != nullptr && !RequestedSettings::current->take(*settings)) {
+    errno = EIO;
+    return -1;
+  }
+  return real(fd, actions, settings);
+}
+
+namespace {
 
 /// The text of the `std::runtime_error` that `operation` throws; a note of what came instead.
 std::string errorOf(const std::function<void()>& operation) {
@@ -40,11 +84,6 @@ std::string errorOf(const std::function<void()>& operation) {
 constexpr const char* kSystemError = "system_error 14";
 constexpr const char* kCantOpen =
     "Could not open device. Is the device name correct and do you have read/write permission?";
-
-std::ptrdiff_t openDescriptors() {
-  const std::filesystem::directory_iterator all("/proc/self/fd");
-  return std::distance(begin(all), end(all));
-}
 
 TEST(SerialPort, OpeningSetsEveryFlagAndLeavesTheOthers) {
   constexpr tcflag_t kClearedInput =
@@ -218,13 +257,13 @@ TEST(SerialPort, OpenLeavesNothingBehindWhenItFails) {
   const fixture::TempFolder folder;
   const std::string file = folder.write("file", "not a device");
   const std::string missing = folder.file("missing");
-  const auto before = openDescriptors();
+  const auto before = fixture::openDescriptors();
   EXPECT_EQ(errorOf([&] { COMPort port(file.c_str()); }), kSystemError);
   EXPECT_EQ(errorOf([&] { COMPort port(missing.c_str()); }), kCantOpen);
   EXPECT_EQ(errorOf([&] { COMPort port(folder.path().c_str()); }), kCantOpen);
   EXPECT_EQ(errorOf([&] { COMPort port(nullptr); }),
             "Attempted to open file when file path has not been assigned to.");
-  EXPECT_EQ(openDescriptors(), before);
+  EXPECT_EQ(fixture::openDescriptors(), before);
 }
 
 TEST(SerialPort, TransfersWhatTheLineHasAndNeverWaits) {
@@ -262,18 +301,6 @@ TEST(SerialPort, EveryChangeOfSettingsDiscardsWhatCame) {
   // Handshaking is a stored word: the line has no flow control.
   EXPECT_FALSE(line.settings().c_cflag & CRTSCTS);
   EXPECT_FALSE(line.settings().c_iflag & (IXON | IXOFF | IXANY));
-}
-
-TEST(SerialPort, EchoIsAFlagOfTheLine) {
-  PtyLine line;
-  COMPort port(line.path().c_str());
-  port.SetEcho(true);
-  EXPECT_TRUE(line.settings().c_lflag & ECHO);
-  port.SetEcho(false);
-  EXPECT_FALSE(line.settings().c_lflag & ECHO);
-  COMPort closed;
-  EXPECT_EQ(errorOf([&] { closed.SetEcho(true); }),
-            "GetTermios() called but file descriptor was not valid.");
 }
 
 TEST(SerialPort, TimeoutBecomesTheReadTimingOfTheNextOpening) {

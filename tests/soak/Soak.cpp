@@ -22,6 +22,7 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using fixture::Usage;
 using std::chrono::milliseconds;
 
 constexpr int kScales = 100;
@@ -84,13 +85,13 @@ bool Soak::run(Fleet& fleet) {
 
 Round Soak::pollAll(const Fleet& fleet) {
   const Clock::time_point begin = Clock::now();
-  const auto processorBegin = threadTime();
+  const auto processorBegin = fixture::threadTime();
   for (std::size_t i = 0; i < fleet.members().size(); ++i) {
     poll(fleet.members()[i], i);
     showProgress();
   }
   return {std::chrono::duration_cast<milliseconds>(Clock::now() - begin),
-          threadTime() - processorBegin};
+          fixture::threadTime() - processorBegin};
 }
 
 void Soak::poll(const Fleet::Member& member, std::size_t index) {

@@ -4,11 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "HexBytes.h"
 #include "CkByteData.h"
 #include "CkSocket.h"
 #include "Descriptor.h"
+#include "HexBytes.h"
 #include "StringBuffer.h"
+#include "Usage.h"
 
 namespace fixture {
 
@@ -53,8 +54,5 @@ struct ReceivedBytes {
 ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n);
 bool operator==(const ReceivedBytes& a, const ReceivedBytes& b);
 void PrintTo(const ReceivedBytes& received, std::ostream* out);
-
-/// Open descriptors of this process.
-int openDescriptors();
 
 }  // namespace fixture

@@ -42,19 +42,6 @@ TEST(DataBufferTest, GrowsByTheLadder) {
   }
 }
 
-TEST(DataBufferTest, GrowsInSmallStepsByteByByte) {
-  DataBuffer buffer;
-  std::vector<std::uint32_t> capacities;
-  for (int i = 0; i < 3000; ++i) {
-    ASSERT_TRUE(buffer.appendChar(static_cast<char>(i)));
-    if (capacities.empty() || capacities.back() != buffer.getBufSize()) {
-      capacities.push_back(buffer.getBufSize());
-    }
-  }
-  EXPECT_EQ(capacities, (std::vector<std::uint32_t>{64, 320, 1344, 11344}));
-  EXPECT_EQ(buffer.byteAt(2999), 2999 & 0xFF);
-}
-
 TEST(DataBufferTest, AppendsItsOwnBytesAcrossAGrowth) {
   DataBuffer buffer;
   const std::string text = sequence(100);
@@ -182,18 +169,6 @@ TEST(DataBufferTest, RecognisesObviousEncodings) {
     DataBuffer buffer;
     buffer.append(test.bytes.data(), test.bytes.size());
     EXPECT_EQ(buffer.detectObviousCodePage(), test.codePage) << testing::PrintToString(test.bytes);
-  }
-}
-
-TEST(DataBufferTest, EndsInExactlyOneNulForAText) {
-  using namespace std::string_literals;
-  const std::pair<std::string, std::string> cases[] = {
-      {"", "\0"s}, {"ab", "ab\0"s}, {"ab\0\0\0"s, "ab\0"s}, {"\0\0"s, "\0"s}, {"a\0b"s, "a\0b\0"s}};
-  for (const auto& [bytes, prepared] : cases) {
-    DataBuffer buffer;
-    buffer.append(bytes.data(), bytes.size());
-    EXPECT_TRUE(buffer.prepForSbTake());
-    EXPECT_EQ(toString(buffer), prepared);
   }
 }
 

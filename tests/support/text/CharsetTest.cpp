@@ -4,45 +4,20 @@
 
 #include <gtest/gtest.h>
 
-#include "AnsiIs.h"
 #include "CharsetNames.h"
 #include "CharsetNaming.h"
 #include "CkCharset.h"
+#include "DataFile.h"
 #include "Psdk.h"
+#include "TextTesting.h"
 
 namespace {
 
 TEST(CharsetTest, TheLocaleNamesTheAnsiCodePage) {
-  const std::pair<const char*, int> cases[] = {{nullptr, 1252},
-                                               {"", 1252},
-                                               {"C", 1252},
-                                               {"C.UTF-8", 65001},
-                                               {"ru_RU.UTF-8", 1251},
-                                               {"ru_RU.KOI8-R", 20866},
-                                               {"ru_RU.ISO8859-5", 28595},
-                                               {"uk_UA.koi8u", 21866},
-                                               {"ja_JP.UTF-8", 65001},
-                                               {"ja_JP.eucJP", 20932},
-                                               {"zh_TW.Big5", 950},
-                                               {"zh_CN.GBK", 936},
-                                               {"de_DE.ISO-8859-15", 28605},
-                                               {"lt_LT.ISO-8859-13", 28603},
-                                               {"de_DE@ISO8859-1", 28591},
-                                               {"be_BY.CP1251", 1251},
-                                               {"el_GR.cp1253", 1253},
-                                               {"ro_RO", 1251},
-                                               {"hr_HR", 1252},
-                                               {"pl_PL.utf8", 1250},
-                                               {"tr_TR", 1254},
-                                               {"yi_US", 1255},
-                                               {"ar_EG", 1256},
-                                               {"lv_LV", 1257},
-                                               {"vi_VN", 1258},
-                                               {"RU_ru.UTF-8", 65001},
-                                               {"POSIX", 1252}};
-  for (const auto& [locale, codePage] : cases) {
-    EXPECT_EQ(Psdk::ansiCodePageOfLocale(locale), codePage) << (locale ? locale : "unset");
+  for (const fixture::DataRow& row : fixture::dataRows("locales.txt")) {
+    EXPECT_EQ(Psdk::ansiCodePageOfLocale(row.left.c_str()), std::stoi(row.right)) << row.left;
   }
+  EXPECT_EQ(Psdk::ansiCodePageOfLocale(nullptr), 1252);
   EXPECT_EQ(Psdk::ansiCodePageOfLocale(("ru_" + std::string(252, 'x')).c_str()), 1251);
   EXPECT_EQ(Psdk::ansiCodePageOfLocale(("ru_" + std::string(253, 'x')).c_str()), 1252);
 }

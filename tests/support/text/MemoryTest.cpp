@@ -138,32 +138,6 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
             0);
 }
 
-TEST(AllocationTest, TheRoadFromThePlatformIsShort) {
-  Psdk::setAnsiCodePage(1251);
-  const char16_t* const id = u"Весы кассы 12345 №7";
-  CkString text;
-  text.setStringUtf16(reinterpret_cast<const unsigned short*>(id));
-  text.getAnsi();  // builds the table
-  text.clear();
-  const int before = memoryWatch().allocations;
-  text.setStringUtf16(reinterpret_cast<const unsigned short*>(id));
-  const char* const ansi = text.getAnsi();
-  EXPECT_LE(memoryWatch().allocations - before, 3);
-  EXPECT_STREQ(ansi,
-               "\xC2\xE5\xF1\xFB \xEA\xE0\xF1\xF1\xFB 12345 \xB9"
-               "7");
-}
-
-TEST(AllocationTest, ShortTextsCostNothing) {
-  const int before = memoryWatch().allocations;
-  {
-    StringBuffer text;
-    for (int i = 0; i < 81; ++i) text.appendChar('x');
-    text.replaceAllOccurances("x", "y");
-  }
-  EXPECT_EQ(memoryWatch().allocations, before);
-}
-
 /// Runs `use` with memory for 0, 1, 2, ... allocations until there was enough: nothing may
 /// crash, throw or leak on the way.
 template <typename Use>

@@ -158,19 +158,6 @@ TEST(StringBufferTest, LineEnds) {
   EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
 }
 
-TEST(StringBufferTest, ShrinksToWhatItHolds) {
-  StringBuffer text(std::string(300, 'x').c_str());
-  text.expectNumBytes(10'000);
-  text.minimizeMemoryUsage();
-  EXPECT_EQ(text.heapCapacity(), 301U);
-  text.shorten(220);
-  text.minimizeMemoryUsage();
-  EXPECT_FALSE(text.onHeap());
-  EXPECT_EQ(text.view(), std::string(80, 'x'));
-  text.shorten(1000);
-  EXPECT_EQ(text.getSize(), 0U);
-}
-
 TEST(StringBufferTest, HandsItsBlockOver) {
   for (const std::size_t size : {std::size_t{5}, std::size_t{500}}) {
     StringBuffer from(std::string(size, 'x').c_str());

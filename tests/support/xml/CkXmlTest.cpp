@@ -142,15 +142,6 @@ TEST(CkXml, AnswersWhenItIsGone) {
   EXPECT_EQ(xml->GetAttrValueInt("a"), -1);
 }
 
-TEST(CkXml, BeginsOnAnEmptyDocument) {
-  const Cursor cursor(ClsXml::createNewCls());
-  EXPECT_STREQ(cursor->getTree()->getTag(), "unnamed");
-  CkXml xml;
-  xml.GetRoot2();
-  EXPECT_FALSE(xml.FindChild2("unnamed"));
-  EXPECT_EQ(xml.GetAttrValueInt("a"), 0);
-}
-
 TEST(ClsXml, SharesItsTreeWithCopies) {
   const fixture::TempFolder folder;
   XString path;

@@ -80,20 +80,4 @@ TEST(SettingsFile, IsReadInTheEncodingsOfEditors) {
   }
 }
 
-// A disk that filled up while the file was written.
-TEST(SettingsFile, GivesWhatWasWrittenOfIt) {
-  const std::string utf8 = settings("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
-  const std::string utf16 = converted(settings(""), 1200);
-  EXPECT_THAT(scalesIn(utf8.substr(0, utf8.find("SCALES2") - 1)), ElementsAre("7 10.0.0.1 1.000"));
-  EXPECT_THAT(scalesIn(utf8.substr(0, utf8.find("весы"))), ElementsAre("7 10.0.0.1 1.000", "8  "));
-  EXPECT_THAT(scalesIn(utf16.substr(0, utf16.size() - 29)), kBothScales);
-  EXPECT_THAT(scalesIn(utf8.substr(0, 20)), IsEmpty());
-  EXPECT_THAT(scalesIn(""), ElementsAre("no document"));
-  EXPECT_THAT(scalesIn("fNum=7\r\nfHost=10.0.0.1\r\n"), IsEmpty());
-}
-
-TEST(SettingsFile, HoldsAHundredScales) {
-  EXPECT_THAT(scalesIn(documents::settings(100)), testing::SizeIs(100));
-}
-
 }  // namespace

@@ -29,18 +29,6 @@ TEST(XmlMemory, IsAFewTimesTheSettingsFile) {
   EXPECT_LE(memoryWatch().peak - before, 4 * text.size());
 }
 
-TEST(XmlMemory, ComesBack) {
-  const std::size_t before = memoryWatch().inUse;
-  {
-    const std::string text = documents::settings(3) + documents::catalogue(1);
-    for (std::size_t n = 0; n <= text.size(); n += 7) {
-      ParseEngine engine(std::string_view(text).substr(0, n));
-      EXPECT_NE(TreeNode::customParse(engine, nullptr, true, false, false), nullptr);
-    }
-  }
-  EXPECT_EQ(memoryWatch().inUse, before);
-}
-
 // Memory that runs short at the first, second ... request: the parse ends, and what it read by
 // then stands.
 TEST(XmlMemory, MayRunShortAnywhereInAParse) {

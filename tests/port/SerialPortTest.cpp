@@ -196,34 +196,37 @@ TEST(SerialPort, RefusesWhatALineCantHave) {
       "baudRate passed to void COMPort::ConfigureTermios() unrecognized.";
   struct Row {
     const char* error;
-    std::function<void(COMPort&)> set;
+    std::vector<int> values;
+    std::function<void(COMPort&, int)> set;
   };
-  std::vector<Row> rows;
-  for (const int rate : {-1, 0, 300, 4801, 56000, 230400, 256000}) {
-    rows.push_back({kSpeed, [=](COMPort& port) { port.setBitRate(rate); }});
-  }
-  for (const int value : {-1, 1, 3}) {
-    rows.push_back({"StopBits FAIL.", [=](COMPort& port) {
-                      port.setStopBits(static_cast<COMPort::StopBits>(value));
-                    }});
-  }
-  for (const int value : {-1, 5}) {
-    rows.push_back({"Parity FAIL.",
-                    [=](COMPort& port) { port.setParity(static_cast<COMPort::Parity>(value)); }});
-  }
-  for (const int value : {0, 3, 9}) {
-    rows.push_back({"DataBits FAIL.", [=](COMPort& port) {
-                      port.setDataBits(static_cast<COMPort::DataBits>(value));
-                    }});
-  }
+  const std::array rows = {
+      Row{"baudRate passed to void COMPort::ConfigureTermios() unrecognized.",
+          {-1, 0, 300, 4801, 56000, 230400, 256000},
+          [](COMPort& port, int value) { port.setBitRate(value); }},
+      Row{"StopBits FAIL.",
+          {-1, 1, 3},
+          [](COMPort& port, int value) {
+            port.setStopBits(static_cast<COMPort::StopBits>(value));
+          }},
+      Row{"Parity FAIL.",
+          {-1, 5},
+          [](COMPort& port, int value) { port.setParity(static_cast<COMPort::Parity>(value)); }},
+      Row{"DataBits FAIL.",
+          {0, 3, 9},
+          [](COMPort& port, int value) {
+            port.setDataBits(static_cast<COMPort::DataBits>(value));
+          }},
+  };
   PtyLine line;
-  for (const Row& row : rows) {
-    COMPort open(line.path().c_str());
-    EXPECT_THAT(errorOf([&] { row.set(open); }), StrEq(row.error));
-    // Before opening it is stored, and the opening meets it.
-    COMPort later;
-    row.set(later);
-    EXPECT_THAT(errorOf([&] { later.Open(line.path().c_str()); }), StrEq(row.error));
+  for (const auto& [error, values, set] : rows) {
+    for (const int value : values) {
+      COMPort open(line.path().c_str());
+      EXPECT_THAT(errorOf([&] { set(open, value); }), StrEq(error));
+      // Before opening it is stored, and the opening meets it.
+      COMPort later;
+      set(later, value);
+      EXPECT_THAT(errorOf([&] { later.Open(line.path().c_str()); }), StrEq(error));
+    }
   }
 }
 

@@ -5,23 +5,23 @@
 #include <gtest/gtest.h>
 
 #include "AddInNative.h"
-#include "HostObject.h"
 #include "MemoryManager.h"
+#include "PlatformObject.h"
 #include "Variant.h"
 
 namespace {
 
 TEST(AddError, ReportsToThePlatform) {
-  fixture::HostObject host;
+  host::PlatformObject host;
   CAddInNative component;
   component.addError(1, L"source", L"description", 2);  // nobody to report to yet
   component.Init(&host);
   component.addError(0x12345, L"Весы", L"Нет ответа", -7);
   ASSERT_EQ(host.errors().size(), 1U);
   EXPECT_EQ(host.errors()[0].code, 0x2345);  // the low 16 bits
-  EXPECT_EQ(host.errors()[0].source, u"Весы");
-  EXPECT_EQ(host.errors()[0].description, u"Нет ответа");
-  EXPECT_EQ(host.errors()[0].scode, -7);
+  EXPECT_EQ(host.errors()[0].source, "Весы");
+  EXPECT_EQ(host.errors()[0].description, "Нет ответа");
+  EXPECT_EQ(host.errors()[0].number, -7);
 }
 
 /// A platform whose memory manager throws.

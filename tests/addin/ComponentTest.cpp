@@ -4,12 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 
 namespace {
 
 using fixture::Component;
-using fixture::Library;
 using fixture::units;
 using fixture::utf16;
 
@@ -23,7 +22,7 @@ std::u16string taken(Component& component, const WCHAR_T* text) {
 }
 
 TEST(Exports, MakeAndEndObjects) {
-  Library library;
+  const host::Library library(fixture::builtComponent());
   EXPECT_EQ(utf16(library.getClassNames()), u"CAddInNative");
   EXPECT_EQ(library.getClassNames(), library.getClassNames());
   for (const int capabilities : {-1, 0, 1, 99}) {

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ TEST(Memory, IsAllGivenBack) {
   for (int i = 0; i < 3; ++i) everything(component);
   EXPECT_GT(component.memory.allocations(), 30);
   EXPECT_EQ(component.memory.live(), 0U);
-  EXPECT_EQ(component.memory.wrongFrees(), 0);
+  EXPECT_EQ(component.memory.foreignFrees(), 0U);
 }
 
 TEST(Memory, MayFailAtAnyBlock) {
@@ -65,7 +65,7 @@ TEST(Memory, MayFailAtAnyBlock) {
   everything(component);
   component.memory.recover();
   EXPECT_EQ(component.memory.live(), 0U);
-  EXPECT_EQ(component.memory.wrongFrees(), 0);
+  EXPECT_EQ(component.memory.foreignFrees(), 0U);
 }
 
 TEST(Memory, AFailedBlockIsAnEmptyText) {

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 #include "DataFile.h"
 #include "PtyLine.h"
 #include "TempFolder.h"
@@ -214,6 +214,10 @@ TEST_F(Methods, DeviceTestTellsWhatFailed) {
   component_.set(u"cport", line.path());
   component_.set(u"cbaudrate", 9600);
   EXPECT_EQ(testText(), u"Ошибка_3: Нет ответа от весов.");
+  // No place is left for the scale of the test.
+  component_.set(u"model", kEmulator);
+  for (int i = 0; i < 100; ++i) component_.open();
+  EXPECT_EQ(testText(), u"Ошибка_8: DeviceID не найден.");
 }
 
 TEST_F(Methods, SetParameterTakesWhatItKnowsAndPassesTheRestOver) {
@@ -271,6 +275,8 @@ TEST_F(Methods, IdsMayHoldCyrillicLetters) {
     EXPECT_TRUE(component_.call(u"Calibrate", {id, kNothing})->returned(true));
   }
   EXPECT_TRUE(component_.call(u"Calibrate", {u"Весы №2", kNothing})->returned(false));
+  EXPECT_TRUE(component_.call(u"Close", {u"Весы №1"})->returned(true));
+  EXPECT_TRUE(component_.call(u"Calibrate", {u"Весы №1", kNothing})->returned(false));
 }
 
 }  // namespace

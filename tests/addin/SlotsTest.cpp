@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ bool allocate(void*, void** memory, unsigned long bytes) {
 }
 
 TEST(Slots, AreWhereThePlatformCallsThem) {
-  fixture::Library library;
+  const host::Library library(fixture::builtComponent());
   IComponentBase* typed = nullptr;
   const long address = library.getClassObject(nullptr, &typed);
   void* object = nullptr;

@@ -192,8 +192,6 @@ TEST(SerialPort, TakesNineSpeeds) {
 }
 
 TEST(SerialPort, RefusesWhatALineCantHave) {
-  constexpr const char* kSpeed =
-      "baudRate passed to void COMPort::ConfigureTermios() unrecognized.";
   struct Row {
     const char* error;
     std::vector<int> values;

@@ -79,6 +79,7 @@ TEST_F(ScalesWrapper, WithoutAnIdThePortTakesItsPart) {
   EXPECT_FALSE(knows("7"));
   EXPECT_TRUE(knows("port"));
   EXPECT_TRUE(knows(""));
+  EXPECT_EQ(scales_.GetScalesObject(nullptr), nullptr);
 }
 
 TEST_F(ScalesWrapper, HoldsAHundredScales) {

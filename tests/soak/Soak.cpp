@@ -15,7 +15,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 #include "Fleet.h"
 #include "Usage.h"
 

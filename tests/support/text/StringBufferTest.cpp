@@ -189,6 +189,8 @@ TEST(StringBufferTest, RangesOutsideTheTextAreLeftAlone) {
   EXPECT_STREQ(text.getString(), "abcdef");
   text.removeChunk(1, 4);
   EXPECT_STREQ(text.getString(), "af");
+  text.shorten(1000);
+  EXPECT_EQ(text.getSize(), 0U);
   EXPECT_FALSE(text.expectNumBytes(0xFFFFFFFF));
 }
 

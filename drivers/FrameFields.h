@@ -84,9 +84,10 @@ struct DigitFrame {
 /// first, and a zero. `zero` is 0 for binary digits and '0' for characters. Higher digits are lost.
 Bytes priceFrame(Bytes head, long price, std::uint8_t zero = 0);
 
-/// The exchange of indicators that speak between STX and ETX and are asked with the letter D. Two
-/// makers differ in how they write the seven characters of weight.
+/// The frame between STX and ETX in which indicators answer the letter D. They differ in how they
+/// write the weight's seven characters.
 struct IndicatorFrame {
+  /// Asks the indicator with address A.
   static constexpr Bytes kAsk = {0x02, 'A', 'D', '0', '5', 0x03};
 
   enum Offset : std::size_t {

@@ -10,24 +10,9 @@
 //     STX   "D" |  weight: "001250"  |  not  ETX
 //               `- 2D negative       `- decimal code
 namespace a9 {
-enum Offset : std::size_t {
-  kStx = 0,
-  kAddress = kStx + 1,
-  kCommand = kAddress + 1,
-  kSign = kCommand + 1,
-  kWeight = kSign + 1,
-  kDecimalCode = kWeight + 6,
-  kCheck = kDecimalCode + 1,
-  kEtx = kCheck + 2,
-  kSize = kEtx + 1,
-};
-static_assert(kSize == 14);
-
 namespace {
 
-bool isGood(Frame frame) {
-  return frame.size() == kSize && frame[kEtx] == 0x03 && frame[kCommand] == 'D';
-}
+constexpr std::size_t kDigits = 6;
 
 double gramsPerUnit(std::uint8_t decimalCode) {
   switch (decimalCode) {
@@ -40,13 +25,15 @@ double gramsPerUnit(std::uint8_t decimalCode) {
 
 /// The first byte that is no digit ends the number, so a blank in front leaves none.
 Outcome parse(Frame frame, Reading& reading) {
+  const Frame field = IndicatorFrame::weightOf(frame);
   NumberText text;
-  for (const std::uint8_t byte : frame.subspan(kWeight, kDecimalCode - kWeight)) {
+  for (const std::uint8_t byte : field.first(kDigits)) {
     if (!isDigit(byte)) break;
     text.add(byte);
   }
-  const std::int64_t grams = cutTo64(text.value() * gramsPerUnit(frame[kDecimalCode]));
-  reading.weight = withSign(static_cast<double>(grams), frame[kSign]);
+  const std::uint8_t decimalCode = field[kDigits];
+  const std::int64_t grams = cutTo64(text.value() * gramsPerUnit(decimalCode));
+  reading.weight = withSign(static_cast<double>(grams), IndicatorFrame::signOf(frame));
   reading.stable = 0;
   return endPoll();
 }
@@ -57,8 +44,8 @@ Outcome parse(Frame frame, Reading& reading) {
 constinit const ProtocolSheet ScalesA9::kSheet = {
     .drainSize = kSmallDrain,
     .request = {.first = {0x02, 0x40, 0x44, 0x00, 0x04, 0x03}},
-    .read = StartByteRead{.length = a9::kSize, .start = {0x02}},
-    .isGood = a9::isGood,
+    .read = StartByteRead{.length = IndicatorFrame::kSize, .start = {0x02}},
+    .isGood = IndicatorFrame::isGood,
     .parse = a9::parse,
     .weightUnit = WeightUnit::Gram,
 };

@@ -32,3 +32,15 @@ function(orbelo_layer name)
     target_link_libraries(orbelo_${name} PUBLIC orbelo::${below})
   endforeach()
 endfunction()
+
+# orbelo_calls_unknown_objects(<target> [<file>...])
+# The target, or these sources of it, call objects whose type no sanitizer can tell: what the
+# platform has made, and handles that have ended, which must answer all the same.
+function(orbelo_calls_unknown_objects target)
+  if(ARGN)
+    set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target}
+      PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
+  else()
+    target_compile_options(${target} PRIVATE -fno-sanitize=vptr)
+  endif()
+endfunction()

@@ -134,7 +134,8 @@ bool Soak::judge(const Usage& before, const Usage& after) const {
   const auto wall = std::accumulate(rounds_.begin(), rounds_.end(), milliseconds{0},
                                     [](milliseconds sum, const Round& r) { return sum + r.wall; });
   std::cout << name(keep_) << ": " << done_ << " polls, " << wrong_ << " wrong, "
-            << static_cast<double>(wall.count()) / static_cast<double>(rounds_.size() * kScales)
+            << static_cast<double>(wall.count()) /
+                   static_cast<double>(std::max<std::size_t>(rounds_.size(), 1) * kScales)
             << " ms each\n  descriptors " << before.descriptors << " -> " << after.descriptors
             << ", threads " << before.threads << " -> " << after.threads << ", memory "
             << before.residentKib << " -> " << after.residentKib << " KiB";

@@ -69,10 +69,6 @@ ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n) {
   return {ok, std::string(data.getData() == nullptr ? "" : data.getData(), data.getSize())};
 }
 
-bool operator==(const ReceivedBytes& a, const ReceivedBytes& b) {
-  return a.ok == b.ok && a.bytes == b.bytes;
-}
-
 void PrintTo(const ReceivedBytes& received, std::ostream* out) {
   *out << (received.ok ? "ok" : "failed") << " with " << testing::PrintToString(received.bytes);
 }

@@ -50,9 +50,9 @@ bool sendBytes(CkSocket& socket, std::string_view bytes);
 struct ReceivedBytes {
   bool ok;
   std::string bytes;
+  bool operator==(const ReceivedBytes&) const = default;
 };
 ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n);
-bool operator==(const ReceivedBytes& a, const ReceivedBytes& b);
 void PrintTo(const ReceivedBytes& received, std::ostream* out);
 
 }  // namespace fixture

@@ -24,6 +24,20 @@ TEST(AddError, ReportsToThePlatform) {
   EXPECT_EQ(host.errors()[0].number, -7);
 }
 
+TEST(WstringToP, PutsATextIntoAVariant) {
+  fixture::MemoryManager memory;
+  CAddInNative component;
+  component.setMemManager(&memory);
+  fixture::ReturnValue value(memory);
+  EXPECT_FALSE(component.wstring_to_p(nullptr, value.data()));
+  EXPECT_TRUE(value.untouched());
+  EXPECT_TRUE(component.wstring_to_p(L"", value.data()));
+  EXPECT_EQ(value->vt, kVariantWideString);
+  EXPECT_EQ(value->value.wide.wstrLen, 0U);
+  EXPECT_EQ(memory.sizeOf(value->value.wide.pwstrVal), 2U);
+  EXPECT_EQ(value->value.wide.pwstrVal[0], 0);
+}
+
 /// A platform whose memory manager throws.
 class ThrowingManager final : public IMemoryManager {
  public:

@@ -47,6 +47,14 @@ TEST_P(Polls, BadFramesEndTheirAttemptsAtOnce) {
   EXPECT_LT(poll.slept, milliseconds(3 * (150 + 500)));
 }
 
+TEST_P(Polls, TenWrongBytesSpendAnAttempt) {
+  Pair pair(13, GetParam(), kCasRequest, {"'wrongwrong' 06 01 02 'S  1.250kg ' 03 04"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoAnswer);
+  EXPECT_EQ(poll.slept, milliseconds(3 * (150 + 500)));
+  EXPECT_EQ(pair.received(6), "05 11 05 11 05 11");
+}
+
 TEST_P(Polls, GarbageShiftsAnAnswerThatHasNoStart) {
   Pair pair(37, GetParam(), "'W' 0D", {"'?   -1.250 ' 0D 0A", "'   -1.250 ' 0D 0A"});
   const Poll poll = pair.poll();
@@ -129,6 +137,16 @@ TEST_P(Polls, BadNibbleClosesThePort) {
   EXPECT_EQ(poll.reading.stable, 1);
   EXPECT_FALSE(pair.isConnected());
   EXPECT_EQ(pair.received(4), "3C 00 21 3E");
+}
+
+/// Model 4: the flag of a frame that then fails stays behind.
+TEST_P(Polls, StableOfABadFrame) {
+  Pair pair(4, GetParam(), "3C 00 21 3E", {"3C 00 00 12 34 07 3D"});
+  const Poll poll = pair.poll();
+  EXPECT_EQ(poll.code, kNoAnswer);
+  EXPECT_EQ(poll.reading.weight, 0.0);
+  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_TRUE(pair.isConnected());
 }
 
 /// Model 8: three bytes go out behind the letter, the head of the last answer of this poll.

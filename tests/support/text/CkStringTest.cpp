@@ -81,6 +81,7 @@ TEST_F(CkStringTest, NullArgumentsAreEmptyTexts) {
   text.append(static_cast<const char*>(nullptr));
   text.appendU(nullptr);
   text.appendAnsi(nullptr);
+  EXPECT_TRUE(text.endsWith(nullptr));
   EXPECT_STREQ(text.getAnsi(), "x");
   text.setStringUtf16(nullptr);
   EXPECT_STREQ(text.getAnsi(), "");

@@ -32,7 +32,8 @@ struct Release {
 using Cursor = std::unique_ptr<ClsXml, Release>;
 
 constexpr std::string_view kDocument =
-    "<root><x n='1'><x n='2'/><y/></x><y n=' 12x' e='' t='x' m='-7' big='4294967297'/></root>";
+    "<root><x n='1'><x n='2'/><y/></x><y n=' 12x' e='' t='x' m='-7' big='4294967297' d='1' "
+    "d='2'/></root>";
 
 class Xml : public testing::Test {
  protected:
@@ -76,6 +77,7 @@ TEST_F(Xml, ReadsAttributes) {
   EXPECT_EQ(attribute(" t "), "x");
   EXPECT_EQ(attribute("e"), "");
   EXPECT_EQ(attribute("T"), "none");
+  EXPECT_EQ(attribute("d"), "1");
   EXPECT_EQ(attribute(nullptr), "none");
   struct Row {
     const char* name;

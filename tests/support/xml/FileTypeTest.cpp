@@ -76,6 +76,14 @@ TEST_F(FileType, TellsWhatAPathNames) {
   EXPECT_EQ(files_.FileType(nullptr), 0);
 }
 
+TEST_F(FileType, CannotTellBehindAClosedFolder) {
+  if (::geteuid() == 0) GTEST_SKIP() << "no folder is closed to root";
+  const std::string closed = folder_.makeFolder("closed");
+  ASSERT_EQ(::chmod(closed.c_str(), 0), 0);
+  EXPECT_EQ(type(closed + "file"), -1);
+  ASSERT_EQ(::chmod(closed.c_str(), 0700), 0);
+}
+
 TEST_F(FileType, FindsNamesInTheAnsiCodePage) {
   folder_.write(kYaUtf8, "x");
   const std::string ansiFolder = folder_.makeFolder(kYaAnsi);

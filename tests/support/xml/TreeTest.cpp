@@ -61,6 +61,16 @@ TEST(TreeNode, LinksItsChildrenInDocumentOrder) {
   EXPECT_EQ(root->getChild(-1), nullptr);
 }
 
+TEST(TreeNode, KeepsTagsOfAnyLength) {
+  for (const std::size_t length : {0U, 1U, 15U, 16U, 1000U}) {
+    const std::string tag(length, 't');
+    const UncountedTree root = TreeNode::createRoot(tag);
+    EXPECT_EQ(root->getTag(), tag);
+    EXPECT_TRUE(root->tagEquals(tag));
+    EXPECT_FALSE(root->tagEquals(tag + "t"));
+  }
+}
+
 TEST(TreeNode, FindsDirectChildren) {
   const UncountedTree root =
       parse("<r><a n='1'/><x:a n='2'/><a n='3'/><b><c/></b><x:y:z/><n a='4'/></r>");

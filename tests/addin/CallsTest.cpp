@@ -1,7 +1,6 @@
 // Calls as no careful host makes them: too few parameters, of the wrong kind, null, and huge.
 
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

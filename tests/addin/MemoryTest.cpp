@@ -1,7 +1,6 @@
 // The platform's memory: every text is one block of the right size, none is lost, and a manager
 // that runs out of memory meets a component that goes on.
 
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>

@@ -3,7 +3,6 @@
 // In turn the component must call the platform's objects by the right slots.
 
 #include <array>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "AutoLockMutex.h"
 #include "ComLanPort.h"
 #include "PtyLine.h"
 #include "TcpPeer.h"

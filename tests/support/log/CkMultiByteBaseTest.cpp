@@ -10,7 +10,6 @@
 #include "CkString.h"
 #include "ClsBase.h"
 #include "TempFolder.h"
-#include "XString.h"
 
 namespace {
 
@@ -147,19 +146,5 @@ TEST_P(ProgrammingLanguage, DecidesAboutLineEnds) {
 
 INSTANTIATE_TEST_SUITE_P(WithCrLf, ProgrammingLanguage,
                          testing::Values(1, 2, 3, 4, 5, 6, 33, 264, 464, 564, 664));
-
-TEST(ClsBase, LocksDoNothingInASingleThreadedProcess) {
-  ClsProbe options;
-  XString text;
-  text.setFromUtf8("SingleThreaded");
-  options.put_UncommonOptions(text);
-  {
-    ClsProbe unlocked;  // made without a lock, and still without one when the switch is back
-    text.setFromUtf8("multithreaded");
-    options.put_UncommonOptions(text);
-    unlocked.work("x");
-  }
-  EXPECT_FALSE(LogBase::m_singleThreaded);
-}
 
 }  // namespace

@@ -46,15 +46,6 @@ class Plain : public testing::Test {
   std::array<unsigned char, kBufferSize> buffer = {};
 };
 
-TEST_F(Plain, PollingAsksOnceAndDoesntWait) {
-  TcpPeer peer(fixture::silent());
-  ASSERT_TRUE(connectTo(peer));
-  const Stopwatch clock;
-  EXPECT_FALSE(receive(KestrumSocket::kPolling));
-  EXPECT_TRUE(params.timedOut);
-  EXPECT_LT(clock.ms(), 1000);
-}
-
 TEST_F(Plain, OnASocketThatIsNoneEverythingFails) {
   std::uint32_t sent = 0;
   EXPECT_FALSE(receive(100));

@@ -6,7 +6,6 @@
 
 #include "CharsetNames.h"
 #include "CharsetNaming.h"
-#include "CkCharset.h"
 #include "DataFile.h"
 #include "Psdk.h"
 #include "TextTesting.h"
@@ -56,46 +55,6 @@ TEST(CharsetTest, SpecialNames) {
   for (const auto& [name, codePage] : cases) {
     EXPECT_EQ(CharsetNaming::GetCodePage_p(name), codePage) << name;
   }
-}
-
-TEST(CharsetTest, CodePagesHaveOneName) {
-  StringBuffer name;
-  const std::pair<int, const char*> cases[] = {
-      {1251, "windows-1251"}, {65001, "utf-8"}, {1200, "unicode"}, {20127, "us-ascii"},
-      {54936, "gb18030"},     {37, "base64"},   {3, "hex"},        {5, "base64"}};
-  for (const auto& [codePage, canonical] : cases) {
-    EXPECT_TRUE(CharsetNaming::GetCharsetName(codePage, name));
-    EXPECT_STREQ(name.getString(), canonical);
-  }
-  EXPECT_FALSE(CharsetNaming::GetCharsetName(709, name));
-  EXPECT_STREQ(name.getString(), "");
-  EXPECT_TRUE(std::is_sorted(
-      canonicalNames().begin(), canonicalNames().end(),
-      [](const CanonicalName& a, const CanonicalName& b) { return a.codePage < b.codePage; }));
-  EXPECT_EQ(canonicalNames().size(), 146U);
-}
-
-TEST(CharsetTest, ACharsetKnowsItsNameAndTheWishForAMark) {
-  const AnsiIs ansi(1251);
-  _ckCharset charset;
-  EXPECT_TRUE(charset.setByName("bom-UTF8"));
-  EXPECT_EQ(charset.getCodePage(), 65001);
-  EXPECT_STREQ(charset.getName(), "utf-8");
-  EXPECT_EQ(charset.getMark(), _ckCharset::Mark::Wanted);
-  EXPECT_TRUE(charset.setByName("no-bom:utf-16"));
-  EXPECT_EQ(charset.getMark(), _ckCharset::Mark::NotWanted);
-  EXPECT_EQ(charset.getCodePage(), 1200);
-  EXPECT_FALSE(charset.setByName("nonsense"));
-  EXPECT_EQ(charset.getCodePage(), 0);
-  EXPECT_STREQ(charset.getName(), "");
-  EXPECT_TRUE(charset.setByName(nullptr));
-  EXPECT_EQ(charset.getCodePage(), 1251);
-  EXPECT_TRUE(charset.setByName("OEM"));
-  EXPECT_EQ(charset.getCodePage(), 65001);
-  charset.setByName("x-user-defined");
-  EXPECT_EQ(charset.getCodePage(), 0);
-  charset.setByName("Default");  // only the exact case is special
-  EXPECT_EQ(charset.getCodePage(), 0);
 }
 
 }  // namespace

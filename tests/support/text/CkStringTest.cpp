@@ -130,26 +130,4 @@ TEST_F(CkStringTest, ComparesByCodePoint) {
   EXPECT_GT(more.compareStr(less), 0);
 }
 
-TEST_F(CkStringTest, BinaryEncodings) {
-  CkString text;
-  text.setStringUtf8("Вес");
-  text.hexEncode("windows-1251");
-  EXPECT_STREQ(text.getUtf8(), "C2E5F1");
-  text.hexDecode("windows-1251");
-  text.base64Encode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "0JLQtdGB");
-  // As it is, with a mark, and in UTF-16, which gives itself away.
-  for (const char* base64 : {"0JLQtdGB", "77u/0JLQtdGB", "//4SBDUEQQQ="}) {
-    text.setStringAnsi(base64);
-    text.base64Decode("utf-8");
-    EXPECT_STREQ(text.getUtf8(), "Вес");
-  }
-  text.urlEncode("windows-1251");
-  EXPECT_STREQ(text.getUtf8(), "%C2%E5%F1");
-  text.urlDecode("unknown");
-  text.qpEncode("utf-8");
-  text.qpDecode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-}
-
 }  // namespace

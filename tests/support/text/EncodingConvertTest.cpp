@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <random>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

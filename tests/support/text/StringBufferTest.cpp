@@ -1,4 +1,3 @@
-#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -132,30 +131,6 @@ TEST(StringBufferTest, Trims) {
   StringBuffer text("a \t b\r\n\r\n");
   text.trimInsideSpaces();
   EXPECT_STREQ(text.getString(), "a b ");
-}
-
-TEST(StringBufferTest, Numbers) {
-  StringBuffer text;
-  text.append(std::numeric_limits<int>::min());
-  text.append(0U);
-  text.appendInt64(std::numeric_limits<std::int64_t>::max());
-  EXPECT_STREQ(text.getString(), "-214748364809223372036854775807");
-  const std::pair<const char*, int> values[] = {
-      {"\t 12x", 12}, {"-7", -7}, {"+7", 7}, {"x", 0}, {"", 0}, {"\n1", 0}, {"4294967297", 1}};
-  for (const auto& [digits, value] : values) {
-    text.setString(digits);
-    EXPECT_EQ(text.intValue(), value) << digits;
-  }
-}
-
-TEST(StringBufferTest, LineEnds) {
-  StringBuffer text("a\r\nb\nc\rd\r\r\n");
-  text.toLF();
-  EXPECT_STREQ(text.getString(), "a\nb\nc\nd\n\n");
-  text.toCRLF();
-  EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
-  text.toCRLF();
-  EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
 }
 
 TEST(StringBufferTest, HandsItsBlockOver) {

@@ -1,10 +1,8 @@
-#include <new>
 #include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "ClsEncode.h"
 #include "TextTesting.h"
 #include "XString.h"
 
@@ -77,21 +75,6 @@ TEST_F(XStringTest, AppendsToTheFormAtHand) {
   EXPECT_EQ(forms(x), "8w16");
 }
 
-TEST_F(XStringTest, LengthIsInTheUnitAtHand) {
-  XString x;
-  x.setFromUtf8("ж😀");
-  EXPECT_EQ(x.getNumChars(), 3);  // UTF-16
-  x.getWideStr();
-  EXPECT_EQ(x.getNumChars(), 2);
-  x.getAnsi();
-  EXPECT_EQ(x.getNumChars(), 2);  // a lossy form isn't ready
-  x.setFromAnsi(kRussian);
-  x.appendUtf8("ж");
-  EXPECT_EQ(x.getNumChars(), 4);
-  EXPECT_EQ(x.getSizeUnicode(), 16U);
-  EXPECT_EQ(x.getSizeAny(), 8U);
-}
-
 TEST_F(XStringTest, TakesItsOwnText) {
   XString x;
   x.setFromAnsi(kRussian);
@@ -141,21 +124,6 @@ TEST_F(XStringTest, TakesBytesInAnyEncoding) {
   EXPECT_EQ(from("no such charset", kRussian), "Вес");
   EXPECT_EQ(from("hex", "AB"), "4142");
   EXPECT_EQ(from("utf-8", ""), "");
-}
-
-TEST_F(XStringTest, AdoptsBlocks) {
-  StringBuffer text("\xEF\xBB\xBFВес");
-  XString x;
-  EXPECT_TRUE(x.takeFromUtf8Sb(text));
-  EXPECT_STREQ(x.getUtf8(), "Вес");
-  EXPECT_EQ(text.getSize(), 0U);
-  DataBuffer bytes;
-  bytes.append(kRussian, 3);
-  EXPECT_TRUE(x.takeFromAnsiDb(bytes));
-  EXPECT_STREQ(x.getUtf8(), "Вес");
-  x.getUtf8Sb_rw().append("!");
-  EXPECT_EQ(forms(x), "8");
-  EXPECT_STREQ(x.getAnsi(), "\xC2\xE5\xF1!");
 }
 
 TEST_F(XStringTest, EndsWithTakesTheStartOfAMarkForOne) {

@@ -33,14 +33,13 @@ function(orbelo_layer name)
   endforeach()
 endfunction()
 
-# orbelo_calls_unknown_objects(<target> [<file>...])
-# The target, or these sources of it, call objects whose type no sanitizer can tell: what the
-# platform has made, and handles that have ended, which must answer all the same.
+# orbelo_calls_unknown_objects(<target>)
+# The target calls objects whose type no sanitizer can tell: what the platform has made, and
+# handles that have ended, which must answer all the same.
 function(orbelo_calls_unknown_objects target)
-  if(ARGN)
-    set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target}
-      PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
-  else()
-    target_compile_options(${target} PRIVATE -fno-sanitize=vptr)
-  endif()
+  target_link_libraries(${target} PRIVATE orbelo_unknown_objects)
 endfunction()
+add_library(orbelo_unknown_objects INTERFACE)
+# Behind -fsanitize, which would switch it on again.
+target_link_libraries(orbelo_unknown_objects INTERFACE orbelo_flags)
+target_compile_options(orbelo_unknown_objects INTERFACE -fno-sanitize=vptr)

@@ -40,6 +40,7 @@ std::vector<DataRow> dataRows(const std::string& name) {
     rows.push_back({heading, line.substr(0, arrow), line.substr(right, end - right),
                     line.substr(std::min(end + kRemark.size(), line.size()))});
   }
+  if (rows.empty()) throw std::runtime_error("no rows in " + name);
   return rows;
 }
 

@@ -19,7 +19,8 @@ struct DataRow {
   std::string remark;
 };
 
-/// The lines of a file that is made of such rows; every other line is a heading.
+/// The lines of a file that is made of such rows; every other line is a heading. Throws
+/// `std::runtime_error` for a file without rows.
 std::vector<DataRow> dataRows(const std::string& name);
 
 }  // namespace fixture

@@ -6,13 +6,11 @@
 #include "Questions.h"
 #include "ResultCode.h"
 
-namespace weigh {
+namespace recognise {
 
 namespace {
 
 using exchange::Record;
-using recognise::Bytes;
-using recognise::Refusal;
 
 /// What goes out in one write with the first part of a request may have the head of the last
 /// answer behind it.
@@ -36,7 +34,7 @@ Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {
   if (isSecondPart(sheet.request, written)) return Role::RequestSecond;
   if (is(sheet.tare)) return Role::Tare;
   if (is(sheet.zero)) return Role::Zero;
-  return recognise::isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
+  return isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
 }
 
 class Explainer {
@@ -89,7 +87,7 @@ class Explainer {
   /// A scale that transmits is read byte by byte up to a start byte; what comes in larger pieces
   /// before one is thrown away.
   void takeStreamed(const Record& record) {
-    const bool fits = frame_.size() + record.bytes.size() <= recognise::frameLength(sheet_);
+    const bool fits = frame_.size() + record.bytes.size() <= frameLength(sheet_);
     if (!frame_.empty() && !fits) endAttempt();
     if (frame_.empty() && record.bytes.size() > 1) {
       endAttempt();
@@ -101,7 +99,7 @@ class Explainer {
   }
 
   void takeAnswer(const Record& record) {
-    if (frame_.empty() && !recognise::mayBegin(sheet_, record.bytes.front())) {
+    if (frame_.empty() && !mayBegin(sheet_, record.bytes.front())) {
       add(record, Role::Skipped);
       return;
     }
@@ -113,9 +111,9 @@ class Explainer {
   bool isWhole() const {
     if (const auto* style = std::get_if<TerminatorRead>(&sheet_.read)) {
       return frame_.size() >= style->capacity ||
-             (frame_.size() >= style->minLength && recognise::endsFrame(*style, frame_));
+             (frame_.size() >= style->minLength && endsFrame(*style, frame_));
     }
-    return frame_.size() >= recognise::frameLength(sheet_);
+    return frame_.size() >= frameLength(sheet_);
   }
 
   void beginAttempt() {
@@ -134,21 +132,19 @@ class Explainer {
     verdict.attempt = attempt_;
     frame_.clear();
     verdict.good = sheet_.isGood(verdict.frame);
-    Outcome outcome = askAgain(code_);
+    Outcome::Next next = Outcome::Next::AskAgain;
     if (verdict.good) {
-      ::Reading reading;
-      if (sheet_.glance != nullptr) sheet_.glance(verdict.frame, reading);
-      outcome = sheet_.parse(verdict.frame, reading);
-      verdict.said = {reading, outcome.code};
-      verdict.fields = recognise::fieldsOf(sheet_, verdict.frame);
-      code_ = outcome.code;
+      verdict.said = readingOf(sheet_, verdict.frame);
+      verdict.fields = fieldsOf(sheet_, verdict.frame);
+      code_ = verdict.said.code;
+      next = verdict.said.next;
       anyGood_ = true;
     } else {
-      verdict.refusal = recognise::refusalOf(sheet_, verdict.frame);
+      verdict.refusal = refusalOf(sheet_, verdict.frame);
       reason_ = verdict.refusal.reason;
     }
     result_.records.back().verdict = std::move(verdict);
-    if (outcome.next != Outcome::Next::AskAgain || attempt_ >= sheet_.attempts) endPoll();
+    if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.attempts) endPoll();
   }
 
   void endPoll() {
@@ -191,10 +187,10 @@ bool couldHaveWritten(const ScalesModel& model, const exchange::Log& log) {
   return asked;
 }
 
-recognise::Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
-  recognise::Evidence evidence{.origin = recognise::Origin::Answer, .pieces = {}};
+Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
+  Evidence evidence{.origin = Origin::Answer, .pieces = {}};
   if (model.sheet->request.first.empty()) {
-    evidence.origin = recognise::Origin::Stream;
+    evidence.origin = Origin::Stream;
     Bytes all;
     for (const Record& record : log.records) {
       if (record.kind == Record::Kind::Incoming) {
@@ -218,15 +214,15 @@ recognise::Evidence evidenceIn(const exchange::Log& log, const ScalesModel& mode
 
 LogModel recogniseLog(const exchange::Log& log) {
   std::vector<const ScalesModel*> writers;
-  std::vector<recognise::Candidate> candidates;
+  std::vector<Candidate> candidates;
   for (const ScalesModel& model : scalesModels()) {
     if (model.sheet == nullptr || !couldHaveWritten(model, log)) continue;
     writers.push_back(&model);
-    if (auto candidate = recognise::examine(model, evidenceIn(log, model))) {
+    if (auto candidate = examine(model, evidenceIn(log, model))) {
       candidates.push_back(std::move(*candidate));
     }
   }
-  recognise::rank(candidates);
+  rank(candidates);
   if (!candidates.empty()) {
     return {.model = candidates.front().model, .kin = candidates.front().kin, .byFrames = true};
   }
@@ -244,4 +240,4 @@ Explanation explainLog(const exchange::Log& log, const ScalesModel& model) {
   return Explainer(log, model).run();
 }
 
-}  // namespace weigh
+}  // namespace recognise

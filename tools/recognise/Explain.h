@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +9,7 @@
 #include "Recognise.h"
 #include "Refusal.h"
 
-namespace weigh {
+namespace recognise {
 
 /// Which model an exchange log is of.
 struct LogModel {
@@ -46,12 +45,12 @@ enum class Role {
 /// How an attempt ended.
 struct Verdict {
   bool good = false;
-  recognise::Bytes frame;
+  Bytes frame;
   /// Of a good frame.
-  recognise::Said said;
-  std::vector<recognise::FrameField> fields;
+  Said said;
+  std::vector<FrameField> fields;
   /// Of a refused one.
-  recognise::Refusal refusal;
+  Refusal refusal;
   int poll = 0;
   int attempt = 0;
 };
@@ -75,7 +74,7 @@ struct PollEnd {
   int code;
   int attempts;
   /// Of a poll without a good frame, why its last attempt failed.
-  recognise::Refusal::Reason reason;
+  Refusal::Reason reason;
 };
 
 struct Explanation {
@@ -88,4 +87,4 @@ struct Explanation {
 /// an event of the line. `log` outlives the result.
 Explanation explainLog(const exchange::Log& log, const ScalesModel& model);
 
-}  // namespace weigh
+}  // namespace recognise

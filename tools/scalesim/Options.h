@@ -11,16 +11,20 @@
 
 /// The command line, checked against the model.
 struct Options {
-  enum class Task { Play, PlayAll, List, Help, HelpOnModel };
+  enum class Task { Play, PlayAll, Replay, List, Help, HelpOnModel };
 
   Task task = Task::Play;
   /// Null unless the task is about one model.
   const sim::ScaleModel* model = nullptr;
   /// Folder of --all.
   std::string folder;
+  /// Exchange log of --replay.
+  std::string log;
   /// TCP port, 0 for any; none for a pseudo-terminal.
   std::optional<std::uint16_t> tcp;
   std::string link;
+  /// Speed of the scale's end of the pseudo-terminal; 0 for a line that carries any.
+  int speed = 0;
   bool verbose = false;
   sim::Faults faults;
 

@@ -36,12 +36,18 @@ const Text kOptAll = {
     "One simulator of each model, on pseudo-terminals and TCP ports, with a settings.xml in DIR",
     "По симулятору каждой модели на псевдотерминалах и портах TCP, с файлом settings.xml в "
     "каталоге"};
+const Text kOptReplay = {"The scale's side of an exchange log, again and again",
+                         "Сторона весов из журнала обмена, снова и снова"};
 const Text kOptList = {"List the models", "Список моделей"};
 const Text kOptPty = {"On a pseudo-terminal (the default)", "На псевдотерминале (по умолчанию)"};
 const Text kOptLink = {"Symbolic link to the pseudo-terminal, removed at the end",
                        "Символическая ссылка на псевдотерминал, удаляется в конце"};
 const Text kOptTcp = {"On a TCP port of 127.0.0.1; any free one without PORT",
                       "На порту TCP адреса 127.0.0.1; без ПОРТА - на любом свободном"};
+const Text kOptSpeed = {
+    "The scale's own speed on a pseudo-terminal: a host at another one gets garbage (default: any)",
+    "Собственная скорость весов на псевдотерминале: на другой хост получает мусор (по умолчанию "
+    "любая)"};
 const Text kOptWeight = {"Load on the pan, kilograms", "Груз на платформе, килограммы"};
 const Text kOptDecimals = {"Digits behind the point of the weight", "Знаков после точки в весе"};
 const Text kOptPrice = {"Price of a kilogram", "Цена за килограмм"};
@@ -86,6 +92,12 @@ const Text kOneTransport = {"--pty and --tcp exclude each other; start two simul
                             "--pty и --tcp исключают друг друга; запустите два симулятора"};
 const Text kLinkNeedsPty = {"--link goes with a pseudo-terminal, not with --tcp",
                             "--link относится к псевдотерминалу, а не к --tcp"};
+const Text kSpeedNeedsPty = {"--speed goes with a pseudo-terminal, not with --tcp",
+                             "--speed относится к псевдотерминалу, а не к --tcp"};
+const Text kReplayAlone = {
+    "--replay takes no model, none of --all and --speed, and nothing about the scale",
+    "--replay не сочетается с моделью, с --all и --speed и с тем, что "
+    "относится к весам"};
 const Text kAllAlone = {"--all takes no model and none of --pty, --link, --tcp",
                         "--all не сочетается с моделью и с --pty, --link, --tcp"};
 const Text kWeightOutOfRange = {"model %1 can't show %2 kg; with %3 decimals it shows %4 to %5",
@@ -126,6 +138,12 @@ const Text kStartedAll = {
     "scalesim: %1 scales; \"13: 1.250\" sets one, \"1.250\" all, Ctrl-C ends it.",
     "scalesim: весов: %1; \"13: 1.250\" меняет одни, \"1.250\" - все, Ctrl-C - "
     "конец."};
+const Text kStartedReplay = {"scalesim: %1, %2 turns, at %3; Ctrl-C ends it.",
+                             "scalesim: %1, обменов %2, адрес %3; Ctrl-C - конец."};
+const Text kNoReplay = {"%1 can't be read, or has nothing that a scale sent",
+                        "%1 не читается, или в нём нет ничего от весов"};
+const Text kStranger = {"scalesim: the host sent %1, in the record it was %2",
+                        "scalesim: пришло %1, а в записи было %2"};
 const Text kStopped = {"scalesim: stopped.", "scalesim: остановлен."};
 
 const Text kConsoleHelp = {

@@ -36,9 +36,9 @@ void nameHelpParts(CLI::App& app) {
 }
 
 void addCommands(CLI::App& app, Program& program) {
-  for (const auto add :
-       {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
-        addModelsCommand, addPageCommand, addSettingsCommand, addCallCommand}) {
+  for (const auto add : {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand,
+                         addTestCommand, addModelsCommand, addPageCommand, addSettingsCommand,
+                         addFindCommand, addExplainCommand, addCallCommand}) {
     add(app, program);
   }
 }

@@ -75,7 +75,6 @@ constinit const ProtocolSheet ScalesCAS::kSheet = {
     .read = text::kRead,
     .isGood = text::isGood,
     .parse = text::parseCas,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 constinit const ProtocolSheet ScalesBTHE_SDL_07::kSheet = {
@@ -84,7 +83,6 @@ constinit const ProtocolSheet ScalesBTHE_SDL_07::kSheet = {
     .read = text::kRead,
     .isGood = text::isGood,
     .parse = text::parseSdl07,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesCASLP16: binary fields, low byte first.

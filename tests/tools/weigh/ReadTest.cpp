@@ -35,17 +35,17 @@ TEST_P(ReadOverBoth, GivesTheWeightAsTextJsonAndCsv) {
   const Arguments options = optionsOf(scale_);
   const ProgramRun text = weigh(Arguments{"read", "--price"} + options);
   EXPECT_EQ(text.exitCode, kGood) << text.err;
-  EXPECT_EQ(text.out, "1.25 (as shown)   stable\n");
+  EXPECT_EQ(text.out, "1.250 kg   stable\n");
 
   const ProgramRun csv = weigh(Arguments{"read", "--csv"} + options);
   EXPECT_THAT(csv.out, AllOf(StartsWith("reading,time,weight,unit,code,error,poll_ms\n1,"),
-                             HasSubstr(",1.25,,0,,")));
+                             HasSubstr(",1.25,kg,0,,")));
 
   scale_.change([](sim::ScaleState& state) { state.stable = false; });
   const auto records = weigh(Arguments{"read", "--price", "--json"} + options).records();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0]["weight"], kUsualWeight);
-  EXPECT_EQ(records[0]["unit"], json());
+  EXPECT_EQ(records[0]["unit"], "kg");
   EXPECT_EQ(records[0]["stable"], false);
   EXPECT_EQ(records[0]["code"], 0);
   EXPECT_EQ(records[0]["error"], json());
@@ -153,10 +153,10 @@ TEST(Watch, WritesALineForEachReadingAndASummary) {
   const ProgramRun run =
       weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
-  EXPECT_THAT(run.out, ContainsRegex("^3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
-                                     "3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
+  EXPECT_THAT(run.out, ContainsRegex("^3.500 kg   stable   [0-9.]+ ms\n"
+                                     "3.500 kg   stable   [0-9.]+ ms\n"
                                      "2 readings, 2 good, 0 failed; .*\n"
-                                     "weights from 3.5 .* last 3.5 "));
+                                     "weights from 3.500 kg .* last 3.500 kg"));
   EXPECT_EQ(run.out.find('\r'), std::string::npos) << "control characters without a terminal";
 }
 

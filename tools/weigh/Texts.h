@@ -31,6 +31,7 @@ inline constexpr Text kExitCodes = {
     "`weigh КОМАНДА --help` расскажет о команде подробнее.\n\n"
     "Пример: weigh read --model 13 --port /dev/ttyUSB0 --baud 9600"};
 inline constexpr Text kHelpFlag = {"Print this help and end", "Показать эту справку"};
+inline constexpr Text kVersionFlag = {"Print the version and end", "Показать версию"};
 inline constexpr Text kComponentOption = {"The component's library (default: the one beside weigh)",
                                           "Библиотека компоненты (по умолчанию рядом с weigh)"};
 inline constexpr Text kLangOption = {"Language of the messages (default: by the locale)",

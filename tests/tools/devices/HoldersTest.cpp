@@ -1,0 +1,72 @@
+// Which processes have a line open.
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "Holders.h"
+#include "PtyLine.h"
+
+namespace {
+
+/// A process that has a file open and does nothing.
+class Sleeper {
+ public:
+  explicit Sleeper(const std::string& file) {
+    posix_spawn_file_actions_t files;
+    ::posix_spawn_file_actions_init(&files);
+    ::posix_spawn_file_actions_addopen(&files, STDIN_FILENO, file.c_str(), O_RDWR | O_NOCTTY, 0);
+    std::string program = "/bin/sleep";
+    std::string time = "60";
+    char* const arguments[] = {program.data(), time.data(), nullptr};
+    ::posix_spawn(&pid_, program.c_str(), &files, nullptr, arguments, environ);
+    ::posix_spawn_file_actions_destroy(&files);
+  }
+  ~Sleeper() {
+    ::kill(pid_, SIGKILL);
+    ::waitpid(pid_, nullptr, 0);
+  }
+  Sleeper(const Sleeper&) = delete;
+  Sleeper& operator=(const Sleeper&) = delete;
+
+  pid_t pid() const { return pid_; }
+
+ private:
+  pid_t pid_ = 0;
+};
+
+TEST(Holders, NamesOtherProcessesOnly) {
+  fixture::PtyLine line;
+  EXPECT_TRUE(devices::holdersOf(line.path()).processes.empty()) << "this process holds it too";
+  const Sleeper sleeper(line.path());
+  // Also by another path to the same device.
+  for (const std::string& path : {line.path(), std::filesystem::canonical(line.path()).string()}) {
+    const auto holders = devices::holdersOf(path).processes;
+    ASSERT_EQ(holders.size(), 1U) << path;
+    EXPECT_EQ(holders[0].pid, sleeper.pid());
+    EXPECT_EQ(holders[0].name, "sleep");
+  }
+  EXPECT_TRUE(devices::holdersOf("/dev/no-such-scale").processes.empty());
+}
+
+TEST(Holders, TheOtherEndOfAPseudoTerminalIsNone) {
+  // As a simulator does it: both ends open in one process, seen from another.
+  fixture::PtyLine line;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    // The child has both ends too; for itself it is no holder, and its parent isn't one either.
+    const bool none = devices::holdersOf(line.path()).processes.empty();
+    ::_exit(none ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+}
+
+}  // namespace

@@ -22,10 +22,6 @@ std::string timestamp() {
   return text.data();
 }
 
-double rounded(Milliseconds time) {
-  return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
-}
-
 /// The shortest text that reads back as the same number.
 std::string shortest(double number) {
   std::array<char, 512> text = {};
@@ -36,6 +32,10 @@ std::string shortest(double number) {
 Json textOrNull(const char* text) { return text == nullptr ? Json() : Json(text); }
 
 }  // namespace
+
+double rounded(Milliseconds time) {
+  return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
+}
 
 void writeRecord(const Json& record) {
   std::cout << record.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;

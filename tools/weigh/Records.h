@@ -13,6 +13,9 @@ namespace weigh {
 
 using Json = nlohmann::ordered_json;
 
+/// Milliseconds to the microsecond, as records have them.
+double rounded(Milliseconds time);
+
 /// Writes one record on a line of standard output, at once.
 void writeRecord(const Json& record);
 

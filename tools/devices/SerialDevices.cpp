@@ -72,11 +72,17 @@ std::optional<UsbAdapter> adapterOf(const fs::path& device, const fs::path& root
       .socket = adapter.filename()};
 }
 
+/// Whether both paths lead to one file. The library's own comparison takes no devices.
+bool isSame(const fs::path& left, const fs::path& right) {
+  const fs::path target = resolved(left);
+  return !target.empty() && target == resolved(right);
+}
+
 /// The link in `folder` that leads to a device; empty for none.
 fs::path linkTo(const fs::path& device, const fs::path& folder) {
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(folder, error)) {
-    if (fs::equivalent(entry.path(), device, error)) return entry.path();
+    if (isSame(entry.path(), device)) return entry.path();
   }
   return {};
 }
@@ -129,8 +135,7 @@ std::vector<SerialDevice> serialDevices(const Roots& roots) {
 
 std::optional<SerialDevice> deviceAt(const fs::path& path, const Roots& roots) {
   for (const SerialDevice& device : serialDevices(roots)) {
-    std::error_code error;
-    if (fs::equivalent(path, device.path, error)) return device;
+    if (isSame(path, device.path)) return device;
   }
   return std::nullopt;
 }

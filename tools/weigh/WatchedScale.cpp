@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Doctor.h"
 #include "ResultCode.h"
 #include "Texts.h"
 #include "WatchTexts.h"
@@ -153,7 +154,7 @@ std::string WatchedScale::title() const {
 std::string WatchedScale::state() const {
   if (statistics_.polls() == 0) return {};
   if (!last_.good()) return failureText(last_.error.code);
-  return stateText(last_);
+  return tellsMotion(connection_.model) ? stateText(last_) : say(text::kAnswers);
 }
 
 std::string WatchedScale::movedText() const {

@@ -39,7 +39,7 @@ void nameHelpParts(CLI::App& app) {
 void addCommands(CLI::App& app, Program& program) {
   for (const auto add :
        {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
-        addModelsCommand, addPageCommand, addSettingsCommand, addCallCommand}) {
+        addModelsCommand, addPageCommand, addSettingsCommand, addDoctorCommand, addCallCommand}) {
     add(app, program);
   }
 }

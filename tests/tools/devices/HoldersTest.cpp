@@ -1,8 +1,5 @@
 // Which processes have a line open.
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,39 +9,14 @@
 
 #include "Holders.h"
 #include "PtyLine.h"
+#include "Sleeper.h"
 
 namespace {
-
-/// A process that has a file open and does nothing.
-class Sleeper {
- public:
-  explicit Sleeper(const std::string& file) {
-    posix_spawn_file_actions_t files;
-    ::posix_spawn_file_actions_init(&files);
-    ::posix_spawn_file_actions_addopen(&files, STDIN_FILENO, file.c_str(), O_RDWR | O_NOCTTY, 0);
-    std::string program = "/bin/sleep";
-    std::string time = "60";
-    char* const arguments[] = {program.data(), time.data(), nullptr};
-    ::posix_spawn(&pid_, program.c_str(), &files, nullptr, arguments, environ);
-    ::posix_spawn_file_actions_destroy(&files);
-  }
-  ~Sleeper() {
-    ::kill(pid_, SIGKILL);
-    ::waitpid(pid_, nullptr, 0);
-  }
-  Sleeper(const Sleeper&) = delete;
-  Sleeper& operator=(const Sleeper&) = delete;
-
-  pid_t pid() const { return pid_; }
-
- private:
-  pid_t pid_ = 0;
-};
 
 TEST(Holders, NamesOtherProcessesOnly) {
   fixture::PtyLine line;
   EXPECT_TRUE(devices::holdersOf(line.path()).processes.empty()) << "this process holds it too";
-  const Sleeper sleeper(line.path());
+  const fixture::Sleeper sleeper(line.path());
   // Also by another path to the same device.
   for (const std::string& path : {line.path(), std::filesystem::canonical(line.path()).string()}) {
     const auto holders = devices::holdersOf(path).processes;

@@ -38,7 +38,8 @@ TEST(SerialDevices, ListsHardwareInOrderAndLeavesOutBareNumbers) {
 
 TEST(SerialDevices, TellsAnAdapterByNamesMakerDriverAndLatency) {
   FakeMachine machine;
-  machine.plugIn("ttyUSB0", "1-1.2", kFtdi);
+  // A device and no plain file: the two aren't compared in the same way.
+  machine.plugIn("ttyUSB0", "1-1.2", kFtdi, "/dev/zero");
   machine.plugIn("ttyUSB1", "1-1.3", kCheap);
   machine.addBoardPort("ttyS0", 4);
 

@@ -7,7 +7,8 @@ namespace recognise {
 
 namespace {
 
-constexpr std::size_t kEnoughChecks = 2;
+/// Checked bytes of all good frames: chance makes so many agree once in four thousand million times.
+constexpr std::size_t kEnoughChecks = 4;
 constexpr std::size_t kEnoughFrames = 2;
 /// Of all bytes, in good frames.
 constexpr double kEnoughExplained = 0.8;
@@ -41,7 +42,7 @@ unsigned doubtsOf(const Candidate& candidate) {
   unsigned doubts = kNoDoubt;
   const auto add = [&](bool there, Doubt doubt) { doubts |= there ? doubt : kNoDoubt; };
   add(!candidate.kin.empty(), kKin);
-  add(candidate.checks.guarded < kEnoughChecks, kFewChecks);
+  add(candidate.checks.guarded * candidate.good < kEnoughChecks, kFewChecks);
   add(candidate.good < kEnoughFrames, kFewFrames);
   add(candidate.bad > 0, kBadFrames);
   add(share(candidate.explained, candidate.bytes) < kEnoughExplained, kStrayBytes);

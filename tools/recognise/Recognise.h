@@ -21,7 +21,8 @@ enum Doubt : unsigned {
   kNoDoubt = 0,
   /// Another model explains the same bytes as well.
   kKin = 1,
-  /// The protocol checks fewer than two bytes: other bytes would have been taken too.
+  /// In all good frames together the protocol checked so few bytes that others would have passed
+  /// too.
   kFewChecks = 2,
   /// Only one good frame was seen.
   kFewFrames = 4,

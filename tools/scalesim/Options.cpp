@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <memory>
+#include <set>
 
 #include <CLI/CLI.hpp>
 
@@ -20,6 +21,7 @@ constexpr int kLongestPause_ms = 60'000;
 constexpr int kMostBytes = 65'536;
 constexpr int kMostFrames = 1'000'000;
 constexpr int kHighestPort = 65'535;
+const std::set<int> kSpeeds = {600, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
 
 /// The command line as it stands there, before anything is checked against a model.
 struct Raw {
@@ -39,6 +41,7 @@ struct Raw {
   CLI::Option* modelGiven = nullptr;
   CLI::Option* allGiven = nullptr;
   CLI::Option* linkGiven = nullptr;
+  CLI::Option* speedGiven = nullptr;
   CLI::Option* tcpGiven = nullptr;
   CLI::Option* weightGiven = nullptr;
   CLI::Option* decimalsGiven = nullptr;
@@ -84,6 +87,11 @@ std::unique_ptr<CLI::App> makeCommandLine(Raw& raw) {
                      ->check(CLI::Range(0, kHighestPort))
                      ->option_text("[PORT]")
                      ->group(where);
+
+  raw.speedGiven = app->add_option("--speed", options.speed, say(texts::kOptSpeed))
+                       ->check(CLI::IsMember(kSpeeds))
+                       ->option_text("BAUD")
+                       ->group(where);
 
   const std::string shows = say(texts::kGroupShows);
   raw.weightGiven = app->add_option("--weight", raw.weight, say(texts::kOptWeight))
@@ -250,6 +258,7 @@ Options readOptions(int argc, const char* const* argv) {
   if (options.model == nullptr) throw UsageError(say(texts::kModelMissing));
   if (raw.pty && tcp) throw UsageError(say(texts::kOneTransport));
   if (link && tcp) throw UsageError(say(texts::kLinkNeedsPty));
+  if (raw.speedGiven->count() > 0 && tcp) throw UsageError(say(texts::kSpeedNeedsPty));
   refuseUnknown(options);
   checkState(*options.model, options.stateOf(*options.model));
   return options;

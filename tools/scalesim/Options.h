@@ -23,6 +23,8 @@ struct Options {
   /// TCP port, 0 for any; none for a pseudo-terminal.
   std::optional<std::uint16_t> tcp;
   std::string link;
+  /// Speed of the scale's end of the pseudo-terminal; 0 for a line that carries any.
+  int speed = 0;
   bool verbose = false;
   sim::Faults faults;
 

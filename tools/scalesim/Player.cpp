@@ -97,7 +97,9 @@ void playOne(const Options& options) {
     }
     endpoint = std::make_unique<sim::TcpEndpoint>(*options.tcp);
   } else {
-    endpoint = std::make_unique<sim::PtyEndpoint>(options.link);
+    auto pty = std::make_unique<sim::PtyEndpoint>(options.link);
+    if (options.speed != 0) pty->setLineEnd({options.speed, model.line});
+    endpoint = std::move(pty);
   }
   sim::SimulationLoop loop;
   const sim::ScaleLine& line = addLine(loop, options, model, std::move(endpoint));
@@ -121,7 +123,9 @@ void playAll(const Options& options) {
     if (link.string().size() > kLongestPortName) {
       throw std::runtime_error(fill(texts::kPathTooLong, {link.string()}));
     }
-    addLine(loop, options, model, std::make_unique<sim::PtyEndpoint>(link));
+    auto pty = std::make_unique<sim::PtyEndpoint>(link);
+    if (options.speed != 0) pty->setLineEnd({options.speed, model.line});
+    addLine(loop, options, model, std::move(pty));
     entries.push_back({model.number, model.number, link.string(), 0});
   }
   for (const sim::ScaleModel& model : sim::scaleModels()) {

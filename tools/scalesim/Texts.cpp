@@ -42,6 +42,10 @@ const Text kOptLink = {"Symbolic link to the pseudo-terminal, removed at the end
                        "Символическая ссылка на псевдотерминал, удаляется в конце"};
 const Text kOptTcp = {"On a TCP port of 127.0.0.1; any free one without PORT",
                       "На порту TCP адреса 127.0.0.1; без ПОРТА - на любом свободном"};
+const Text kOptSpeed = {
+    "The scale's own speed on a pseudo-terminal: a host at another one gets garbage (default: any)",
+    "Собственная скорость весов на псевдотерминале: на другой хост получает мусор (по умолчанию "
+    "любая)"};
 const Text kOptWeight = {"Load on the pan, kilograms", "Груз на платформе, килограммы"};
 const Text kOptDecimals = {"Digits behind the point of the weight", "Знаков после точки в весе"};
 const Text kOptPrice = {"Price of a kilogram", "Цена за килограмм"};
@@ -87,6 +91,8 @@ const Text kOneTransport = {"--pty and --tcp exclude each other; start two simul
                             "--pty и --tcp исключают друг друга; запустите два симулятора"};
 const Text kLinkNeedsPty = {"--link goes with a pseudo-terminal, not with --tcp",
                             "--link относится к псевдотерминалу, а не к --tcp"};
+const Text kSpeedNeedsPty = {"--speed goes with a pseudo-terminal, not with --tcp",
+                             "--speed относится к псевдотерминалу, а не к --tcp"};
 const Text kAllAlone = {"--all takes no model and none of --pty, --link, --tcp",
                         "--all не сочетается с моделью и с --pty, --link, --tcp"};
 const Text kWeightOutOfRange = {"model %1 can't show %2 kg; with %3 decimals it shows %4 to %5",

@@ -12,7 +12,7 @@ namespace texts {
 
 extern const Text kPurpose, kUsage, kFooter;
 extern const Text kGroupWhat, kGroupWhere, kGroupShows, kGroupFaults, kGroupOther;
-extern const Text kOptModel, kOptAll, kOptList, kOptPty, kOptLink, kOptTcp;
+extern const Text kOptModel, kOptAll, kOptList, kOptPty, kOptLink, kOptTcp, kOptSpeed;
 extern const Text kOptWeight, kOptDecimals, kOptPrice, kOptUnstable, kOptOverload;
 extern const Text kOptSilent, kOptGarbage, kOptCorrupt, kOptCut, kOptDribble, kOptHangUp,
     kOptSpoilOnly;
@@ -20,7 +20,7 @@ extern const Text kOptLang, kOptVerbose, kOptHelp, kOptVersion;
 
 extern const Text kUsageError, kUnknownArgument, kBadValue, kSeeHelp;
 extern const Text kModelMissing, kNoSuchModel, kNotANumber, kOptionUnknown, kOneTransport;
-extern const Text kLinkNeedsPty, kAllAlone, kWeightOutOfRange, kPriceOutOfRange,
+extern const Text kLinkNeedsPty, kSpeedNeedsPty, kAllAlone, kWeightOutOfRange, kPriceOutOfRange,
     kDecimalsOutOfRange;
 
 extern const Text kFailed, kRemedyPortTaken, kRemedyFileInTheWay, kRemedyNoAccess;

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "FileDescriptor.h"
-#include "ScaleState.h"
+#include "SerialLine.h"
 
 namespace sim {
 
@@ -70,6 +70,11 @@ class PtyEndpoint : public Endpoint {
   explicit PtyEndpoint(std::filesystem::path link = {});
   ~PtyEndpoint() override;
 
+  /// A pseudo-terminal carries bytes at any speed. With the setting of the scale's own end, what
+  /// goes over it arrives as on a wire: garbled unless the host has set the same speed. Parity
+  /// can't be told, since a pseudo-terminal doesn't keep it: the host's counts as right.
+  void setLineEnd(const LineEnd& own) { own_ = own; }
+
   std::string address() const override { return link_.string(); }
   int descriptor() const override { return master_.get(); }
   Bytes receive() override;
@@ -83,12 +88,15 @@ class PtyEndpoint : public Endpoint {
   std::chrono::milliseconds streamInterval() const override;
 
  private:
+  LineEnd hostEnd() const;
+
   std::optional<TemporaryDirectory> directory_;
   std::filesystem::path link_;
   FileDescriptor master_;
   /// Kept open, so that the master sees no error while no host has the line.
   FileDescriptor slave_;
   std::string slavePath_;
+  std::optional<LineEnd> own_;
 };
 
 /// A TCP port on the loopback interface. Like a serial server it serves one host at a time; the

@@ -2,6 +2,7 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -17,6 +18,26 @@ namespace {
 /// Bytes that may wait unread before a streaming scale's old frames are thrown away. Small enough
 /// that the line's own buffer never fills while no host has it open.
 constexpr int kUnreadLimit = 1024;
+
+struct Speed {
+  speed_t constant;
+  int bitsPerSecond;
+};
+constexpr std::array<Speed, 9> kSpeeds = {{{B600, 600},
+                                           {B1200, 1200},
+                                           {B2400, 2400},
+                                           {B4800, 4800},
+                                           {B9600, 9600},
+                                           {B19200, 19200},
+                                           {B38400, 38400},
+                                           {B57600, 57600},
+                                           {B115200, 115200}}};
+
+/// A speed that no scale has counts as the highest.
+int bitsPerSecondOf(speed_t constant) {
+  const auto* speed = std::ranges::find(kSpeeds, constant, &Speed::constant);
+  return speed == kSpeeds.end() ? kSpeeds.back().bitsPerSecond : speed->bitsPerSecond;
+}
 
 [[noreturn]] void fail(const std::string& what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -97,7 +118,19 @@ void PtyEndpoint::hangUp() { goAway(); }
 Bytes PtyEndpoint::receive() {
   std::array<std::uint8_t, 4096> chunk = {};
   const ssize_t got = ::read(master_.get(), chunk.data(), chunk.size());
-  return got > 0 ? Bytes(chunk.begin(), chunk.begin() + got) : Bytes();
+  if (got <= 0) return {};
+  const auto arrived = std::span(chunk).first(static_cast<std::size_t>(got));
+  if (own_) return received(arrived, hostEnd(), *own_, Receiver::Strict);
+  return {arrived.begin(), arrived.end()};
+}
+
+LineEnd PtyEndpoint::hostEnd() const {
+  LineEnd host = *own_;
+  termios settings = {};
+  if (::tcgetattr(slave_.get(), &settings) == 0) {
+    host.bitsPerSecond = bitsPerSecondOf(::cfgetospeed(&settings));
+  }
+  return host;
 }
 
 void PtyEndpoint::send(std::span<const std::uint8_t> bytes) {
@@ -106,7 +139,8 @@ void PtyEndpoint::send(std::span<const std::uint8_t> bytes) {
   if (::ioctl(slave_.get(), FIONREAD, &unread) == 0 && unread > kUnreadLimit) {
     ::tcflush(slave_.get(), TCIFLUSH);
   }
-  fill(bytes);
+  fill(own_ ? received(bytes, *own_, hostEnd(), Receiver::TakesAll)
+            : Bytes(bytes.begin(), bytes.end()));
 }
 
 std::size_t PtyEndpoint::fill(std::span<const std::uint8_t> bytes) {

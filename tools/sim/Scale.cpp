@@ -21,15 +21,18 @@ double priceOf(const Bytes& payload) {
   return static_cast<double>(price) / kHundredths;
 }
 
+bool endsLine(std::uint8_t byte) { return byte == CR || byte == LF; }
+
 }  // namespace
 
-RequestRecogniser::Match RequestRecogniser::match(const Command& command, const Bytes& pending) {
-  const std::size_t fixed = std::min(command.bytes.size(), pending.size());
-  if (!std::equal(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(fixed),
-                  command.bytes.begin())) {
+RequestRecogniser::Match RequestRecogniser::match(const Command& command) const {
+  const std::size_t fixed = std::min(command.bytes.size(), pending_.size());
+  if (!std::equal(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(fixed),
+                  command.bytes.begin()) ||
+      (endsLine(command.bytes.back()) && !atLineStart_)) {
     return Match::None;
   }
-  return pending.size() < command.bytes.size() + command.payload ? Match::Partial : Match::Whole;
+  return pending_.size() < command.bytes.size() + command.payload ? Match::Partial : Match::Whole;
 }
 
 std::optional<RequestRecogniser::Found> RequestRecogniser::feed(std::uint8_t byte) {
@@ -37,18 +40,19 @@ std::optional<RequestRecogniser::Found> RequestRecogniser::feed(std::uint8_t byt
   while (!pending_.empty()) {
     bool partial = false;
     for (const Command& command : model_->commands) {
-      switch (match(command, pending_)) {
+      switch (match(command)) {
         case Match::None: break;
         case Match::Partial: partial = true; break;
         case Match::Whole: {
           const auto payload = pending_.begin() + static_cast<std::ptrdiff_t>(command.bytes.size());
           Found found = {&command, Bytes(payload, pending_.end())};
-          pending_.clear();
+          reset();
           return found;
         }
       }
     }
     if (partial) break;
+    atLineStart_ = endsLine(pending_.front());
     pending_.erase(pending_.begin());
   }
   return {};

@@ -11,7 +11,7 @@
 namespace sim {
 
 /// Finds the commands of a model in what arrives byte by byte, in pieces of any size. Bytes that
-/// begin no command are stepped over.
+/// begin no command are stepped over; a command that is a line of text begins where a line does.
 class RequestRecogniser {
  public:
   explicit RequestRecogniser(const ScaleModel& model) : model_(&model) {}
@@ -24,14 +24,19 @@ class RequestRecogniser {
   /// Takes one byte; the command that it completes, if it does.
   std::optional<Found> feed(std::uint8_t byte);
   /// Forgets a command that has come in part.
-  void reset() { pending_.clear(); }
+  void reset() {
+    pending_.clear();
+    atLineStart_ = true;
+  }
 
  private:
   enum class Match { None, Partial, Whole };
-  static Match match(const Command& command, const Bytes& pending);
+  Match match(const Command& command) const;
 
   const ScaleModel* model_;
   Bytes pending_;
+  /// Whether the byte before those pending ended a line.
+  bool atLineStart_ = true;
 };
 
 /// One simulated scale without its line: requests in, answers out.

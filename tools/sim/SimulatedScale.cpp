@@ -26,6 +26,7 @@ SimulatedScale::SimulatedScale(int model, Transport transport, const ScaleState&
   if (transport == Transport::Pty) {
     auto pty = std::make_unique<PtyEndpoint>();
     devicePath_ = pty->address();
+    pty_ = pty.get();
     endpoint = std::move(pty);
   } else {
     auto tcp = std::make_unique<TcpEndpoint>();
@@ -65,6 +66,10 @@ ScaleState SimulatedScale::state() {
 
 void SimulatedScale::setFaults(Faults faults) {
   loop_.call([&] { line_->setFaults(faults); });
+}
+
+void SimulatedScale::setSpeed(int bitsPerSecond) {
+  loop_.call([&] { pty_->setLineEnd({bitsPerSecond, model_.line}); });
 }
 
 void SimulatedScale::goAway() {

@@ -41,6 +41,9 @@ class SimulatedScale {
   void change(const std::function<void(ScaleState&)>& change);
   ScaleState state();
   void setFaults(Faults faults);
+  /// From now on only a host with this speed understands the scale, and is understood. On a
+  /// pseudo-terminal only.
+  void setSpeed(int bitsPerSecond);
 
   /// Makes the line vanish at once, as when the cable is pulled, and come back.
   void goAway();
@@ -65,6 +68,7 @@ class SimulatedScale {
   int port_ = 0;
   SimulationLoop loop_;
   ScaleLine* line_ = nullptr;
+  PtyEndpoint* pty_ = nullptr;
   Bytes received_;
   Bytes sent_;
   std::thread thread_;

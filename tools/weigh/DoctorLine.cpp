@@ -6,12 +6,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
+#include <cstring>
 
-#include "FrameReader.h"
+#include "Failure.h"
+#include "FindLine.h"
+#include "FindReport.h"
 #include "Noise.h"
 #include "Recognise.h"
-#include "Sleep.h"
 #include "Texts.h"
 
 namespace weigh {
@@ -19,7 +21,6 @@ namespace weigh {
 namespace {
 
 using std::chrono::milliseconds;
-using Clock = std::chrono::steady_clock;
 
 /// A scale that transmits by itself does so at least once in this time.
 constexpr milliseconds kStreamTime{2000};
@@ -27,12 +28,7 @@ constexpr milliseconds kStreamTime{2000};
 constexpr milliseconds kUnaskedTime{700};
 /// The longest budget that a driver gives an answer, and as much again.
 constexpr milliseconds kAnswerTime{1000};
-/// A line that falls silent for so long has said what it had to say.
-constexpr milliseconds kEndOfAnswer{300};
 constexpr int kRequests = 2;
-constexpr int kNap_ms = 10;
-/// Enough for several frames of any model.
-constexpr std::size_t kEnough = 1024;
 constexpr std::size_t kShown = 32;
 
 /// Fewer guarded bytes than this agree by chance in a line full of noise.
@@ -70,74 +66,15 @@ class ErrorCounters {
   bool known_;
 };
 
-void open(COrbComLanPort& port, const Connection& connection, const LineSettings& line) {
-  if (connection.network) {
-    port.OpenNetworkPort(connection.host.c_str(), connection.tcpPort);
-    return;
-  }
-  port.OpenComPort(connection.device.c_str());
-  port.setBitRate(static_cast<unsigned long>(connection.baud));
-  port.setParity(line.parity);
-  port.setDataBits(line.dataBits);
-  port.setStopBits(line.stopBits);
-}
-
-/// Takes what comes for so long, or until the line falls silent behind the first bytes.
-ByteRow collect(COrbComLanPort& port, bool network, milliseconds time, const Interrupt& interrupt) {
-  std::array<unsigned char, kEnough> buffer = {};
-  // A network port gives all that is asked for or nothing.
-  const std::size_t size = network ? 1 : buffer.size();
-  ByteRow bytes;
-  Clock::time_point last = Clock::now();
-  const Clock::time_point end = last + time;
-  while (Clock::now() < end && bytes.size() < kEnough && !interrupt.asked()) {
-    const int got = port.read(buffer.data(), size);
-    if (got > 0) {
-      bytes.insert(bytes.end(), buffer.begin(), buffer.begin() + got);
-      last = Clock::now();
-      continue;
-    }
-    if (port.getState() != COrbComLanPort::kConnected) break;
-    if (!bytes.empty() && Clock::now() - last > kEndOfAnswer) break;
-    orbSleep_mSec(kNap_ms);
-  }
-  return bytes;
-}
-
-/// The first request of a poll, as the driver sends it.
-void ask(COrbComLanPort& port, const Request& request) {
-  static constexpr std::array<std::uint8_t, Bytes::kCapacity> kEmptyBuffer = {};
-  Bytes first = request.first;
-  first.add(std::span(kEmptyBuffer).first(request.frameHead));
-  port.write(first.data(), first.size());
-  if (request.second.empty()) return;
-  orbSleep_mSec(request.pause_ms);
-  port.write(request.second.data(), request.second.size());
-}
-
-/// "06 01 02 ..."
-std::string hexText(const ByteRow& bytes) {
-  static constexpr std::string_view kDigits = "0123456789ABCDEF";
-  static constexpr unsigned kHalf = 4;
-  std::string text;
-  for (const std::uint8_t byte : std::span(bytes).first(std::min(bytes.size(), kShown))) {
-    if (!text.empty()) text += ' ';
-    text += kDigits[byte >> kHalf];
-    text += kDigits[byte & 0x0FU];
-  }
+/// The bytes of a sentence.
+std::string shown(const ByteRow& bytes) {
+  const std::string text = hexText(std::span(bytes).first(std::min(bytes.size(), kShown)));
   return bytes.size() > kShown ? text + " ..." : text;
 }
 
 std::string lineText(const Connection& connection) {
   return connection.network ? connection.host + ':' + std::to_string(connection.tcpPort)
                             : connection.device;
-}
-
-/// "8N1"
-std::string settingsText(const LineSettings& line) {
-  static constexpr std::string_view kParities = "NOEMS";
-  return std::to_string(line.dataBits) + kParities[static_cast<std::size_t>(line.parity)] +
-         (line.stopBits == COMPort::One ? '1' : '2');
 }
 
 recognise::Evidence stream(const Heard& heard) {
@@ -198,16 +135,21 @@ milliseconds longestListening(const ProtocolSheet& sheet) {
 Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Interrupt& interrupt) {
   const bool asks = !sheet.request.first.empty();
   Heard heard;
-  const ErrorCounters counters(connection);
-  COrbComLanPort port;
-  open(port, connection, sheet.line);
-  heard.unasked = collect(port, connection.network, asks ? kUnaskedTime : kStreamTime, interrupt);
-  for (int i = 0; asks && i < kRequests && !interrupt.asked(); ++i) {
-    ask(port, sheet.request);
-    heard.answers.push_back(collect(port, connection.network, kAnswerTime, interrupt));
+  try {
+    const ErrorCounters counters(connection);
+    FindLine line(connection, interrupt);
+    line.set(connection.baud, sheet.line);
+    heard.unasked = line.listen(asks ? kUnaskedTime : kStreamTime);
+    for (int i = 0; asks && i < kRequests && !interrupt.asked(); ++i) {
+      line.ask(sheet.request);
+      heard.answers.push_back(line.hear(kAnswerTime, kAnswerTime));
+    }
+    heard.hungUp = !line.isUp();
+    counters.addTo(heard);
+  } catch (const Failure&) {
+    // It was open a moment ago.
+    heard.hungUp = true;
   }
-  heard.hungUp = port.getState() != COrbComLanPort::kConnected;
-  counters.addTo(heard);
   return heard;
 }
 
@@ -215,14 +157,16 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
   const std::string line = lineText(connection);
   const std::string number = std::to_string(model.number);
   const std::string baud = std::to_string(connection.baud);
-  const std::string settings = settingsText(model.sheet->line);
+  const std::string settings = framingText(model.sheet->line);
   const ByteRow all = heard.all();
-  const std::string bytes = hexText(all);
+  const std::string bytes = shown(all);
 
   if (all.empty() && connection.network) {
     return finding(heard.hungUp ? advice::kHangsUp : advice::kConnectsSilent,
                    {connection.host, std::to_string(connection.tcpPort), number});
   }
+  if (all.empty() && heard.hungUp)
+    return finding(advice::kLineFails, {connection.device, std::strerror(EIO)});
   if (heard.framingErrors > 0) return finding(advice::kWrongSpeed, {line, number, bytes, baud});
   if (heard.parityErrors > 0)
     return finding(advice::kParityErrors, {line, number, bytes, settings});

@@ -17,7 +17,7 @@ struct Heard {
   ByteRow unasked;
   /// Behind each request.
   std::vector<ByteRow> answers;
-  /// The host ended the connection.
+  /// The host ended the connection, or the adapter went.
   bool hungUp = false;
   /// Characters that the hardware found wrong; 0 where it doesn't count them.
   int framingErrors = 0;

@@ -75,9 +75,9 @@ inline constexpr Advice kUnknownModel = {
 inline constexpr Advice kNoDriver = {
     "no-driver",
     {"Model {0} stands in the list but has no driver.", "Модель {0} есть в списке, драйвера нет."},
-    {"`weigh models --with-driver` lists those that can be read; another one of them may speak the "
+    {"`weigh models --driver` lists those that can be read; another one of them may speak the "
      "same protocol.",
-     "Модели с драйвером: `weigh models --with-driver`; возможно, одна из них говорит по тому же "
+     "Модели с драйвером: `weigh models --driver`; возможно, одна из них говорит по тому же "
      "протоколу."}};
 // {0} polls, {1} answered.
 inline constexpr Advice kStopped = {
@@ -308,6 +308,5 @@ inline constexpr Text kStableNamesColumn = {"STABLE NAMES, BY ADAPTER AND BY SOC
 inline constexpr Text kLookingAtLine = {"looking at the line", "проверка линии"};
 inline constexpr Text kPolling = {"poll {0}", "опрос {0}"};
 inline constexpr Text kListening = {"listening", "прослушивание"};
-inline constexpr Text kProgressOf = {"{0} ... {1} s of at most {2}", "{0} ... {1} с из {2}"};
 
 }  // namespace weigh::text

@@ -4,7 +4,7 @@
 
 #include <iostream>
 
-#include "DoctorTexts.h"
+#include "FindTexts.h"
 #include "Texts.h"
 
 namespace weigh {
@@ -27,7 +27,7 @@ void Progress::show(const std::string& what) {
   const auto passed =
       std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_);
   std::cerr << kWipe
-            << fill(text::kProgressOf,
+            << fill(text::kFindProgressOf,
                     {what, std::to_string(passed.count()), std::to_string(longest_.count())})
             << std::flush;
 }

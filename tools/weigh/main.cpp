@@ -39,7 +39,8 @@ void nameHelpParts(CLI::App& app) {
 void addCommands(CLI::App& app, Program& program) {
   for (const auto add :
        {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
-        addModelsCommand, addPageCommand, addSettingsCommand, addDoctorCommand, addCallCommand}) {
+        addModelsCommand, addPageCommand, addSettingsCommand, addFindCommand, addDoctorCommand,
+        addCallCommand}) {
     add(app, program);
   }
 }

@@ -10,7 +10,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <bit>
 #include <csignal>
 #include <filesystem>
 #include <thread>
@@ -21,6 +20,7 @@
 #include "Descriptor.h"
 #include "PtyLine.h"
 #include "Run.h"
+#include "SerialLine.h"
 #include "Sleeper.h"
 #include "TcpPeer.h"
 #include "TempFolder.h"
@@ -66,36 +66,10 @@ fixture::Script repeating(fixture::Bytes data) {
   };
 }
 
-/// What a line that runs at `heardAt` makes of bytes that are sent at `sentAt`, 8N1.
-fixture::Bytes atOtherSpeed(const fixture::Bytes& sent, double sentAt, double heardAt) {
-  std::vector<bool> levels;
-  for (const std::uint8_t byte : sent) {
-    levels.push_back(false);
-    for (unsigned bit = 0; bit < 8; ++bit) levels.push_back((byte >> bit & 1U) != 0);
-    levels.push_back(true);
-  }
-  const auto level = [&](double heardBits) {
-    const auto at = static_cast<std::size_t>(heardBits * sentAt / heardAt);
-    return at >= levels.size() || levels[at];
-  };
-  const double end = static_cast<double>(levels.size()) * heardAt / sentAt;
-  fixture::Bytes heard;
-  for (double start = 0; start < end; start += 0.25) {
-    if (level(start)) continue;
-    unsigned byte = 0;
-    for (unsigned bit = 0; bit < 8; ++bit) byte |= level(start + 1.5 + bit) ? 1U << bit : 0U;
-    heard.push_back(static_cast<std::uint8_t>(byte));
-    start += 9.5;
-  }
-  return heard;
-}
-
-/// The same text as 7 data bits with even parity come in on a line of 8 bits without.
-fixture::Bytes withEvenParity(fixture::Bytes text) {
-  for (std::uint8_t& byte : text) {
-    if (std::popcount(byte) % 2 != 0) byte |= 0x80U;
-  }
-  return text;
+/// What comes in on a line of 9600 baud, 8N1, when the scale's line is set otherwise.
+fixture::Bytes sentAt(int bitsPerSecond, const sim::LineSettings& settings,
+                      const fixture::Bytes& data) {
+  return sim::received(data, {bitsPerSecond, settings}, {9600, {}}, sim::Receiver::TakesAll);
 }
 
 // --- Nothing to ask ---------------------------------------------------------------------------
@@ -247,15 +221,15 @@ const fixture::Bytes kTicket = fixture::text("TICKET 0042 GROSS 12.5 NET 11.0 OP
 class DoctorOfBabble : public testing::TestWithParam<Babble> {};
 INSTANTIATE_TEST_SUITE_P(
     Lines, DoctorOfBabble,
-    testing::Values(Babble{"HalfSpeed", repeating(atOtherSpeed(kTicket, 4800, 9600)), "wrong-speed",
-                           "than 9600 baud"},
-                    Babble{"DoubleSpeed", repeating(atOtherSpeed(kTicket, 19200, 9600)),
-                           "wrong-speed", ""},
-                    Babble{"Parity", repeating(withEvenParity(kTicket)), "wrong-parity",
-                           "even parity, and model 13"},
-                    Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
-                    Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")),
-                           "echo", "05"}),
+    testing::Values(
+        Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed", "than 9600 baud"},
+        Babble{"DoubleSpeed", repeating(sentAt(19200, {}, kTicket)), "wrong-speed", ""},
+        Babble{"Parity",
+               repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even}, kTicket)),
+               "wrong-parity", "even parity, and model 13"},
+        Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
+        Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")), "echo",
+               "05"}),
     [](const auto& row) { return row.param.name; });
 
 TEST_P(DoctorOfBabble, JudgesBytesThatAreNoFrames) {

@@ -1,0 +1,95 @@
+#include "FindLine.h"
+
+#include <array>
+
+#include "FindTexts.h"
+#include "Report.h"
+#include "ResultCode.h"
+#include "Sleep.h"
+#include "Texts.h"
+
+namespace weigh {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+/// Silence that ends an answer. Adapters and converters deliver in pieces some ten milliseconds
+/// apart.
+constexpr milliseconds kIdle{100};
+constexpr milliseconds kLook{5};
+
+}  // namespace
+
+FindLine::FindLine(const Connection& connection, const Interrupt& interrupt)
+    : connection_(connection), interrupt_(interrupt) {
+  const int code = connection.network
+                       ? port_.OpenNetworkPort(connection.host.c_str(), connection.tcpPort)
+                       : port_.OpenComPort(connection.device.c_str());
+  if (code == 0) return;
+  const std::string name = connection.network
+                               ? connection.host + ":" + std::to_string(connection.tcpPort)
+                               : connection.device;
+  throw Failure(kScaleFailed, fill(text::kLineClosed, {name}),
+                remedyFor(kNoConnection, connection));
+}
+
+bool FindLine::set(int bitsPerSecond, const LineSettings& settings) {
+  if (connection_.network) return true;
+  const bool taken = port_.setBitRate(static_cast<unsigned long>(bitsPerSecond)) == 0 &&
+                     port_.setParity(settings.parity) == 0 &&
+                     port_.setDataBits(settings.dataBits) == 0 &&
+                     port_.setStopBits(settings.stopBits) == 0;
+  // A setting that the line refuses closes it.
+  if (!taken) port_.OpenComPort(connection_.device.c_str());
+  return taken;
+}
+
+void FindLine::say(std::span<const std::uint8_t> bytes) { port_.write(bytes.data(), bytes.size()); }
+
+void FindLine::ask(const Request& request) {
+  const auto head = request.first.view();
+  recognise::Bytes first(head.begin(), head.end());
+  first.insert(first.end(), request.frameHead, 0);
+  say(first);
+  if (request.second.empty()) return;
+  orbSleep_mSec(request.pause_ms);
+  say(request.second.view());
+}
+
+recognise::Bytes FindLine::hear(milliseconds first, milliseconds longest) {
+  recognise::Bytes heard;
+  const Clock::time_point begin = Clock::now();
+  Clock::time_point last = begin;
+  // A network read gives all the bytes that it is asked for or none.
+  std::array<unsigned char, 256> buffer = {};
+  const unsigned long size = connection_.network ? 1 : buffer.size();
+  for (;;) {
+    const int got = port_.read(buffer.data(), size);
+    const Clock::time_point now = Clock::now();
+    if (got > 0) {
+      heard.insert(heard.end(), buffer.begin(), buffer.begin() + got);
+      last = now;
+    } else if (heard.empty() ? now - begin >= first : now - last >= kIdle) {
+      return heard;
+    }
+    if (now - begin >= longest || !isUp()) return heard;
+    if (got <= 0 && interrupt_.askedBefore(now + kLook)) return heard;
+  }
+}
+
+recognise::Bytes FindLine::listen(milliseconds time) {
+  recognise::Bytes heard;
+  const Clock::time_point end = Clock::now() + time;
+  while (Clock::now() < end && isUp() && !interrupt_.asked()) {
+    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
+    const recognise::Bytes more = hear(left, left);
+    heard.insert(heard.end(), more.begin(), more.end());
+  }
+  return heard;
+}
+
+bool FindLine::isUp() { return port_.getState() == COrbComLanPort::kConnected; }
+
+}  // namespace weigh

@@ -22,6 +22,12 @@ enum class Origin {
 /// wants it, and the protocol's own check agrees.
 bool isTaken(const ProtocolSheet& sheet, Frame frame);
 
+/// Whether the style's terminator stands at the end.
+bool endsFrame(const TerminatorRead& style, Frame frame);
+
+/// Whether the style of reading takes the byte for the first of a frame.
+bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte);
+
 /// What a good frame says.
 struct Said {
   Reading reading;

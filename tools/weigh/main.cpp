@@ -40,7 +40,7 @@ void addCommands(CLI::App& app, Program& program) {
   for (const auto add :
        {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
         addModelsCommand, addPageCommand, addSettingsCommand, addFindCommand, addDoctorCommand,
-        addCallCommand}) {
+        addExplainCommand, addCallCommand}) {
     add(app, program);
   }
 }

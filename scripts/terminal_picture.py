@@ -20,7 +20,7 @@ import pyte
 from rich.console import Console
 from rich.text import Text
 
-COLUMNS = 96
+COLUMNS = 112
 LINES = 60
 INTERRUPT = b"\x03"
 LOCALES = {"en": "en_US.UTF-8", "ru": "ru_RU.UTF-8"}

@@ -18,6 +18,7 @@ namespace {
 
 constexpr unsigned kUsualColumns = 80;
 constexpr unsigned kUsualRows = 24;
+constexpr const char* kClearToLineEnd = "\x1B[K";
 
 winsize terminalSize() {
   winsize size = {};
@@ -75,8 +76,11 @@ ScreenSize WatchScreen::size() {
   return {.columns = size.ws_col - 1U, .rows = size.ws_row - 1U};
 }
 
+WatchScreen::~WatchScreen() {
+  if (shown_ > 0) std::cout << '\r' << kClearToLineEnd << std::flush;
+}
+
 void WatchScreen::show(const std::vector<std::string>& lines) {
-  static constexpr const char* kClearToLineEnd = "\x1B[K";
   static constexpr const char* kClearBelow = "\x1B[J";
   if (shown_ > 0) std::cout << "\r\x1B[" << shown_ << 'A';
   for (const std::string& line : lines) {

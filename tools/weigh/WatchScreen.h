@@ -21,6 +21,12 @@ std::vector<std::string> watchLines(const std::vector<WatchedScale>& scales,
 /// Writes lines over those that it wrote before, on a terminal.
 class WatchScreen {
  public:
+  WatchScreen() = default;
+  /// Takes away what Ctrl-C left on the line below.
+  ~WatchScreen();
+  WatchScreen(const WatchScreen&) = delete;
+  WatchScreen& operator=(const WatchScreen&) = delete;
+
   /// Whether standard output is a terminal.
   static bool possible();
   /// Of the terminal.

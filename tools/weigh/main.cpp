@@ -36,10 +36,9 @@ void nameHelpParts(CLI::App& app) {
 }
 
 void addCommands(CLI::App& app, Program& program) {
-  for (const auto add :
-       {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
-        addModelsCommand, addPageCommand, addSettingsCommand, addFindCommand, addDoctorCommand,
-        addCallCommand}) {
+  for (const auto add : {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand,
+                         addTestCommand, addModelsCommand, addPageCommand, addSettingsCommand,
+                         addFindCommand, addDoctorCommand, addReportCommand, addCallCommand}) {
     add(app, program);
   }
 }

@@ -40,7 +40,7 @@ void addCommands(CLI::App& app, Program& program) {
   for (const auto add :
        {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
         addModelsCommand, addPageCommand, addSettingsCommand, addFindCommand, addDoctorCommand,
-        addExplainCommand, addCallCommand}) {
+        addReportCommand, addExplainCommand, addCallCommand}) {
     add(app, program);
   }
 }

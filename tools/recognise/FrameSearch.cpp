@@ -150,8 +150,11 @@ bool isTaken(const ProtocolSheet& sheet, Frame frame) {
 
 Said readingOf(const ProtocolSheet& sheet, Frame frame) {
   Said said;
+  said.reading.stable = sheet.atEntry == AtEntry::Stable ? 1 : 0;
   if (sheet.glance != nullptr) sheet.glance(frame, said.reading);
-  said.code = sheet.parse(frame, said.reading).code;
+  const Outcome outcome = sheet.parse(frame, said.reading);
+  said.code = outcome.code;
+  said.next = outcome.next;
   return said;
 }
 

@@ -30,8 +30,10 @@ bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte);
 
 /// What a good frame says.
 struct Said {
+  /// With what the driver sets before a poll, where the frame doesn't speak of it.
   Reading reading;
   int code = 0;
+  Outcome::Next next = Outcome::Next::EndPoll;
 };
 /// For frames that are taken only.
 Said readingOf(const ProtocolSheet& sheet, Frame frame);

@@ -118,6 +118,7 @@ std::vector<FrameField> fieldsOf(const ProtocolSheet& sheet, Frame frame) {
     if (bytes[name].empty()) continue;
     fields.push_back({static_cast<FrameField::Name>(name), std::move(bytes[name])});
   }
+  if (fields.empty()) return {{FrameField::Name::Weight, {}}, {FrameField::Name::Stable, {}}};
   return fields;
 }
 

@@ -47,8 +47,9 @@ struct FrameField {
   /// Positions from 0, ascending.
   std::vector<std::size_t> bytes;
 };
-/// The parts of the reading with the bytes that it depends on, found by changing them; parts that
-/// no byte speaks of are left out.
+/// The parts of the reading with the bytes that they depend on, found by changing them; parts that
+/// no byte speaks of are left out. Under a checksum no byte can be changed alone: then weight and
+/// stability stand without bytes.
 std::vector<FrameField> fieldsOf(const ProtocolSheet& sheet, Frame frame);
 
 }  // namespace recognise

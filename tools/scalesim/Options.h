@@ -11,7 +11,7 @@
 
 /// The command line, checked against the model.
 struct Options {
-  enum class Task { Play, PlayAll, List, Help, HelpOnModel, Version, Describe };
+  enum class Task { Play, PlayAll, Replay, List, Help, HelpOnModel, Version, Describe };
 
   Task task = Task::Play;
   /// Null unless the task is about one model.
@@ -20,6 +20,8 @@ struct Options {
   std::string description;
   /// Folder of --all.
   std::string folder;
+  /// Exchange log of --replay.
+  std::string log;
   /// TCP port, 0 for any; none for a pseudo-terminal.
   std::optional<std::uint16_t> tcp;
   std::string link;

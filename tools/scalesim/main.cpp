@@ -31,7 +31,8 @@ int run(int argc, const char* const* argv) {
     case Options::Task::Describe: std::cout << descriptionText(options.description); break;
     case Options::Task::List: std::cout << modelList(); break;
     case Options::Task::Play:
-    case Options::Task::PlayAll: play(options); break;
+    case Options::Task::PlayAll:
+    case Options::Task::Replay: play(options); break;
   }
   return kGood;
 }

@@ -21,8 +21,14 @@ namespace weigh {
 namespace {
 
 using exchange::Record;
+using recognise::ExplainedRecord;
+using recognise::Explanation;
 using recognise::FrameField;
+using recognise::LogModel;
+using recognise::PollEnd;
 using recognise::Refusal;
+using recognise::Role;
+using recognise::Verdict;
 
 struct ExplainOptions {
   std::string file;
@@ -46,7 +52,7 @@ exchange::Log readFile(const std::string& file) {
 
 LogModel modelOf(const ExplainOptions& options, const exchange::Log& log) {
   if (options.model < 0) {
-    LogModel found = recogniseLog(log);
+    LogModel found = recognise::recogniseLog(log);
     if (found.model == nullptr) {
       throw Failure(kScaleFailed, say(text::kLogModelUnknown), say(text::kLogModelUnknownRemedy));
     }
@@ -339,7 +345,7 @@ void writeJson(const Explanation& explanation, const exchange::Log& log, const L
 ExitCode explain(const ExplainOptions& options) {
   const exchange::Log log = readFile(options.file);
   const LogModel found = modelOf(options, log);
-  const Explanation explanation = explainLog(log, *found.model);
+  const Explanation explanation = recognise::explainLog(log, *found.model);
   if (options.format == Format::Json) {
     writeJson(explanation, log, found);
   } else {

@@ -94,7 +94,6 @@ constinit const ProtocolSheet CScalesOCSrc::kSheet = {
     .read = HuntingRead{.length = ocs::kSize, .start = {0x7F}},
     .isGood = ocs::isGood,
     .parse = ocs::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // Scales_DIGI788: records that end in CR, the whole in LF.
@@ -148,7 +147,6 @@ constinit const ProtocolSheet Scales_DIGI788::kSheet = {
     .attempts = 2,
     .isGood = digi::isGood,
     .parse = digi::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesCertusCBA: the scale transmits lines by itself; the CR in front is the end of the line
@@ -194,5 +192,4 @@ constinit const ProtocolSheet ScalesCertusCBA::kSheet = {
     .oneBudgetForAll = true,
     .isGood = certus::isGood,
     .parse = certus::parse,
-    .weightUnit = WeightUnit::AsShown,
 };

@@ -70,7 +70,6 @@ constexpr ProtocolSheet sheetWith(Outcome (*parse)(Frame frame, Reading& reading
       .read = StartByteRead{.length = kSize, .start = {0x06}},
       .isGood = isGood,
       .parse = parse,
-      .weightUnit = WeightUnit::AsShown,
   };
 }
 

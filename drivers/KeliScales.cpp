@@ -47,7 +47,6 @@ constinit const ProtocolSheet Scales_KELI::kSheet = {
     .isGood = keli::isGood,
     .parse = keli::parse,
     .zero = Command{.bytes = {0x02, 'E', 0x03}},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesK9Keli: a frame between STX and ETX.
@@ -76,7 +75,6 @@ constinit const ProtocolSheet ScalesK9Keli::kSheet = {
     .read = StartByteRead{.length = IndicatorFrame::kSize, .start = {0x02}},
     .isGood = IndicatorFrame::isGood,
     .parse = k9::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesD12Keli: Modbus RTU to station 01; the registers hold characters.
@@ -128,7 +126,6 @@ constinit const ProtocolSheet ScalesD12Keli::kSheet = {
     .parse = d12::parse,
     .tare = d12::kZero,
     .zero = d12::kZero,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesT7E: the scale transmits by itself, its text written backwards.
@@ -161,5 +158,4 @@ constinit const ProtocolSheet ScalesT7E::kSheet = {
     .oneBudgetForAll = true,
     .isGood = t7e::isGood,
     .parse = t7e::parse,
-    .weightUnit = WeightUnit::AsShown,
 };

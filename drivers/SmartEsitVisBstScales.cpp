@@ -39,7 +39,6 @@ constinit const ProtocolSheet CScalesSMART::kSheet = {
     .read = HuntingRead{.length = smart::kSize, .start = {0x02}},
     .isGood = smart::isGood,
     .parse = smart::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // CScalesESITSMART2: the scale transmits by itself. The digit in front of the decimal point has
@@ -81,7 +80,6 @@ constinit const ProtocolSheet CScalesESITSMART2::kSheet = {
     .read = HuntingRead{.length = esitSmart2::kSize, .start = {'+', '-'}},
     .isGood = esitSmart2::isGood,
     .parse = esitSmart2::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesESIT_ECI_STATIC: a line of text.
@@ -115,7 +113,6 @@ constinit const ProtocolSheet ScalesESIT_ECI_STATIC::kSheet = {
     .isGood = esitEci::isGood,
     .parse = esitEci::parse,
     .tare = Command{.bytes = "T\r", .pause_ms = 150},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesVIS318L: the scale transmits lines by itself; the LF in front is the end of the line
@@ -157,7 +154,6 @@ constinit const ProtocolSheet ScalesVIS318L::kSheet = {
     .read = HuntingRead{.length = vis318::kSize, .start = {'\n'}},
     .isGood = vis318::isGood,
     .parse = vis318::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesBST106: Modbus RTU to station 01.

@@ -91,7 +91,6 @@ constinit const ProtocolSheet ScalesTB1::kSheet = {
     .isGood = tb1::isGood,
     .parse = tb1::parse,
     .tare = Command{.bytes = "S01T\r\n", .pause_ms = 150},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesAxis_BTU: a line that begins with a blank or a minus.

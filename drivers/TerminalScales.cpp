@@ -69,7 +69,6 @@ constinit const ProtocolSheet ScalesIQplus355::kSheet = {
     .parse = iqPlus::parse,
     .tare = Command{.bytes = "KTARE\r\n", .pause_ms = 150},
     .price = iqPlus::setup,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // Scales_HBMWE2110: a text of no fixed form.
@@ -110,7 +109,6 @@ constinit const ProtocolSheet Scales_HBMWE2110::kSheet = {
     .isGood = we2110::isGood,
     .parse = we2110::parse,
     .tare = Command{.bytes = "S1;TAR;", .pause_ms = 150},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesICS_NT: bare digits as characters, units first, without start, end or checksum.
@@ -199,5 +197,4 @@ constinit const ProtocolSheet CScalesWPT4Radwag::kSheet = {
     .isGood = wpt4::isGood,
     .parse = wpt4::parse,
     .tare = Command{.bytes = "I\r\n", .pause_ms = 600, .afterwards = Command::Afterwards::Drain},
-    .weightUnit = WeightUnit::AsShown,
 };

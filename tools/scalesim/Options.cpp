@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include "FrameBuilder.h"
+#include "SelfDescription.h"
 #include "Texts.h"
 
 namespace {
@@ -33,6 +34,7 @@ struct Raw {
   int dribble = 0;
   std::size_t cut = 0;
   bool help = false;
+  bool version = false;
   bool list = false;
   bool pty = false;
 
@@ -139,6 +141,10 @@ std::unique_ptr<CLI::App> makeCommandLine(Raw& raw) {
   app->add_flag("-v,--verbose", options.verbose, say(texts::kOptVerbose))->group(other);
   app->add_option("--lang", raw.language, say(texts::kOptLang))->option_text("en|ru")->group(other);
   app->add_flag("-h,--help", raw.help, say(texts::kOptHelp))->group(other);
+  app->add_flag("--version", raw.version, say(texts::kOptVersion))->group(other);
+  app->add_option(kSelfDescriptionOption, options.description)
+      ->check(CLI::IsMember({"man", "bash", "zsh"}))
+      ->group("");
   return app;
 }
 
@@ -240,6 +246,14 @@ Options readOptions(int argc, const char* const* argv) {
     options.task = options.model == nullptr ? Options::Task::Help : Options::Task::HelpOnModel;
     return options;
   }
+  if (raw.version) {
+    options.task = Options::Task::Version;
+    return options;
+  }
+  if (!options.description.empty()) {
+    options.task = Options::Task::Describe;
+    return options;
+  }
   if (raw.list) {
     options.task = Options::Task::List;
     return options;
@@ -276,6 +290,11 @@ Options readOptions(int argc, const char* const* argv) {
 std::string helpText() {
   Raw raw;
   return makeCommandLine(raw)->help();
+}
+
+std::string descriptionText(const std::string& form) {
+  Raw raw;
+  return selfDescription(*makeCommandLine(raw), form);
 }
 
 std::string knownOptions(const sim::ScaleModel& model) {

@@ -72,6 +72,7 @@ const Text kOptVerbose = {"Show all bytes on standard error",
                           "Показывать все байты в стандартном потоке ошибок"};
 const Text kOptHelp = {"This help; with a model, what is known of it",
                        "Эта справка; с номером модели - всё о ней"};
+const Text kOptVersion = {"Print the version and end", "Показать версию"};
 
 const Text kUsageError = {"scalesim: %1", "scalesim: %1"};
 const Text kUnknownArgument = {"unknown argument: %1", "неизвестный аргумент: %1"};

@@ -16,7 +16,7 @@ extern const Text kOptModel, kOptAll, kOptReplay, kOptList, kOptPty, kOptLink, k
 extern const Text kOptWeight, kOptDecimals, kOptPrice, kOptUnstable, kOptOverload;
 extern const Text kOptSilent, kOptGarbage, kOptCorrupt, kOptCut, kOptDribble, kOptHangUp,
     kOptSpoilOnly;
-extern const Text kOptLang, kOptVerbose, kOptHelp;
+extern const Text kOptLang, kOptVerbose, kOptHelp, kOptVersion;
 
 extern const Text kUsageError, kUnknownArgument, kBadValue, kSeeHelp;
 extern const Text kModelMissing, kNoSuchModel, kNotANumber, kOptionUnknown, kOneTransport;

@@ -26,6 +26,8 @@ void addTestCommand(CLI::App& app, Program& program);
 void addModelsCommand(CLI::App& app, Program& program);
 void addPageCommand(CLI::App& app, Program& program);
 void addSettingsCommand(CLI::App& app, Program& program);
+void addDoctorCommand(CLI::App& app, Program& program);
+void addReportCommand(CLI::App& app, Program& program);
 void addFindCommand(CLI::App& app, Program& program);
 void addExplainCommand(CLI::App& app, Program& program);
 void addCallCommand(CLI::App& app, Program& program);

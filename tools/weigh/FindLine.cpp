@@ -5,6 +5,7 @@
 #include "FindTexts.h"
 #include "Report.h"
 #include "ResultCode.h"
+#include "Sleep.h"
 #include "Texts.h"
 
 namespace weigh {
@@ -46,6 +47,16 @@ bool FindLine::set(int bitsPerSecond, const LineSettings& settings) {
 }
 
 void FindLine::say(std::span<const std::uint8_t> bytes) { port_.write(bytes.data(), bytes.size()); }
+
+void FindLine::ask(const Request& request) {
+  const auto head = request.first.view();
+  recognise::Bytes first(head.begin(), head.end());
+  first.insert(first.end(), request.frameHead, 0);
+  say(first);
+  if (request.second.empty()) return;
+  orbSleep_mSec(request.pause_ms);
+  say(request.second.view());
+}
 
 recognise::Bytes FindLine::hear(milliseconds first, milliseconds longest) {
   recognise::Bytes heard;

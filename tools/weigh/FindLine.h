@@ -20,6 +20,8 @@ class FindLine {
   /// on a network.
   bool set(int bitsPerSecond, const LineSettings& settings);
   void say(std::span<const std::uint8_t> bytes);
+  /// Sends a weight request as the first attempt of a poll does.
+  void ask(const Request& request);
   /// Waits up to `first` for a byte, and then until nothing more comes or `longest` has passed.
   recognise::Bytes hear(std::chrono::milliseconds first, std::chrono::milliseconds longest);
   /// All that comes in this time.

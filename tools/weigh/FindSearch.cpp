@@ -4,7 +4,6 @@
 #include <numeric>
 
 #include "FindLine.h"
-#include "Sleep.h"
 
 namespace weigh {
 
@@ -144,14 +143,7 @@ class Search {
 
   recognise::Bytes answerTo(const Question& question) {
     line_.hear(milliseconds{0}, kLongestAnswer);
-    const Request& request = *question.request;
-    recognise::Bytes first(request.first.view().begin(), request.first.view().end());
-    first.insert(first.end(), request.frameHead, 0);
-    line_.say(first);
-    if (!request.second.empty()) {
-      orbSleep_mSec(request.pause_ms);
-      line_.say(request.second.view());
-    }
+    line_.ask(*question.request);
     return line_.hear(milliseconds{question.budget_ms}, kLongestAnswer);
   }
 

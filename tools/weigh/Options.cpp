@@ -105,8 +105,7 @@ std::int64_t requireWhole(const std::string& name, const std::string& text, std:
   return *value;
 }
 
-void addScaleOptions(CLI::App& app, ScaleOptions& options) {
-  Connection& connection = options.connection;
+void addConnectionOptions(CLI::App& app, Connection& connection) {
   const GroupOfOptions group(app, text::kScaleGroup);
   addNumber(app, "--model,-m", connection.model, 0, kMaxInt, text::kModelOption);
   auto* device = addText(app, "--port,-p,--cport,--device", connection.device, text::kPortOption)
@@ -116,7 +115,7 @@ void addScaleOptions(CLI::App& app, ScaleOptions& options) {
       addText(app, "--host,-H,--ehost", connection.host, text::kHostOption)->type_name("HOST");
   addNumber(app, "--tcp-port,-t,--eport", connection.tcpPort, 1, kMaxTcpPort, text::kTcpPortOption);
   const auto type = std::make_shared<std::string>();
-  app.add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("TYPE");
+  app.add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("serial|tcp");
   app.add_flag("--leave,--conleave", connection.leave, say(text::kLeaveOption));
   app.add_option_function<std::string>(
          "--coeff",
@@ -127,6 +126,14 @@ void addScaleOptions(CLI::App& app, ScaleOptions& options) {
          say(text::kCoeffOption))
       ->type_name("FACTOR")
       ->default_str(connection.coeff);
+  app.parse_complete_callback([&connection, device, host, type] {
+    settleTransport(connection, *type, host->count() > 0, device->count() > 0);
+  });
+}
+
+void addScaleOptions(CLI::App& app, ScaleOptions& options) {
+  addConnectionOptions(app, options.connection);
+  const GroupOfOptions group(app, text::kScaleGroup);
   app.add_option_function<std::string>(
          "--log",
          [&options](const std::string& folder) {
@@ -135,9 +142,6 @@ void addScaleOptions(CLI::App& app, ScaleOptions& options) {
          },
          say(text::kLogOption))
       ->type_name("DIR");
-  app.parse_complete_callback([&connection, device, host, type] {
-    settleTransport(connection, *type, host->count() > 0, device->count() > 0);
-  });
 }
 
 void addJsonFlag(CLI::App& app, Format& format) {

@@ -68,6 +68,8 @@ CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, 
       ->default_str(std::to_string(target));
 }
 
+/// The parameters of a scale, without its log.
+void addConnectionOptions(CLI::App& app, Connection& connection);
 void addScaleOptions(CLI::App& app, ScaleOptions& options);
 /// `fewest` is the lowest count that is taken.
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,

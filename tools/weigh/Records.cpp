@@ -12,20 +12,6 @@ namespace weigh {
 
 namespace {
 
-/// Local time with its distance to UTC: 2026-01-31T12:00:00+0200.
-std::string timestamp() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local = {};
-  ::localtime_r(&now, &local);
-  std::array<char, 64> text = {};
-  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S%z", &local);
-  return text.data();
-}
-
-double rounded(Milliseconds time) {
-  return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
-}
-
 /// The shortest text that reads back as the same number.
 std::string shortest(double number) {
   std::array<char, 512> text = {};
@@ -37,9 +23,33 @@ Json textOrNull(const char* text) { return text == nullptr ? Json() : Json(text)
 
 }  // namespace
 
-void writeRecord(const Json& record) {
-  std::cout << record.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+std::string timestamp(const char* form) {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  ::localtime_r(&now, &local);
+  std::array<char, 64> text = {};
+  std::strftime(text.data(), text.size(), form, &local);
+  return text.data();
 }
+
+double rounded(Milliseconds time) {
+  return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
+}
+
+std::string timestamp() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  ::localtime_r(&now, &local);
+  std::array<char, 64> text = {};
+  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S%z", &local);
+  return text.data();
+}
+
+std::string recordLine(const Json& record) {
+  return record.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+void writeRecord(const Json& record) { std::cout << recordLine(record) << std::flush; }
 
 void addReading(Json& record, const Reading& reading, Units units) {
   const auto ifGood = [&](auto value) { return reading.good() ? Json(value) : Json(); };

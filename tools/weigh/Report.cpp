@@ -2,30 +2,16 @@
 
 #include <unistd.h>
 
-#include <filesystem>
 #include <iostream>
 
+#include "DoctorDevice.h"
 #include "Models.h"
 #include "ResultCode.h"
 #include "Texts.h"
 
 namespace weigh {
 
-namespace fs = std::filesystem;
-
 namespace {
-
-/// Serial devices of this machine that a scale could hang on.
-std::string serialDevices() {
-  std::string names;
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator("/sys/class/tty", error)) {
-    // A port without a driver behind it is a number without hardware.
-    if (!fs::exists(entry.path() / "device" / "driver", error)) continue;
-    names += (names.empty() ? "" : ", ") + ("/dev/" + entry.path().filename().string());
-  }
-  return names.empty() ? say(text::kNone) : names;
-}
 
 std::string connectionRemedy(const Connection& connection) {
   if (connection.network) {
@@ -33,7 +19,7 @@ std::string connectionRemedy(const Connection& connection) {
   }
   const char* device = connection.device.c_str();
   if (::access(device, F_OK) != 0) {
-    return fill(text::kNoDevice, {connection.device, serialDevices()});
+    return fill(text::kNoDevice, {connection.device, serialDevicesText()});
   }
   if (::access(device, R_OK | W_OK) != 0) return fill(text::kNoPermission, {connection.device});
   return fill(text::kSerialRemedy, {connection.device, std::to_string(connection.baud)});

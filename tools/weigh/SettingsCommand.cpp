@@ -21,15 +21,6 @@ struct SettingsOptions {
   Format format = Format::Text;
 };
 
-Connection connectionOf(const SettingsEntry& entry) {
-  Connection connection;
-  connection.model = entry.model;
-  connection.network = entry.network;
-  (entry.network ? connection.host : connection.device) = entry.port;
-  (entry.network ? connection.tcpPort : connection.baud) = entry.rate;
-  return connection;
-}
-
 std::vector<std::string> tableRow(const SettingsEntry& entry, const Reading& reading) {
   const Units units = unitsOf(entry.model);
   const bool good = reading.good();
@@ -68,7 +59,7 @@ void complainOf(const std::map<std::uint32_t, std::vector<const SettingsEntry*>>
     std::string ids;
     for (const SettingsEntry* entry : entries) ids += (ids.empty() ? "" : ", ") + entry->id;
     complain(fill(text::kOfScales, {errorText({code, texts.at(code)}), ids}),
-             remedyFor(code, connectionOf(*entries.front())));
+             remedyFor(code, entries.front()->connection()));
   }
 }
 

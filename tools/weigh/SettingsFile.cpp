@@ -19,17 +19,32 @@ SettingsEntry entryAt(CkXml& xml) {
   const bool network = xml.GetAttrValueInt("fIsComPort") == 0;
   CkString port;
   xml.GetAttrValue(network ? "fHost" : "fComPortName", port);
+  CkString coeff;
+  xml.GetAttrValue("fCoeff", coeff);
   return {.id = std::to_string(xml.GetAttrValueInt("fNum")),
           .model = xml.GetAttrValueInt("fType"),
           .network = network,
           .port = port.getUtf8(),
-          .rate = xml.GetAttrValueInt(network ? "fTCPPort" : "fComBaudRate")};
+          .rate = xml.GetAttrValueInt(network ? "fTCPPort" : "fComBaudRate"),
+          .leave = xml.GetAttrValueInt("fLeaveConnect") != 0,
+          .coeff = coeff.getUtf8()};
 }
 
 }  // namespace
 
 std::string SettingsEntry::line() const {
   return port + (network ? ":" : " ") + std::to_string(rate);
+}
+
+Connection SettingsEntry::connection() const {
+  Connection connection;
+  connection.model = model;
+  connection.network = network;
+  (network ? connection.host : connection.device) = port;
+  (network ? connection.tcpPort : connection.baud) = rate;
+  connection.leave = leave;
+  connection.coeff = coeff;
+  return connection;
 }
 
 fs::path settingsFileOf(const fs::path& folder) { return folder / "settings.xml"; }

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "Options.h"
+
 namespace weigh {
 
 /// What a settings file says of one scale, as far as the tool shows it.
@@ -15,9 +17,14 @@ struct SettingsEntry {
   std::string port;
   /// Line speed or TCP port.
   int rate;
+  bool leave;
+  /// As it stands in the file.
+  std::string coeff;
 
   /// "/dev/ttyS0 9600", "192.168.0.200:20108".
   std::string line() const;
+  /// The same as parameters.
+  Connection connection() const;
 };
 
 std::filesystem::path settingsFileOf(const std::filesystem::path& folder);

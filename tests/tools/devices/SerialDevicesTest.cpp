@@ -1,0 +1,140 @@
+// The devices of a machine: which there are, and which is which after replugging.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "FakeMachine.h"
+#include "SerialDevices.h"
+
+namespace {
+
+using devices::SerialDevice;
+using fixture::FakeMachine;
+
+const FakeMachine::Adapter kFtdi{.serialNumber = "A50285BI"};
+const FakeMachine::Adapter kCheap{.vendor = "1a86",
+                                  .product = "7523",
+                                  .maker = "",
+                                  .name = "USB Serial",
+                                  .driver = "ch341-uart",
+                                  .latency = ""};
+
+std::vector<std::string> names(const std::vector<SerialDevice>& devices) {
+  std::vector<std::string> names;
+  for (const SerialDevice& device : devices) names.push_back(device.path.filename());
+  return names;
+}
+
+TEST(SerialDevices, ListsHardwareInOrderAndLeavesOutBareNumbers) {
+  FakeMachine machine;
+  EXPECT_TRUE(devices::serialDevices(machine.roots()).empty());
+  machine.plugIn("ttyUSB10", "1-3", kCheap);
+  machine.plugIn("ttyUSB2", "1-2", kFtdi);
+  machine.addBoardPort("ttyS0", 4);
+  machine.addBoardPort("ttyS1", 0);
+  EXPECT_THAT(names(devices::serialDevices(machine.roots())),
+              testing::ElementsAre("ttyS0", "ttyUSB2", "ttyUSB10"));
+}
+
+TEST(SerialDevices, TellsAnAdapterByNamesMakerDriverAndLatency) {
+  FakeMachine machine;
+  // A device and no plain file: the two aren't compared in the same way.
+  machine.plugIn("ttyUSB0", "1-1.2", kFtdi, "/dev/zero");
+  machine.plugIn("ttyUSB1", "1-1.3", kCheap);
+  machine.addBoardPort("ttyS0", 4);
+
+  // A stable name leads to the same device as its own.
+  const auto device = devices::deviceAt(
+      machine.roots().dev / "serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0",
+      machine.roots());
+  ASSERT_TRUE(device);
+  EXPECT_EQ(device->path, machine.device("ttyUSB0"));
+  EXPECT_EQ(device->byAdapter.filename(), "usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0");
+  EXPECT_EQ(device->bySocket.filename(), "usb-0:1-1.2:1.0-port0");
+  EXPECT_EQ(device->driver, "ftdi_sio");
+  EXPECT_EQ(device->latency_ms, 16);
+  EXPECT_EQ(device->latencySetting,
+            machine.roots().sys / "bus/usb-serial/devices/ttyUSB0/latency_timer");
+  ASSERT_TRUE(device->adapter);
+  EXPECT_EQ(device->adapter->id, "0403:6001");
+  EXPECT_EQ(device->adapter->maker, "FTDI");
+  EXPECT_EQ(device->adapter->product, "FT232R USB UART");
+  EXPECT_EQ(device->adapter->serialNumber, "A50285BI");
+  EXPECT_EQ(device->adapter->socket, "1-1.2");
+
+  const auto cheap = devices::deviceAt(machine.device("ttyUSB1"), machine.roots());
+  ASSERT_TRUE(cheap && cheap->adapter);
+  EXPECT_EQ(cheap->adapter->maker, "");
+  EXPECT_EQ(cheap->adapter->serialNumber, "");
+  EXPECT_EQ(cheap->latency_ms, std::nullopt);
+
+  const auto board = devices::deviceAt(machine.device("ttyS0"), machine.roots());
+  ASSERT_TRUE(board);
+  EXPECT_EQ(board->driver, "serial");
+  EXPECT_FALSE(board->adapter);
+  EXPECT_EQ(board->byAdapter, "");
+
+  EXPECT_FALSE(devices::deviceAt("/dev/null", machine.roots()));
+  EXPECT_FALSE(devices::deviceAt(machine.device("ttyUSB7"), machine.roots()));
+}
+
+class Replugged : public testing::Test {
+ protected:
+  /// Takes the adapter out of socket 1-1 and looks for it after `meanwhile`.
+  template <typename Meanwhile>
+  std::optional<SerialDevice> after(const FakeMachine::Adapter& adapter, Meanwhile meanwhile) {
+    machine_.plugIn("ttyUSB0", "1-1", adapter);
+    const auto before = devices::deviceAt(machine_.device("ttyUSB0"), machine_.roots());
+    const auto others = devices::serialDevices(machine_.roots());
+    machine_.unplug("ttyUSB0", "1-1");
+    meanwhile();
+    return devices::findAgain(before.value(), others, machine_.roots());
+  }
+
+  FakeMachine machine_;
+};
+
+TEST_F(Replugged, IsFoundBySerialNumberInAnySocket) {
+  FakeMachine::Adapter other = kFtdi;
+  other.serialNumber = "B1";
+  const auto found = after(kFtdi, [&] {
+    machine_.plugIn("ttyUSB0", "1-1", other);
+    machine_.plugIn("ttyUSB3", "2-4", kFtdi);
+  });
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->path, machine_.device("ttyUSB3"));
+}
+
+TEST_F(Replugged, IsFoundBySocketWithoutSerialNumber) {
+  machine_.plugIn("ttyUSB5", "1-7", kCheap);
+  const auto found = after(kCheap, [&] { machine_.plugIn("ttyUSB1", "1-1", kCheap); });
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->path, machine_.device("ttyUSB1"));
+}
+
+TEST_F(Replugged, IsFoundElsewhereIfItIsTheOnlyOneOfItsKind) {
+  machine_.plugIn("ttyUSB5", "1-7", kFtdi);
+  const auto found = after(kCheap, [&] { machine_.plugIn("ttyUSB1", "1-3", kCheap); });
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->path, machine_.device("ttyUSB1"));
+}
+
+TEST_F(Replugged, IsNotGuessedAmongTwins) {
+  EXPECT_FALSE(after(kCheap, [&] {
+    machine_.plugIn("ttyUSB1", "1-3", kCheap);
+    machine_.plugIn("ttyUSB2", "1-4", kCheap);
+  }));
+}
+
+TEST_F(Replugged, IsNotTakenForItsNeighbour) {
+  machine_.plugIn("ttyUSB5", "1-7", kCheap);
+  EXPECT_FALSE(after(kCheap, [] {}));
+}
+
+TEST_F(Replugged, IsNotThereWhileItIsAway) {
+  EXPECT_FALSE(after(kFtdi, [&] { machine_.addBoardPort("ttyS0", 4); }));
+  const auto board = devices::deviceAt(machine_.device("ttyS0"), machine_.roots());
+  EXPECT_FALSE(devices::findAgain(board.value(), {}, machine_.roots()));
+}
+
+}  // namespace

@@ -1,0 +1,385 @@
+// The doctor, on lines, hosts and scales that have what it tells of.
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <grp.h>
+#include <netinet/in.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Descriptor.h"
+#include "PtyLine.h"
+#include "Run.h"
+#include "SerialLine.h"
+#include "Sleeper.h"
+#include "TcpPeer.h"
+#include "TempFolder.h"
+
+namespace {
+
+using fixture::PtyLine;
+using fixture::Wire;
+using nlohmann::json;
+using sim::SimulatedScale;
+using sim::Transport;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+/// The one record of a run, with its exit code held against it.
+json diagnosisOf(const ProgramRun& run) {
+  const auto records = run.records();
+  EXPECT_EQ(records.size(), 1U) << run.err;
+  if (records.empty()) return {};
+  EXPECT_EQ(run.exitCode, records[0]["weighs"] == true ? kGood : kScaleFailed);
+  EXPECT_NE(records[0]["cause"], "");
+  EXPECT_NE(records[0]["remedy"], "");
+  return records[0];
+}
+
+json diagnose(const Arguments& scale) {
+  return diagnosisOf(weigh(Arguments{"doctor", "--json"} + scale));
+}
+
+Arguments serial(int model, const std::string& device) {
+  return {"--model", std::to_string(model), "--port", device, "--baud", "9600"};
+}
+
+Arguments network(int model, const std::string& host, int port) {
+  return {"--model", std::to_string(model), "--host", host, "--tcp-port", std::to_string(port)};
+}
+
+/// Sends the same again and again.
+fixture::Script repeating(fixture::Bytes data) {
+  return [data](Wire& wire) {
+    while (wire.send(data) && wire.pause(50)) continue;
+  };
+}
+
+/// What comes in on a line of 9600 baud, 8N1, when the scale's line is set otherwise.
+fixture::Bytes sentAt(int bitsPerSecond, const sim::LineSettings& settings,
+                      const fixture::Bytes& data) {
+  return sim::received(data, {bitsPerSecond, settings}, {9600, {}}, sim::Receiver::TakesAll);
+}
+
+// --- Nothing to ask ---------------------------------------------------------------------------
+
+TEST(Doctor, TellsWhatIsWrongWithoutAskingAScale) {
+  const fixture::TempFolder folder;
+  const std::string file = folder.write("file", "");
+  const struct {
+    Arguments scale;
+    const char* verdict;
+    const char* cause;
+  } cases[] = {
+      {serial(13, "/dev/no-such-scale"), "no-device", "There is no device /dev/no-such-scale."},
+      {serial(13, file), "not-serial", "is no serial line"},
+      {serial(13, "/dev/null"), "not-serial", "/dev/null is no serial line"},
+      {serial(99, "/dev/null"), "unknown-model", "There is no model 99."},
+      {serial(5, "/dev/null"), "no-driver", "Model 5 "},
+      {{}, "emulator", "Model 20 is the emulator"},
+      {network(13, "no..such..name", 4001), "no-such-name", "no..such..name leads to no address"},
+      {network(13, "255.255.255.255", 4001), "unreachable", "255.255.255.255 can't be reached"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.verdict);
+    const json diagnosis = diagnose(row.scale);
+    EXPECT_EQ(diagnosis["verdict"], row.verdict);
+    EXPECT_THAT(diagnosis["cause"], HasSubstr(row.cause));
+  }
+}
+
+TEST(Doctor, SpeaksRussianAndShowsVerdictAndRemedy) {
+  const ProgramRun run =
+      weigh({"--lang", "ru", "doctor", "--model", "13", "--port", "/dev/no-such-scale"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  EXPECT_THAT(run.out, AllOf(HasSubstr("Вывод: no-device - Устройства /dev/no-such-scale нет."),
+                             HasSubstr("Что делать: ")));
+  EXPECT_THAT(run.err, HasSubstr("Это займёт до "));
+}
+
+TEST(Doctor, TakesAFolderOrAScaleButNotBoth) {
+  const ProgramRun run = weigh({"doctor", "/tmp", "--model", "13"});
+  EXPECT_EQ(run.exitCode, kWrongUsage);
+  EXPECT_THAT(run.err, HasSubstr("not both"));
+}
+
+// --- The device -------------------------------------------------------------------------------
+
+/// Runs weigh as a user without rights; as it is for one who has none anyway. Credentials are a
+/// thread's own for the system, so the test keeps its own.
+ProgramRun weighAsNobody(const Arguments& arguments) {
+  constexpr long kNobody = 65534;
+  ProgramRun run{};
+  std::thread([&] {
+    if (::geteuid() == 0) {
+      ::syscall(SYS_setgroups, 0, nullptr);
+      ::syscall(SYS_setresgid, kNobody, kNobody, kNobody);
+      ::syscall(SYS_setresuid, kNobody, kNobody, kNobody);
+    }
+    run = weigh(arguments);
+  }).join();
+  return run;
+}
+
+/// Whether that user can start the program at all.
+bool nobodyCanRun() { return weighAsNobody({"models"}).exitCode == kGood; }
+
+TEST(DoctorOfADevice, NamesOwnerGroupAndTheCommandThatMendsDeniedRights) {
+  if (!nobodyCanRun()) GTEST_SKIP() << "the build folder is closed to other users";
+  PtyLine line;
+  const std::string device = std::filesystem::canonical(line.path());
+  const bool root = ::geteuid() == 0;
+  constexpr gid_t kDialout = 20;
+  // Root hands it to a group; anybody else takes the rights from himself.
+  ASSERT_TRUE(!root || ::chown(device.c_str(), 0, kDialout) == 0);
+  ASSERT_EQ(::chmod(device.c_str(), root ? 0660 : 0060), 0);
+  const json diagnosis =
+      diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, device)));
+  EXPECT_EQ(diagnosis["verdict"], "no-permission");
+  EXPECT_THAT(diagnosis["cause"],
+              HasSubstr(root ? "owner root, group dialout, rights rw-rw----" : "rights ---rw----"));
+  EXPECT_THAT(diagnosis["remedy"],
+              HasSubstr(root ? "sudo usermod -aG dialout nobody" : "sudo chmod u+rw " + device));
+}
+
+TEST(DoctorOfADevice, TellsAFolderThatKeepsItFromTheUser) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs a folder of another user, which only root can make";
+  if (!nobodyCanRun()) GTEST_SKIP() << "the build folder is closed to other users";
+  PtyLine line;
+  const json diagnosis =
+      diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, line.path())));
+  EXPECT_EQ(diagnosis["verdict"], "line-fails");
+  EXPECT_THAT(diagnosis["cause"], HasSubstr("Permission denied"));
+}
+
+TEST(DoctorOfADevice, NamesTheProgramThatHoldsIt) {
+  PtyLine line;
+  const fixture::Sleeper sleeper(line.path());
+  const json diagnosis = diagnose(serial(13, line.path()));
+  EXPECT_EQ(diagnosis["verdict"], "held");
+  EXPECT_THAT(diagnosis["cause"],
+              HasSubstr("sleep (process " + std::to_string(sleeper.pid()) + ")"));
+}
+
+TEST(DoctorOfADevice, KnowsAHiddenHolderByTheSystemsRefusal) {
+  if (!nobodyCanRun()) GTEST_SKIP() << "the build folder is closed to other users";
+  PtyLine line;
+  const std::string device = std::filesystem::canonical(line.path());
+  ASSERT_EQ(::chmod(device.c_str(), 0666), 0);
+  const fixture::Descriptor own(::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+  ASSERT_EQ(::ioctl(own.get(), TIOCEXCL), 0);
+  const json diagnosis =
+      diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, device)));
+  EXPECT_EQ(diagnosis["verdict"], "held");
+  EXPECT_THAT(diagnosis["cause"], HasSubstr("for itself alone"));
+}
+
+TEST(DoctorOfADevice, NamesTheSpeedsOfALineThatRefusesOne) {
+  PtyLine line;
+  const json diagnosis = diagnose({"--model", "13", "--port", line.path(), "--baud", "12345"});
+  EXPECT_EQ(diagnosis["verdict"], "speed-refused");
+  EXPECT_THAT(diagnosis["cause"], HasSubstr("12345"));
+  EXPECT_THAT(diagnosis["remedy"], HasSubstr("9600"));
+}
+
+// --- What comes in ----------------------------------------------------------------------------
+
+TEST(DoctorOfALine, TellsSilenceByTheKindOfLine) {
+  SimulatedScale serialScale(13, Transport::Pty, {.silent = true});
+  const json silent = diagnose(optionsOf(serialScale));
+  EXPECT_EQ(silent["verdict"], "silent");
+  EXPECT_THAT(silent["cause"], HasSubstr("9600 baud"));
+  EXPECT_EQ(silent["polls"]["answered"], 0);
+  EXPECT_EQ(silent["weight"], json());
+
+  SimulatedScale networkScale(13, Transport::Tcp, {.silent = true});
+  EXPECT_EQ(diagnose(optionsOf(networkScale))["verdict"], "connects-silent");
+}
+
+struct Babble {
+  const char* name;
+  fixture::Script scale;
+  const char* verdict;
+  const char* cause;
+
+  friend void PrintTo(const Babble& babble, std::ostream* out) { *out << babble.name; }
+};
+
+const fixture::Bytes kTicket = fixture::text("TICKET 0042 GROSS 12.5 NET 11.0 OPERATOR SMITH\r\n");
+
+class DoctorOfBabble : public testing::TestWithParam<Babble> {};
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DoctorOfBabble,
+    testing::Values(
+        Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed", "than 9600 baud"},
+        Babble{"DoubleSpeed", repeating(sentAt(19200, {}, kTicket)), "wrong-speed", ""},
+        Babble{"Parity",
+               repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even}, kTicket)),
+               "wrong-parity", "even parity, and model 13"},
+        Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
+        Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")), "echo",
+               "05"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_P(DoctorOfBabble, JudgesBytesThatAreNoFrames) {
+  PtyLine line;
+  line.play(GetParam().scale);
+  const json diagnosis = diagnose(serial(13, line.path()));
+  EXPECT_EQ(diagnosis["verdict"], GetParam().verdict) << diagnosis["cause"];
+  EXPECT_THAT(diagnosis["cause"], HasSubstr(GetParam().cause));
+  EXPECT_FALSE(diagnosis["bytes"].empty());
+}
+
+class DoctorOfAStranger : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Models, DoctorOfAStranger, testing::Values(18, 31, 33));
+
+TEST_P(DoctorOfAStranger, NamesTheModelWhoseFramesComeIn) {
+  SimulatedScale scale(GetParam(), Transport::Pty);
+  const json diagnosis = diagnose(serial(13, scale.devicePath()));
+  EXPECT_EQ(diagnosis["verdict"], "other-model") << diagnosis["cause"];
+  EXPECT_THAT(diagnosis["remedy"], HasSubstr("Set model " + std::to_string(GetParam())));
+}
+
+TEST(DoctorOfALine, KnowsOwnFramesThatNoPollGets) {
+  // The driver takes an answer without fixed length on a serial line only.
+  SimulatedScale scale(16, Transport::Tcp);
+  EXPECT_EQ(diagnose(optionsOf(scale))["verdict"], "not-read");
+}
+
+// --- The host ---------------------------------------------------------------------------------
+
+TEST(DoctorOfAHost, TellsRefusalAndHangingUp) {
+  fixture::TcpPeer gone(fixture::silent());
+  const int port = gone.port();
+  gone.stop();
+  const json refused = diagnose(network(13, fixture::TcpPeer::kHost, port));
+  EXPECT_EQ(refused["verdict"], "refused");
+  EXPECT_THAT(refused["cause"], HasSubstr(std::to_string(port)));
+
+  fixture::TcpPeer rude([](Wire& wire) { wire.hangUp(); });
+  EXPECT_EQ(diagnose(network(13, fixture::TcpPeer::kHost, rude.port()))["verdict"], "hangs-up");
+}
+
+TEST(DoctorOfAHost, TellsThatNoAnswerCameInTime) {
+  // A listener whose queue is full doesn't answer at all.
+  const fixture::Descriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* const any = reinterpret_cast<sockaddr*>(&address);
+  ASSERT_EQ(::bind(listener.get(), any, size), 0);
+  ASSERT_EQ(::listen(listener.get(), 0), 0);
+  ASSERT_EQ(::getsockname(listener.get(), any, &size), 0);
+  std::vector<fixture::Descriptor> waiting;
+  for (int i = 0; i < 8; ++i) {
+    waiting.emplace_back(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    ::connect(waiting.back().get(), any, size);
+  }
+  const json diagnosis = diagnose(network(13, "127.0.0.1", ::ntohs(address.sin_port)));
+  EXPECT_EQ(diagnosis["verdict"], "no-answer");
+  EXPECT_THAT(diagnosis["cause"], HasSubstr("within 10 s"));
+}
+
+// --- What the scale says ----------------------------------------------------------------------
+
+TEST(DoctorOfAScale, TellsWhatTheWeightIs) {
+  const struct {
+    const char* verdict;
+    int model;
+    Transport transport;
+    sim::ScaleState state;
+    bool weighs;
+    json weight;
+  } cases[] = {
+      {"good", 13, Transport::Pty, {.weight = 1.25}, true, 1.25},
+      {"good", 17, Transport::Tcp, {.weight = 1.25}, true, 1.25},
+      // This protocol doesn't speak of motion, and its driver calls every weight moving.
+      {"good", 2, Transport::Pty, {.weight = 1.25, .stable = false}, true, 1250},
+      {"moving", 13, Transport::Pty, {.weight = 1.25, .stable = false}, true, 1.25},
+      {"zero", 13, Transport::Pty, {.weight = 0.0}, true, 0.0},
+      {"negative", 13, Transport::Pty, {.weight = -0.5}, true, -0.5},
+      {"overload", 13, Transport::Pty, {.weight = 1.0, .overload = true}, false, json()},
+      {"no-reading", 3, Transport::Pty, {.weight = 1.0, .overload = true}, false, json()},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.verdict);
+    SimulatedScale scale(row.model, row.transport, row.state);
+    const json diagnosis = diagnose(optionsOf(scale));
+    EXPECT_EQ(diagnosis["verdict"], row.verdict) << diagnosis["cause"];
+    EXPECT_EQ(diagnosis["weighs"], row.weighs);
+    EXPECT_EQ(diagnosis["weight"], row.weight);
+    EXPECT_EQ(diagnosis["polls"]["answered"], diagnosis["polls"]["done"]);
+    EXPECT_GE(diagnosis["polls"]["worst_ms"], diagnosis["polls"]["median_ms"]);
+    EXPECT_TRUE(diagnosis["bytes"].empty());
+    EXPECT_EQ(scale.count(sim::Action::Tare) + scale.count(sim::Action::Zero), 0);
+  }
+}
+
+TEST(DoctorOfAScale, SetsThePollTimeAgainstTheLinesOwn) {
+  SimulatedScale scale(13, Transport::Pty);
+  // 2 bytes of request, 150 ms between them and 16 bytes of answer, 10 bits each at 9600 baud.
+  EXPECT_EQ(diagnose(optionsOf(scale))["polls"]["wire_ms"], 168.75);
+  const ProgramRun text = weigh(Arguments{"doctor"} + optionsOf(scale));
+  EXPECT_THAT(text.out, AllOf(HasSubstr("Verdict: good - "), HasSubstr("; median "),
+                              HasSubstr("The line alone takes 168.8 ms of it at 9600 baud.")));
+  SimulatedScale networkScale(13, Transport::Tcp);
+  EXPECT_EQ(diagnose(optionsOf(networkScale))["polls"]["wire_ms"], json());
+}
+
+TEST(DoctorOfAScale, CountsPollsThatFailAmongGoodOnes) {
+  // The three attempts of one poll.
+  SimulatedScale scale(13, Transport::Pty, {.corruptEvery = 1, .frames = 3});
+  const json diagnosis = diagnose(optionsOf(scale));
+  EXPECT_EQ(diagnosis["verdict"], "unsteady");
+  EXPECT_EQ(diagnosis["polls"]["done"], diagnosis["polls"]["answered"].get<int>() + 1);
+}
+
+// --- A folder ---------------------------------------------------------------------------------
+
+std::string scaleEntry(int id, int model, const std::string& where) {
+  return "<SCALES" + std::to_string(id) + " fNum=\"" + std::to_string(id) + "\" fType=\"" +
+         std::to_string(model) + "\" " + where + " fCoeff=\"2\"/>";
+}
+
+TEST(DoctorOfAFolder, LooksAtEveryScaleAndStopsOnCtrlC) {
+  SimulatedScale scale(17, Transport::Pty);
+  scale.setWeight(1.5);
+  SimulatedScale silent(13, Transport::Tcp, {.silent = true});
+  const fixture::TempFolder folder;
+  folder.write("settings.xml",
+               "<S>" +
+                   scaleEntry(1, 17,
+                              "fIsComPort=\"1\" fComBaudRate=\"9600\" fComPortName=\"" +
+                                  scale.devicePath() + "\"") +
+                   scaleEntry(2, 13,
+                              "fIsComPort=\"0\" fHost=\"127.0.0.1\" fTCPPort=\"" +
+                                  std::to_string(silent.port()) + "\"") +
+                   "</S>");
+  const ProgramRun whole = weigh({"doctor", folder.path(), "--json"});
+  EXPECT_EQ(whole.exitCode, kScaleFailed);
+  ASSERT_EQ(whole.records().size(), 2U);
+  EXPECT_EQ(whole.records()[0]["id"], "1");
+  EXPECT_EQ(whole.records()[0]["verdict"], "good");
+  EXPECT_EQ(whole.records()[0]["weight"], 3.0);
+  EXPECT_EQ(whole.records()[1]["verdict"], "connects-silent");
+
+  const ProgramRun stopped = weighUntil(SIGINT, {"doctor", folder.path(), "--json"});
+  EXPECT_EQ(stopped.exitCode, kScaleFailed);
+  ASSERT_EQ(stopped.records().size(), 2U);
+  EXPECT_EQ(stopped.records()[0]["verdict"], "good");
+  EXPECT_EQ(stopped.records()[1]["verdict"], "stopped");
+}
+
+}  // namespace

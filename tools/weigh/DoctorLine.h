@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+#include "Doctor.h"
+#include "Models.h"
+
+namespace weigh {
+
+using ByteRow = std::vector<std::uint8_t>;
+
+/// What came in on a line, piece by piece.
+struct Heard {
+  /// Before anything was asked.
+  ByteRow unasked;
+  /// Behind each request.
+  std::vector<ByteRow> answers;
+  /// The host ended the connection, or the adapter went.
+  bool hungUp = false;
+  /// Characters that the hardware found wrong; 0 where it doesn't count them.
+  int framingErrors = 0;
+  int parityErrors = 0;
+
+  ByteRow all() const;
+};
+
+/// How long listening may take.
+std::chrono::milliseconds longestListening(const ProtocolSheet& sheet);
+
+/// Listens to the line of a model, then asks for a weight and listens again.
+Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Interrupt& interrupt);
+
+/// What is the matter with a line on which no poll of `model` was answered.
+Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection);
+
+}  // namespace weigh

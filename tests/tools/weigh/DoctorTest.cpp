@@ -221,15 +221,16 @@ const fixture::Bytes kTicket = fixture::text("TICKET 0042 GROSS 12.5 NET 11.0 OP
 class DoctorOfBabble : public testing::TestWithParam<Babble> {};
 INSTANTIATE_TEST_SUITE_P(
     Lines, DoctorOfBabble,
-    testing::Values(
-        Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed", "than 9600 baud"},
-        Babble{"DoubleSpeed", repeating(sentAt(19200, {}, kTicket)), "wrong-speed", ""},
-        Babble{"Parity",
-               repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even}, kTicket)),
-               "wrong-parity", "even parity, and model 13"},
-        Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
-        Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")), "echo",
-               "05"}),
+    testing::Values(Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed",
+                           "another speed than the line's (9600 baud)"},
+                    Babble{"DoubleSpeed", repeating(sentAt(19200, {}, kTicket)), "wrong-speed", ""},
+                    Babble{"Parity",
+                           repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even},
+                                            kTicket)),
+                           "wrong-parity", "even parity, and model 13"},
+                    Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
+                    Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")),
+                           "echo", "05"}),
     [](const auto& row) { return row.param.name; });
 
 TEST_P(DoctorOfBabble, JudgesBytesThatAreNoFrames) {

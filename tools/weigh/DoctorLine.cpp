@@ -118,6 +118,13 @@ std::string kinText(const recognise::Candidate& candidate) {
   return kin.empty() ? kin : fill(text::kOrKin, {kin});
 }
 
+/// Its number, and theirs behind it: "25 / 39".
+std::string numbersOf(const recognise::Candidate& candidate) {
+  std::string numbers = std::to_string(candidate.model->number);
+  for (const int number : candidate.kin) numbers += " / " + std::to_string(number);
+  return numbers;
+}
+
 /// The call that finds out which scale is on this line.
 std::string findCall(const Connection& connection) {
   return connection.network ? "weigh find --host " + connection.host + " --tcp-port " +
@@ -186,8 +193,7 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
   if (isOwn(heard, model)) return found(advice::kNotRead);
   if (isEcho(heard, model.sheet->request)) return found(advice::kEcho);
   if (const auto other = otherModel(heard)) {
-    return found(advice::kOtherModel,
-                 {other->model->pageText, std::to_string(other->model->number), kinText(*other)});
+    return found(advice::kOtherModel, {other->model->pageText, numbersOf(*other), kinText(*other)});
   }
   switch (recognise::judgeNoise(all)) {
     case recognise::Noise::WrongSpeed: return found(advice::kWrongSpeed);

@@ -214,7 +214,7 @@ inline constexpr Advice kParityErrors = {
      "Байты по {0} приходят с неверной чётностью; модель {1} требует {4}: {2}."},
     {"Set {4} in the scale's menu; if it has no such setting, it is another model.",
      "Задайте {4} в меню весов; если такой настройки нет, модель весов другая."}};
-// {6} number and name of the other model, {7} its number, {8} those that speak alike.
+// {6} number and name of the other model, {7} its number and those of its kin, {8} the kin.
 inline constexpr Advice kOtherModel = {
     "other-model",
     {"What comes in on {0} are frames of another model than {1}: {6}{8}.",

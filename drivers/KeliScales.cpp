@@ -57,27 +57,11 @@ constinit const ProtocolSheet Scales_KELI::kSheet = {
 //     STX   "D"|  weight: "0012.50"    not   ETX
 //              `- 2D negative
 namespace k9 {
-enum Offset : std::size_t {
-  kStx = 0,
-  kAddress = kStx + 1,
-  kCommand = kAddress + 1,
-  kSign = kCommand + 1,
-  kWeight = kSign + 1,
-  kCheck = kWeight + 7,
-  kEtx = kCheck + 2,
-  kSize = kEtx + 1,
-};
-static_assert(kSize == 14);
-
 namespace {
 
-bool isGood(Frame frame) {
-  return frame.size() == kSize && frame[kEtx] == 0x03 && frame[kCommand] == 'D';
-}
-
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = numberIn(frame.subspan(kWeight, kCheck - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight =
+      withSign(numberIn(IndicatorFrame::weightOf(frame)), IndicatorFrame::signOf(frame));
   reading.stable = 0;
   return endPoll();
 }
@@ -87,9 +71,9 @@ Outcome parse(Frame frame, Reading& reading) {
 
 constinit const ProtocolSheet ScalesK9Keli::kSheet = {
     .drainSize = kSmallDrain,
-    .request = {.first = {0x02, 'A', 'D', '0', '5', 0x03}},
-    .read = StartByteRead{.length = k9::kSize, .start = {0x02}},
-    .isGood = k9::isGood,
+    .request = {.first = IndicatorFrame::kAsk},
+    .read = StartByteRead{.length = IndicatorFrame::kSize, .start = {0x02}},
+    .isGood = IndicatorFrame::isGood,
     .parse = k9::parse,
 };
 

@@ -27,8 +27,7 @@ bool isGood(Frame frame) {
 }
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = numberIn(frame.subspan(kWeight, kUnit - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(numberIn(frame.subspan(kWeight, kUnit - kWeight)), frame[kSign]);
   reading.stable = frame[kStatus] == ' ' ? 1 : 0;
   return endPoll();
 }
@@ -69,8 +68,7 @@ Outcome parse(Frame frame, Reading& reading) {
     text.add(pointBehind ? static_cast<std::uint8_t>(byte - kTopBit) : byte);
     if (pointBehind) text.add('.');
   }
-  reading.weight = text.value();
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(text.value(), frame[kSign]);
   reading.stable = 1;
   return endPoll();
 }

@@ -115,14 +115,9 @@ bool isGood(Frame frame) {
   return frame.size() == kSize && frame[kLast] == '\n' && frame[kLineEnd] == '\r';
 }
 
-/// Whatever is no part of a number counts as a zero, but a minus throws away what is before it.
 Outcome parse(Frame frame, Reading& reading) {
-  NumberText text;
-  for (const std::uint8_t byte : frame.first(kUnit)) {
-    if (byte == '-') text.clear();
-    text.add(isDigit(byte) || byte == '.' || byte == '-' ? byte : '0');
-  }
-  reading.weight = static_cast<double>(cutTo64(text.value() * 1000.0));
+  const double shown = zeroFilledNumberIn(frame.first(kUnit), ".");
+  reading.weight = static_cast<double>(cutTo64(shown * 1000.0));
   reading.stable = 1;
   return endPoll();
 }

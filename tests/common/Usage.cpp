@@ -7,6 +7,8 @@
 #include <fstream>
 #include <iterator>
 
+namespace fixture {
+
 namespace {
 
 std::size_t entriesOf(const char* directory) {
@@ -23,10 +25,12 @@ std::size_t residentPages() {
 
 }  // namespace
 
+std::size_t openDescriptors() { return entriesOf("/proc/self/fd"); }
+
 Usage Usage::now() {
   constexpr std::size_t kBytesPerKib = 1024;
   const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  return {entriesOf("/proc/self/fd"), entriesOf("/proc/self/task"),
+  return {openDescriptors(), entriesOf("/proc/self/task"),
           residentPages() * pageSize / kBytesPerKib};
 }
 
@@ -35,3 +39,5 @@ std::chrono::nanoseconds threadTime() {
   ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
   return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
 }
+
+}  // namespace fixture

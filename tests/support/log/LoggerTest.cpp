@@ -1,28 +1,39 @@
 #include <cerrno>
 #include <chrono>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "CkLogger.h"
-#include "LogTesting.h"
-#include "TickCount.h"
+#include "ClsBase.h"
+#include "TempFolder.h"
+#include "XString.h"
 
 namespace {
 
-using fixture::htmlOf;
-using fixture::textOf;
-using fixture::xmlOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-TEST(LogTree, AFreshLogIsItsRoot) {
-  _ckLogger log;
-  EXPECT_EQ(textOf(log), "KestrumLog:\n--KestrumLog\n");
-  EXPECT_EQ(htmlOf(log), "KestrumLog:<blockquote>\r\n</blockquote>\r\n");
-  EXPECT_EQ(xmlOf(log), "<KestrumLog>\r\n</KestrumLog>\r\n");
+std::string textOf(LogBase& log) {
+  StringBuffer out;
+  log.getText(out);
+  return std::string(out.view());
+}
+
+std::string htmlOf(LogBase& log) {
+  StringBuffer out;
+  log.getHtml(out);
+  return std::string(out.view());
+}
+
+std::string xmlOf(LogBase& log) {
+  StringBuffer out;
+  log.getXml(out);
+  return std::string(out.view());
 }
 
 TEST(LogTree, EachKindOfEntryHasItsThreeRenderings) {
@@ -128,15 +139,6 @@ TEST(LogTree, TaggedDataOfOtherTypes) {
             "--KestrumLog\n");
 }
 
-TEST(LogTree, ElapsedTimeIsLoggedUnlessTheCounterWrapped) {
-  _ckLogger log;
-  log.LogElapsedMs("sane", ckTickCount());
-  log.LogElapsedMs("future", ckTickCount() + 60'000);
-  EXPECT_THAT(textOf(log), HasSubstr("sane: Elapsed time: "));
-  EXPECT_THAT(textOf(log), HasSubstr(" millisec\n"));
-  EXPECT_THAT(textOf(log), Not(HasSubstr("future")));
-}
-
 TEST(LogTree, AnEmptyContextVanishesUnlessItStandsUnderTheRoot) {
   _ckLogger log;
   { const LogContextExitor top(log, "top"); }
@@ -177,15 +179,6 @@ TEST(LogTree, VerboseContextsShowTheirTime) {
   log.LeaveContext();
   EXPECT_THAT(textOf(log), testing::ContainsRegex("  slow\\([1-9][0-9]*ms\\):\n"));
   EXPECT_THAT(htmlOf(log), testing::ContainsRegex("slow\\([1-9][0-9]*ms\\):<blockquote>"));
-}
-
-TEST(LogTree, AContextOpenedBeforeTimesWereAskedForHasNone) {
-  _ckLogger log;
-  log.EnterContext("early", true);
-  log.m_verbose = true;
-  log.LeaveContext();
-  EXPECT_THAT(textOf(log), HasSubstr("  early:\n"));
-  EXPECT_THAT(xmlOf(log), HasSubstr("<early>"));
 }
 
 TEST(LogTree, AFullContextDropsWhatComes) {
@@ -238,13 +231,109 @@ TEST(LogTree, ThePushBeyondTheStackIsIgnored) {
   EXPECT_FALSE(log.m_verbose);
 }
 
-TEST(LogTree, ANullLogTakesEverythingAndKeepsNothing) {
-  LogNull log;
-  EXPECT_TRUE(log.LogError("e"));
-  EXPECT_TRUE(log.LogData("t", "v"));
-  EXPECT_TRUE(log.EnterContext("c", true));
-  EXPECT_TRUE(log.LeaveContext());
-  EXPECT_EQ(textOf(log), "");
+class DebugFile : public testing::Test {
+ protected:
+  DebugFile() {
+    XString name;
+    name.setFromUtf8(path.c_str());
+    log.put_DebugLogFilePath(name);
+  }
+
+  fixture::TempFolder folder;
+  const std::string path = folder.file("debug.log");
+  _ckLogger log;
+};
+
+TEST_F(DebugFile, FollowsTheLogLineByLine) {
+  log.EnterContext("Connect", true);
+  log.LogInfo("trying");
+  log.LogData("the host", "scale");
+  log.EnterContext("inner", true);
+  log.LogError("refused");
+  log.DbgLogInfo("only here");
+  log.DbgLogData("tag", "value");
+  log.DbgLogInt("n", 5);
+  log.LeaveContext();
+  log.LeaveContext();
+  EXPECT_EQ(folder.read("debug.log"),
+            "Connect:\n"
+            "    trying\n"
+            "    the_host: scale\r\n"
+            "    inner:\n"
+            "        refused\n"
+            "only here\n"
+            "tag: value\n"
+            "n: 5\n"
+            "        (leaveContext)\n"
+            "    (leaveContext)\n");
+}
+
+TEST_F(DebugFile, StartsAtTheMarginAfterAClear) {
+  log.EnterContext("a", true);
+  log.EnterContext("b", true);
+  log.ClearLog();
+  log.LeaveContext();  // a surplus one doesn't go below the margin
+  log.LogInfo("line");
+  EXPECT_EQ(folder.read("debug.log"), "a:\n    b:\n(leaveContext)\nline\n");
+}
+
+TEST_F(DebugFile, EndsWithAnEmptyPathAndIgnoresABadOne) {
+  XString name;
+  log.get_DebugLogFilePath(name);
+  EXPECT_EQ(name.getUtf8(), path);
+  log.LogInfo("one");
+  name.setFromUtf8((folder.file("no/such/folder/debug.log")).c_str());
+  log.put_DebugLogFilePath(name);
+  EXPECT_TRUE(log.LogInfo("two"));
+  name.clear();
+  log.put_DebugLogFilePath(name);
+  EXPECT_TRUE(log.LogInfo("three"));
+  log.get_DebugLogFilePath(name);
+  EXPECT_TRUE(name.isEmpty());
+  EXPECT_EQ(folder.read("debug.log"), "one\n");
+}
+
+class ClsWorker : public ClsBase {
+ public:
+  void work() {
+    const CritSecExitor lock(this);
+    const LogContextExitor context(*this, "Work");
+    m_log.LogDataLong("n", 1);
+  }
+};
+
+template <typename Work>
+void inTwoThreads(Work work) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 2; ++i) threads.emplace_back(work);
+  for (std::thread& thread : threads) thread.join();
+}
+
+TEST(LogThreads, TwoMayWriteAndReadOneLog) {
+  _ckLogger log;
+  inTwoThreads([&] {
+    for (int i = 0; i < 500; ++i) {
+      log.EnterContext("c", true);
+      log.LogInfo("line");
+      log.LogDataLong("i", i);
+      log.LeaveContext();
+      if (i % 100 == 0) textOf(log);
+      if (i % 130 == 0) log.m_verbose = !log.m_verbose;
+    }
+  });
+  EXPECT_THAT(textOf(log), EndsWith("--KestrumLog\n"));
+}
+
+TEST(LogThreads, CallsOfOneObjectDontMix) {
+  ClsWorker worker;
+  inTwoThreads([&] {
+    for (int i = 0; i < 300; ++i) {
+      worker.work();
+      XString text;
+      worker.get_LastErrorText(text);
+      ASSERT_THAT(text.getUtf8(), EndsWith("    n: 1\n  --Work\n--KestrumLog\n"));
+    }
+  });
 }
 
 }  // namespace

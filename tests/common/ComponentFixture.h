@@ -1,40 +1,18 @@
 #pragma once
 
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "HostObject.h"
+#include "Library.h"
 #include "MemoryManager.h"
-#include "Platform.h"
+#include "PlatformObject.h"
 #include "Variant.h"
 
 namespace fixture {
 
-/// The component's library, loaded as the platform does it. Throws `std::runtime_error` with the
-/// loader's message if that fails.
-class Library {
- public:
-  /// Path of the library of this build.
-  static const char* builtPath();
-
-  explicit Library(const std::string& path = builtPath());
-  ~Library();
-  Library(const Library&) = delete;
-  Library& operator=(const Library&) = delete;
-
-  GetClassObjectFn getClassObject;
-  DestroyObjectFn destroyObject;
-  GetClassNamesFn getClassNames;
-  SetPlatformCapabilitiesFn setPlatformCapabilities;
-
- private:
-  template <typename Function>
-  Function find(const char* name) const;
-
-  void* handle_;
-};
+/// Path of the component of this build.
+const char* builtComponent();
 
 /// One call of a method, with everything that it left.
 struct Call {
@@ -53,14 +31,13 @@ struct Call {
 /// A component object in the hands of a host: loaded, created, initialised; ended with this.
 class Component {
  public:
-  explicit Component(const std::string& path = Library::builtPath());
+  explicit Component(const std::string& path = builtComponent());
   ~Component();
   Component(const Component&) = delete;
   Component& operator=(const Component&) = delete;
 
   IComponentBase* operator->() const { return object_; }
   IComponentBase* get() const { return object_; }
-  Library& library() { return library_; }
 
   /// Calls a method by its English or Russian name.
   std::unique_ptr<Call> call(std::u16string_view method, std::vector<Value> values = {});
@@ -73,10 +50,10 @@ class Component {
   unsigned lastError(std::u16string* text = nullptr);
 
   MemoryManager memory;
-  HostObject host;
+  host::PlatformObject host;
 
  private:
-  Library library_;
+  host::Library library_;
   IComponentBase* object_ = nullptr;
 };
 

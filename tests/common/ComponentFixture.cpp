@@ -1,30 +1,11 @@
-#include "Component.h"
-
-#include <dlfcn.h>
+#include "ComponentFixture.h"
 
 #include <stdexcept>
 #include <utility>
 
 namespace fixture {
 
-const char* Library::builtPath() { return ORBELO_COMPONENT; }
-
-Library::Library(const std::string& path) : handle_(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-  if (handle_ == nullptr) throw std::runtime_error(::dlerror());
-  getClassObject = find<GetClassObjectFn>("GetClassObject");
-  destroyObject = find<DestroyObjectFn>("DestroyObject");
-  getClassNames = find<GetClassNamesFn>("GetClassNames");
-  setPlatformCapabilities = find<SetPlatformCapabilitiesFn>("SetPlatformCapabilities");
-}
-
-Library::~Library() { ::dlclose(handle_); }
-
-template <typename Function>
-Function Library::find(const char* name) const {
-  void* symbol = ::dlsym(handle_, name);
-  if (symbol == nullptr) throw std::runtime_error(::dlerror());
-  return reinterpret_cast<Function>(symbol);
-}
+const char* builtComponent() { return ORBELO_COMPONENT; }
 
 Component::Component(const std::string& path) : library_(path) {
   if (library_.getClassObject(units(u"CAddInNative").data(), &object_) == 0) {

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstddef>
 
+namespace fixture {
+
 /// What this process uses at a moment.
 struct Usage {
   std::size_t descriptors = 0;
@@ -12,5 +14,10 @@ struct Usage {
   static Usage now();
 };
 
+/// Open descriptors of this process. A directory lists itself while it is read, each time.
+std::size_t openDescriptors();
+
 /// Processor time of the calling thread.
 std::chrono::nanoseconds threadTime();
+
+}  // namespace fixture

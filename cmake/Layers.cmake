@@ -32,3 +32,14 @@ function(orbelo_layer name)
     target_link_libraries(orbelo_${name} PUBLIC orbelo::${below})
   endforeach()
 endfunction()
+
+# orbelo_calls_unknown_objects(<target>)
+# The target calls objects whose type no sanitizer can tell: what the platform has made, and
+# handles that have ended, which must answer all the same.
+function(orbelo_calls_unknown_objects target)
+  target_link_libraries(${target} PRIVATE orbelo_unknown_objects)
+endfunction()
+add_library(orbelo_unknown_objects INTERFACE)
+# Behind -fsanitize, which would switch it on again.
+target_link_libraries(orbelo_unknown_objects INTERFACE orbelo_flags)
+target_compile_options(orbelo_unknown_objects INTERFACE -fno-sanitize=vptr)

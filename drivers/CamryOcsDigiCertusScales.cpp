@@ -12,22 +12,13 @@
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16
 //     weight: 0.125     price: 125.00  cost: 15.62
 namespace camry {
-enum Offset : std::size_t {
-  kWeight = 0,
-  kPrice = kWeight + 6,
-  kCost = kPrice + 5,
-  kSize = kCost + 6,
-};
-static_assert(kSize == 17);
-
 namespace {
 
-bool isGood(Frame frame) { return frame.size() == kSize; }
+using Digits = DigitFrame<5, backwardsNumberIn>;
+static_assert(Digits::kSize == 17);
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = backwardsNumberIn(frame.subspan(kWeight, kPrice - kWeight)) * 0.001;
-  reading.price = backwardsNumberIn(frame.subspan(kPrice, kCost - kPrice)) * 0.01;
-  reading.cost = backwardsNumberIn(frame.subspan(kCost, kSize - kCost)) * 0.01;
+  Digits::read(frame, 0.001, 0.01, reading);
   return endPoll();
 }
 
@@ -39,9 +30,9 @@ constinit const ProtocolSheet CScalesCamry::kSheet = {
     .atEntry = AtEntry::Stable,
     .drainSize = kSmallDrain,
     .request = {.first = {0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00, 0x00}},
-    .read = LengthRead{.length = camry::kSize},
+    .read = LengthRead{.length = camry::Digits::kSize},
     .budget_ms = 300,
-    .isGood = camry::isGood,
+    .isGood = camry::Digits::isGood,
     .parse = camry::parse,
     .moneyUnit = MoneyUnit::Whole,
 };
@@ -103,7 +94,6 @@ constinit const ProtocolSheet CScalesOCSrc::kSheet = {
     .read = HuntingRead{.length = ocs::kSize, .start = {0x7F}},
     .isGood = ocs::isGood,
     .parse = ocs::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // Scales_DIGI788: records that end in CR, the whole in LF.
@@ -157,7 +147,6 @@ constinit const ProtocolSheet Scales_DIGI788::kSheet = {
     .attempts = 2,
     .isGood = digi::isGood,
     .parse = digi::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesCertusCBA: the scale transmits lines by itself; the CR in front is the end of the line
@@ -189,8 +178,8 @@ bool isGood(Frame frame) {
 }
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = unsignedNumberIn(frame.subspan(kWeight, kUnit - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight =
+      withSign(unsignedNumberIn(frame.subspan(kWeight, kUnit - kWeight)), frame[kSign]);
   reading.stable = frame[kStatus] == 'S' ? 1 : 0;
   return endPoll();
 }
@@ -203,5 +192,4 @@ constinit const ProtocolSheet ScalesCertusCBA::kSheet = {
     .oneBudgetForAll = true,
     .isGood = certus::isGood,
     .parse = certus::parse,
-    .weightUnit = WeightUnit::AsShown,
 };

@@ -25,9 +25,6 @@ static_assert(kSize == 16);
 
 namespace {
 
-constexpr Request kAsk = {.first = {0x05}, .pause_ms = 150, .second = {0x11}};
-constexpr StartByteRead kRead = {.length = kSize, .start = {0x06}};
-
 bool isGood(Frame frame) {
   return frame.size() == kSize && frame[kEot] == 0x04 && frame[kEtx] == 0x03 &&
          frame[kSoh] == 0x01 && frame[kStx] == 0x02;
@@ -66,26 +63,21 @@ Outcome parseSdl07(Frame frame, Reading& reading) {
   return read(frame, weightText(frame, '0'), kOverload, reading);
 }
 
+constexpr ProtocolSheet sheetWith(Outcome (*parse)(Frame frame, Reading& reading)) {
+  return {
+      .drainSize = kSmallDrain,
+      .request = {.first = {0x05}, .pause_ms = 150, .second = {0x11}},
+      .read = StartByteRead{.length = kSize, .start = {0x06}},
+      .isGood = isGood,
+      .parse = parse,
+  };
+}
+
 }  // namespace
 }  // namespace text
 
-constinit const ProtocolSheet ScalesCAS::kSheet = {
-    .drainSize = kSmallDrain,
-    .request = text::kAsk,
-    .read = text::kRead,
-    .isGood = text::isGood,
-    .parse = text::parseCas,
-    .weightUnit = WeightUnit::AsShown,
-};
-
-constinit const ProtocolSheet ScalesBTHE_SDL_07::kSheet = {
-    .drainSize = kSmallDrain,
-    .request = text::kAsk,
-    .read = text::kRead,
-    .isGood = text::isGood,
-    .parse = text::parseSdl07,
-    .weightUnit = WeightUnit::AsShown,
-};
+constinit const ProtocolSheet ScalesCAS::kSheet = text::sheetWith(text::parseCas);
+constinit const ProtocolSheet ScalesBTHE_SDL_07::kSheet = text::sheetWith(text::parseSdl07);
 
 // ScalesCASLP16: binary fields, low byte first.
 //
@@ -149,33 +141,21 @@ constinit const ProtocolSheet ScalesCASLP16::kSheet = {
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16 17
 //     weight: 1.250     price: 25.00      cost: 31.25
 namespace uns02 {
-enum Offset : std::size_t {
-  kWeight = 0,
-  kPrice = kWeight + 6,
-  kCost = kPrice + 6,
-  kSize = kCost + 6,
-};
-static_assert(kSize == 18);
-
 namespace {
 
-bool isGood(Frame frame) { return frame.size() == kSize; }
+using Digits = DigitFrame<6, backwardsBinaryNumberIn>;
+static_assert(Digits::kSize == 18);
 
 /// The scale is asked three times whatever it answers, and the last whole frame stands. `stable`
 /// is 1 until a frame has come.
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = backwardsBinaryNumberIn(frame.subspan(kWeight, kPrice - kWeight)) * 0.001;
-  reading.price = backwardsBinaryNumberIn(frame.subspan(kPrice, kCost - kPrice)) * 0.01;
-  reading.cost = backwardsBinaryNumberIn(frame.subspan(kCost, kSize - kCost)) * 0.01;
+  Digits::read(frame, 0.001, 0.01, reading);
   reading.stable = 0;
   return askAgain(kSuccess);
 }
 
 std::optional<Command> price(long price) {
-  Command command = {.bytes = {0x2A, 0x02}};
-  command.bytes.add(priceDigits(price).view());
-  command.bytes.add(0x00);
-  return command;
+  return Command{.bytes = priceFrame({0x2A, 0x02}, price)};
 }
 
 }  // namespace
@@ -184,9 +164,9 @@ std::optional<Command> price(long price) {
 constinit const ProtocolSheet ScalesBTHE_UNS_2::kSheet = {
     .atEntry = AtEntry::Stable,
     .request = {.first = {0x2A, 0x03}},
-    .read = LengthRead{.length = uns02::kSize},
+    .read = LengthRead{.length = uns02::Digits::kSize},
     .budget_ms = 300,
-    .isGood = uns02::isGood,
+    .isGood = uns02::Digits::isGood,
     .parse = uns02::parse,
     .tare = Command{.bytes = {0x2A, 0x01}, .pause_ms = 150},
     .price = uns02::price,

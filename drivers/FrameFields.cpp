@@ -48,6 +48,19 @@ std::uint32_t bigEndian32(Frame field) {
   return value;
 }
 
+double withSign(double number, std::uint8_t sign) { return sign == '-' ? -number : number; }
+
+double zeroFilledNumberIn(Frame field, std::string_view kept) {
+  NumberText text;
+  for (const std::uint8_t byte : field) {
+    const bool minus = byte == '-';
+    if (minus) text.clear();
+    const bool stays = minus || isDigit(byte) || kept.find(static_cast<char>(byte)) != kept.npos;
+    text.add(stays ? byte : '0');
+  }
+  return text.value();
+}
+
 double unsignedNumberIn(Frame field) {
   NumberText text;
   for (const std::uint8_t byte : field) {
@@ -69,12 +82,12 @@ void NumberText::add(std::uint8_t character) {
   if (size_ < text_.size()) text_[size_++] = static_cast<char>(character);
 }
 
-Bytes priceDigits(long price, std::uint8_t base) {
-  Bytes digits;
+Bytes priceFrame(Bytes head, long price, std::uint8_t zero) {
   auto rest = static_cast<unsigned long>(price);
   for (int i = 0; i < kPriceDigits; ++i) {
-    digits.add(static_cast<std::uint8_t>(rest % 10 + base));
+    head.add(static_cast<std::uint8_t>(rest % 10 + zero));
     rest /= 10;
   }
-  return digits;
+  head.add(zero);
+  return head;
 }

@@ -84,7 +84,7 @@ class Reader {
 }  // namespace
 
 void drain(COrbComLanPort& port, std::size_t readSize) {
-  const auto scratch = std::make_unique<unsigned char[]>(readSize);
+  const auto scratch = std::make_unique_for_overwrite<unsigned char[]>(readSize);
   // By the clock and not by a number of reads: a network connection that was flooded holds
   // megabytes, and a read that leaves them there finds garbage for many polls.
   using Clock = std::chrono::steady_clock;

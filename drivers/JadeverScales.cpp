@@ -35,8 +35,7 @@ bool isGood(Frame frame) {
 }
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = unsignedNumberIn(frame.subspan(kWeight, kCr - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(unsignedNumberIn(frame.subspan(kWeight, kCr - kWeight)), frame[kSign]);
   reading.stable = frame[kStatus] == 'S' ? 1 : 0;
   return endPoll();
 }
@@ -58,22 +57,13 @@ constinit const ProtocolSheet ScalesJADEVER_SNUGII::kSheet = {
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16
 //     weight: 1.234     price: 12.50   cost: 15.42
 namespace jpl {
-enum Offset : std::size_t {
-  kWeight = 0,
-  kPrice = kWeight + 6,
-  kCost = kPrice + 5,
-  kSize = kCost + 6,
-};
-static_assert(kSize == 17);
-
 namespace {
 
-bool isGood(Frame frame) { return frame.size() == kSize; }
+using Digits = DigitFrame<5, backwardsNumberIn>;
+static_assert(Digits::kSize == 17);
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = backwardsNumberIn(frame.subspan(kWeight, kPrice - kWeight)) * 0.001;
-  reading.price = backwardsNumberIn(frame.subspan(kPrice, kCost - kPrice)) * 0.01;
-  reading.cost = backwardsNumberIn(frame.subspan(kCost, kSize - kCost)) * 0.01;
+  Digits::read(frame, 0.001, 0.01, reading);
   reading.stable = 1;
   return endPoll();
 }
@@ -81,13 +71,10 @@ Outcome parse(Frame frame, Reading& reading) {
 /// Goes out twice: a scale that misses the first still gets the price, and one that gets both sees
 /// the same price twice.
 std::optional<Command> price(long price) {
-  Command command = {.bytes = {0x00, 0x00, 0x02},
-                     .pause_ms = 200,
-                     .times = 2,
-                     .afterwards = Command::Afterwards::ReadOnce};
-  command.bytes.add(priceDigits(price).view());
-  command.bytes.add(0x00);
-  return command;
+  return Command{.bytes = priceFrame({0x00, 0x00, 0x02}, price),
+                 .pause_ms = 200,
+                 .times = 2,
+                 .afterwards = Command::Afterwards::ReadOnce};
 }
 
 }  // namespace
@@ -97,9 +84,9 @@ constinit const ProtocolSheet ScalesJADEVER_JPL_N::kSheet = {
     .atEntry = AtEntry::Stable,
     .request = {.first = {0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00, 0x00}},
     // With the bound above the frame a good poll, too, lasts its whole budget.
-    .read = LengthRead{.length = jpl::kSize, .excessBound = 1},
+    .read = LengthRead{.length = jpl::Digits::kSize, .excessBound = 1},
     .budget_ms = 300,
-    .isGood = jpl::isGood,
+    .isGood = jpl::Digits::isGood,
     .parse = jpl::parse,
     .tare = Command{.bytes = {0x00, 0x00, 0x01}, .pause_ms = 150},
     .price = jpl::price,

@@ -47,7 +47,6 @@ constinit const ProtocolSheet Scales_KELI::kSheet = {
     .isGood = keli::isGood,
     .parse = keli::parse,
     .zero = Command{.bytes = {0x02, 'E', 0x03}},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesK9Keli: a frame between STX and ETX.
@@ -58,27 +57,11 @@ constinit const ProtocolSheet Scales_KELI::kSheet = {
 //     STX   "D"|  weight: "0012.50"    not   ETX
 //              `- 2D negative
 namespace k9 {
-enum Offset : std::size_t {
-  kStx = 0,
-  kAddress = kStx + 1,
-  kCommand = kAddress + 1,
-  kSign = kCommand + 1,
-  kWeight = kSign + 1,
-  kCheck = kWeight + 7,
-  kEtx = kCheck + 2,
-  kSize = kEtx + 1,
-};
-static_assert(kSize == 14);
-
 namespace {
 
-bool isGood(Frame frame) {
-  return frame.size() == kSize && frame[kEtx] == 0x03 && frame[kCommand] == 'D';
-}
-
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = numberIn(frame.subspan(kWeight, kCheck - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight =
+      withSign(numberIn(IndicatorFrame::weightOf(frame)), IndicatorFrame::signOf(frame));
   reading.stable = 0;
   return endPoll();
 }
@@ -88,11 +71,10 @@ Outcome parse(Frame frame, Reading& reading) {
 
 constinit const ProtocolSheet ScalesK9Keli::kSheet = {
     .drainSize = kSmallDrain,
-    .request = {.first = {0x02, 'A', 'D', '0', '5', 0x03}},
-    .read = StartByteRead{.length = k9::kSize, .start = {0x02}},
-    .isGood = k9::isGood,
+    .request = {.first = IndicatorFrame::kAsk},
+    .read = StartByteRead{.length = IndicatorFrame::kSize, .start = {0x02}},
+    .isGood = IndicatorFrame::isGood,
     .parse = k9::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesD12Keli: Modbus RTU to station 01; the registers hold characters.
@@ -144,7 +126,6 @@ constinit const ProtocolSheet ScalesD12Keli::kSheet = {
     .parse = d12::parse,
     .tare = d12::kZero,
     .zero = d12::kZero,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesT7E: the scale transmits by itself, its text written backwards.
@@ -177,5 +158,4 @@ constinit const ProtocolSheet ScalesT7E::kSheet = {
     .oneBudgetForAll = true,
     .isGood = t7e::isGood,
     .parse = t7e::parse,
-    .weightUnit = WeightUnit::AsShown,
 };

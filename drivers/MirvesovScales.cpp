@@ -10,24 +10,9 @@
 //     STX   "D" |  weight: "001250"  |  not  ETX
 //               `- 2D negative       `- decimal code
 namespace a9 {
-enum Offset : std::size_t {
-  kStx = 0,
-  kAddress = kStx + 1,
-  kCommand = kAddress + 1,
-  kSign = kCommand + 1,
-  kWeight = kSign + 1,
-  kDecimalCode = kWeight + 6,
-  kCheck = kDecimalCode + 1,
-  kEtx = kCheck + 2,
-  kSize = kEtx + 1,
-};
-static_assert(kSize == 14);
-
 namespace {
 
-bool isGood(Frame frame) {
-  return frame.size() == kSize && frame[kEtx] == 0x03 && frame[kCommand] == 'D';
-}
+constexpr std::size_t kDigits = 6;
 
 double gramsPerUnit(std::uint8_t decimalCode) {
   switch (decimalCode) {
@@ -40,13 +25,15 @@ double gramsPerUnit(std::uint8_t decimalCode) {
 
 /// The first byte that is no digit ends the number, so a blank in front leaves none.
 Outcome parse(Frame frame, Reading& reading) {
+  const Frame field = IndicatorFrame::weightOf(frame);
   NumberText text;
-  for (const std::uint8_t byte : frame.subspan(kWeight, kDecimalCode - kWeight)) {
+  for (const std::uint8_t byte : field.first(kDigits)) {
     if (!isDigit(byte)) break;
     text.add(byte);
   }
-  reading.weight = static_cast<double>(cutTo64(text.value() * gramsPerUnit(frame[kDecimalCode])));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  const std::uint8_t decimalCode = field[kDigits];
+  const std::int64_t grams = cutTo64(text.value() * gramsPerUnit(decimalCode));
+  reading.weight = withSign(static_cast<double>(grams), IndicatorFrame::signOf(frame));
   reading.stable = 0;
   return endPoll();
 }
@@ -57,8 +44,8 @@ Outcome parse(Frame frame, Reading& reading) {
 constinit const ProtocolSheet ScalesA9::kSheet = {
     .drainSize = kSmallDrain,
     .request = {.first = {0x02, 0x40, 0x44, 0x00, 0x04, 0x03}},
-    .read = StartByteRead{.length = a9::kSize, .start = {0x02}},
-    .isGood = a9::isGood,
+    .read = StartByteRead{.length = IndicatorFrame::kSize, .start = {0x02}},
+    .isGood = IndicatorFrame::isGood,
     .parse = a9::parse,
     .weightUnit = WeightUnit::Gram,
 };
@@ -90,8 +77,7 @@ bool isGood(Frame frame) {
 }
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = numberIn(frame.subspan(kWeight, kDecimalCode - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(numberIn(frame.subspan(kWeight, kDecimalCode - kWeight)), frame[kSign]);
   reading.weight = withDecimals(reading.weight, frame[kDecimalCode] - '0', kMostDecimals);
   reading.stable = 0;
   return endPoll();
@@ -223,40 +209,22 @@ constinit const ProtocolSheet ScalesA12EH::kSheet = {
 //     STX   "D"|  weight: "0001250"    not   ETX
 //              `- 2D negative
 namespace ds2 {
-enum Offset : std::size_t {
-  kStx = 0,
-  kAddress = kStx + 1,
-  kCommand = kAddress + 1,
-  kSign = kCommand + 1,
-  kWeight = kSign + 1,
-  kCheck = kWeight + 7,
-  kEtx = kCheck + 2,
-  kSize = kEtx + 1,
-};
-static_assert(kSize == 14);
-
 namespace {
 
 /// With fewer digits the display is blank.
 constexpr std::size_t kFewestDigits = 2;
 
-bool isGood(Frame frame) {
-  return frame.size() == kSize && frame[kEtx] == 0x03 && frame[kCommand] == 'D';
-}
-
 /// A decimal point is stepped over, so the digits on both sides of it run together.
 Outcome parse(Frame frame, Reading& reading) {
   NumberText text;
-  for (const std::uint8_t byte : frame.subspan(kWeight, kCheck - kWeight)) {
+  for (const std::uint8_t byte : IndicatorFrame::weightOf(frame)) {
     if (byte == '.') continue;
     if (!isDigit(byte)) break;
     text.add(byte);
   }
-  reading.weight = 0.0;
-  if (text.size() >= kFewestDigits) {
-    reading.weight = static_cast<double>(cutTo64(text.value() * 1000.0));
-  }
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  const double shown = text.size() < kFewestDigits ? 0.0 : text.value();
+  const std::int64_t grams = cutTo64(shown * 1000.0);
+  reading.weight = withSign(static_cast<double>(grams), IndicatorFrame::signOf(frame));
   reading.stable = 0;
   return endPoll();
 }
@@ -265,9 +233,9 @@ Outcome parse(Frame frame, Reading& reading) {
 }  // namespace ds2
 
 constinit const ProtocolSheet ScalesDS2::kSheet = {
-    .request = {.first = {0x02, 'A', 'D', '0', '5', 0x03}},
-    .read = StartByteRead{.length = ds2::kSize, .start = {0x02}},
-    .isGood = ds2::isGood,
+    .request = {.first = IndicatorFrame::kAsk},
+    .read = StartByteRead{.length = IndicatorFrame::kSize, .start = {0x02}},
+    .isGood = IndicatorFrame::isGood,
     .parse = ds2::parse,
     .weightUnit = WeightUnit::Gram,
 };

@@ -11,34 +11,22 @@
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16 17
 //     weight: 1250      price: 2500       cost: 3125
 namespace vta5 {
-enum Offset : std::size_t {
-  kWeight = 0,
-  kPrice = kWeight + 6,
-  kCost = kPrice + 6,
-  kSize = kCost + 6,
-};
-static_assert(kSize == 18);
-
 namespace {
 
-bool isGood(Frame frame) { return frame.size() == kSize; }
+using Digits = DigitFrame<6, backwardsBinaryNumberIn>;
+static_assert(Digits::kSize == 18);
 
 /// Only a weight that equals the cost is held against the price: bytes that slipped by a field
 /// show themselves so. The numbers of a frame that fails are handed out all the same.
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = backwardsBinaryNumberIn(frame.subspan(kWeight, kPrice - kWeight));
-  reading.price = backwardsBinaryNumberIn(frame.subspan(kPrice, kCost - kPrice));
-  reading.cost = backwardsBinaryNumberIn(frame.subspan(kCost, kSize - kCost));
+  Digits::read(frame, 1.0, 1.0, reading);
   if (reading.weight != reading.cost) return endPoll();
   const double cost = (reading.weight / 1000.0) * (reading.price / 100.0) * 100.0;
   return cutTo32(cost) == reading.cost ? endPoll() : askAgain(kNoConnection);
 }
 
 std::optional<Command> price(long price) {
-  Command command = {.bytes = {0x00, 0x00, 0x02}};
-  command.bytes.add(priceDigits(price).view());
-  command.bytes.add(0x00);
-  return command;
+  return Command{.bytes = priceFrame({0x00, 0x00, 0x02}, price)};
 }
 
 }  // namespace
@@ -48,9 +36,9 @@ constinit const ProtocolSheet CScalesVTA5::kSheet = {
     .line = {.parity = COMPort::Even},
     .atEntry = AtEntry::Stable,
     .request = {.first = {0x00, 0x00, 0x03}},
-    .read = LengthRead{.length = vta5::kSize},
+    .read = LengthRead{.length = vta5::Digits::kSize},
     .budget_ms = 300,
-    .isGood = vta5::isGood,
+    .isGood = vta5::Digits::isGood,
     .parse = vta5::parse,
     .tare = Command{.bytes = {0x00, 0x00, 0x01}, .pause_ms = 150},
     .price = vta5::price,
@@ -74,8 +62,8 @@ constexpr std::uint8_t kNegative = 0x20;
 /// Grams in a unit of the last digit shown, by decimal code.
 constexpr std::array<double, 4> kGrams = {1000.0, 100.0, 10.0, 1.0};
 
-double grams(const NumberText& text, std::uint8_t status) {
-  return static_cast<double>(cutTo64(text.value() * kGrams.at(status & kDecimalCode)));
+double grams(double shown, std::uint8_t status) {
+  return static_cast<double>(cutTo64(shown * kGrams.at(status & kDecimalCode)));
 }
 
 }  // namespace
@@ -105,14 +93,9 @@ bool isGood(Frame frame) {
   return frame.size() == kSize && frame[kStart] == '<' && frame[kEnd] == '>';
 }
 
-/// Whatever is no digit counts as a zero, but a minus throws away the digits before it.
 Outcome parse(Frame frame, Reading& reading) {
-  NumberText text;
-  for (const std::uint8_t byte : frame.subspan(kWeight, kStatus - kWeight)) {
-    if (byte == '-') text.clear();
-    text.add(isDigit(byte) || byte == '-' ? byte : '0');
-  }
-  reading.weight = vn::grams(text, frame[kStatus]);
+  const double shown = zeroFilledNumberIn(frame.subspan(kWeight, kStatus - kWeight));
+  reading.weight = vn::grams(shown, frame[kStatus]);
   reading.stable = (frame[kStatus] & vn::kStable) != 0 ? 1 : 0;
   return endPoll();
 }
@@ -176,7 +159,7 @@ Outcome parse(Frame frame, Reading& reading) {
     }
   }
   const std::uint8_t status = frame[kStatus];
-  reading.weight = vn::grams(text, status) * ((status & vn::kNegative) != 0 ? -1 : 1);
+  reading.weight = vn::grams(text.value(), status) * ((status & vn::kNegative) != 0 ? -1 : 1);
   return endPoll();
 }
 

@@ -93,9 +93,10 @@ struct Command {
 
 /// What the numbers of a driver mean.
 enum class WeightUnit {
+  /// The number of the display with its decimal point; kilograms, as these scales are set up.
   Kilogram,
   Gram,
-  /// The number as the scale shows or counts it.
+  /// The digits of the display without its decimal point; where that stands, the scale doesn't say.
   AsShown,
 };
 enum class MoneyUnit {

@@ -27,8 +27,7 @@ bool isGood(Frame frame) {
 }
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = numberIn(frame.subspan(kWeight, kUnit - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(numberIn(frame.subspan(kWeight, kUnit - kWeight)), frame[kSign]);
   reading.stable = frame[kStatus] == ' ' ? 1 : 0;
   return endPoll();
 }
@@ -40,7 +39,6 @@ constinit const ProtocolSheet CScalesSMART::kSheet = {
     .read = HuntingRead{.length = smart::kSize, .start = {0x02}},
     .isGood = smart::isGood,
     .parse = smart::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // CScalesESITSMART2: the scale transmits by itself. The digit in front of the decimal point has
@@ -70,8 +68,7 @@ Outcome parse(Frame frame, Reading& reading) {
     text.add(pointBehind ? static_cast<std::uint8_t>(byte - kTopBit) : byte);
     if (pointBehind) text.add('.');
   }
-  reading.weight = text.value();
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(text.value(), frame[kSign]);
   reading.stable = 1;
   return endPoll();
 }
@@ -83,7 +80,6 @@ constinit const ProtocolSheet CScalesESITSMART2::kSheet = {
     .read = HuntingRead{.length = esitSmart2::kSize, .start = {'+', '-'}},
     .isGood = esitSmart2::isGood,
     .parse = esitSmart2::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesESIT_ECI_STATIC: a line of text.
@@ -117,7 +113,6 @@ constinit const ProtocolSheet ScalesESIT_ECI_STATIC::kSheet = {
     .isGood = esitEci::isGood,
     .parse = esitEci::parse,
     .tare = Command{.bytes = "T\r", .pause_ms = 150},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesVIS318L: the scale transmits lines by itself; the LF in front is the end of the line
@@ -159,7 +154,6 @@ constinit const ProtocolSheet ScalesVIS318L::kSheet = {
     .read = HuntingRead{.length = vis318::kSize, .start = {'\n'}},
     .isGood = vis318::isGood,
     .parse = vis318::parse,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesBST106: Modbus RTU to station 01.

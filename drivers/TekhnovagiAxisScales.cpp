@@ -91,7 +91,6 @@ constinit const ProtocolSheet ScalesTB1::kSheet = {
     .isGood = tb1::isGood,
     .parse = tb1::parse,
     .tare = Command{.bytes = "S01T\r\n", .pause_ms = 150},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesAxis_BTU: a line that begins with a blank or a minus.
@@ -116,14 +115,9 @@ bool isGood(Frame frame) {
   return frame.size() == kSize && frame[kLast] == '\n' && frame[kLineEnd] == '\r';
 }
 
-/// Whatever is no part of a number counts as a zero, but a minus throws away what is before it.
 Outcome parse(Frame frame, Reading& reading) {
-  NumberText text;
-  for (const std::uint8_t byte : frame.first(kUnit)) {
-    if (byte == '-') text.clear();
-    text.add(isDigit(byte) || byte == '.' || byte == '-' ? byte : '0');
-  }
-  reading.weight = static_cast<double>(cutTo64(text.value() * 1000.0));
+  const double shown = zeroFilledNumberIn(frame.first(kUnit), ".");
+  reading.weight = static_cast<double>(cutTo64(shown * 1000.0));
   reading.stable = 1;
   return endPoll();
 }

@@ -69,7 +69,6 @@ constinit const ProtocolSheet ScalesIQplus355::kSheet = {
     .parse = iqPlus::parse,
     .tare = Command{.bytes = "KTARE\r\n", .pause_ms = 150},
     .price = iqPlus::setup,
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // Scales_HBMWE2110: a text of no fixed form.
@@ -110,7 +109,6 @@ constinit const ProtocolSheet Scales_HBMWE2110::kSheet = {
     .isGood = we2110::isGood,
     .parse = we2110::parse,
     .tare = Command{.bytes = "S1;TAR;", .pause_ms = 150},
-    .weightUnit = WeightUnit::AsShown,
 };
 
 // ScalesICS_NT: bare digits as characters, units first, without start, end or checksum.
@@ -120,32 +118,20 @@ constinit const ProtocolSheet Scales_HBMWE2110::kSheet = {
 //     00 01 02 03 04 05 06 07 08 09 10 11 12 13 14 15 16 17
 //     weight: 0.125     price: 125        cost: 16
 namespace icsNt {
-enum Offset : std::size_t {
-  kWeight = 0,
-  kPrice = kWeight + 6,
-  kCost = kPrice + 6,
-  kSize = kCost + 6,
-};
-static_assert(kSize == 18);
-
 namespace {
 
-bool isGood(Frame frame) { return frame.size() == kSize; }
+using Digits = DigitFrame<6, backwardsNumberIn>;
+static_assert(Digits::kSize == 18);
 
 /// The terminal is asked three times whatever it answers, and the last whole frame stands.
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = backwardsNumberIn(frame.subspan(kWeight, kPrice - kWeight)) * 0.001;
-  reading.price = backwardsNumberIn(frame.subspan(kPrice, kCost - kPrice));
-  reading.cost = backwardsNumberIn(frame.subspan(kCost, kSize - kCost));
+  Digits::read(frame, 0.001, 1.0, reading);
   reading.stable = 1;
   return askAgain(kSuccess);
 }
 
 std::optional<Command> price(long price) {
-  Command command = {.bytes = {0x00, 0x00, 0x02}};
-  command.bytes.add(priceDigits(price, '0').view());
-  command.bytes.add('0');
-  return command;
+  return Command{.bytes = priceFrame({0x00, 0x00, 0x02}, price, '0')};
 }
 
 }  // namespace
@@ -155,9 +141,9 @@ constinit const ProtocolSheet ScalesICS_NT::kSheet = {
     .line = {.parity = COMPort::Even},
     .atEntry = AtEntry::Stable,
     .request = {.first = {0x00, 0x00, 0x03}},
-    .read = LengthRead{.length = icsNt::kSize},
+    .read = LengthRead{.length = icsNt::Digits::kSize},
     .budget_ms = 300,
-    .isGood = icsNt::isGood,
+    .isGood = icsNt::Digits::isGood,
     .parse = icsNt::parse,
     .tare = Command{.bytes = {0x00, 0x00, 0x01}, .pause_ms = 150},
     .price = icsNt::price,
@@ -196,8 +182,7 @@ bool isGood(Frame frame) {
 }
 
 Outcome parse(Frame frame, Reading& reading) {
-  reading.weight = numberIn(frame.subspan(kWeight, kUnit - kWeight));
-  if (frame[kSign] == '-') reading.weight = -reading.weight;
+  reading.weight = withSign(numberIn(frame.subspan(kWeight, kUnit - kWeight)), frame[kSign]);
   reading.stable = frame[kStatus] == '?' ? 0 : 1;
   return endPoll();
 }
@@ -212,5 +197,4 @@ constinit const ProtocolSheet CScalesWPT4Radwag::kSheet = {
     .isGood = wpt4::isGood,
     .parse = wpt4::parse,
     .tare = Command{.bytes = "I\r\n", .pause_ms = 600, .afterwards = Command::Afterwards::Drain},
-    .weightUnit = WeightUnit::AsShown,
 };

@@ -12,6 +12,8 @@ BUILD_PACKAGES=(g++ cmake ninja-build)
 TOOL_PACKAGES=(libcli11-dev nlohmann-json3-dev libarchive-dev)
 # What the tests are built with; zip and unzip make and open the bundle.
 TEST_PACKAGES=(libgtest-dev libgmock-dev libpugixml-dev zip unzip)
+# What a release is packed with.
+RELEASE_PACKAGES=(git zip unzip dpkg-dev)
 # The second compiler, for the preset of its name.
 CLANG_PACKAGES=(clang)
 

@@ -96,9 +96,10 @@ bool DataBuffer::expandBuffer(std::uint32_t n) {
 }
 
 bool DataBuffer::contains(const void* p) const {
+  if (m_data == nullptr) return false;
   const void* const begin = m_data;
   const void* const end = m_data + m_capacity;
-  return m_data != nullptr && !std::less<>{}(p, begin) && std::less<>{}(p, end);
+  return !std::less<>{}(p, begin) && std::less<>{}(p, end);
 }
 
 void DataBuffer::borrowData(void* p, std::uint32_t n) {

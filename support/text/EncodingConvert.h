@@ -82,6 +82,8 @@ class EncodingConvert {
                              LogBase& log);
 
   // One pass in place of a pivot, for texts in which nothing has to be marked.
+  template <std::size_t mostBytes, typename Store>
+  bool singleByteTo(UnicodeLookup table, Source source, DataBuffer& out, Store store);
   bool singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out);
   bool singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out);
   bool utf8ToTable(const HashConvert& table, Source source, DataBuffer& out, bool& ok);

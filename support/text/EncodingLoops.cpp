@@ -333,19 +333,23 @@ bool EncodingConvert::convertFromUnicodeHC2(const HashConvert& table, Source sou
 
 // One pass ---------------------------------------------------------------------------------------
 
-bool EncodingConvert::singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out) {
+/// `store` writes a code point in at most `mostBytes`.
+template <std::size_t mostBytes, typename Store>
+bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffer& out,
+                                   Store store) {
   ConversionOutput output(out);
   const unsigned char* p = source.p;
   const unsigned char* const end = p + source.n;
   while (p != end) {
     const std::size_t left = static_cast<std::size_t>(end - p);
     const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
-    unsigned char* to = output.reserve(static_cast<std::size_t>(stop - p) * 3, left * 3);
+    const std::size_t piece = static_cast<std::size_t>(stop - p);
+    unsigned char* to = output.reserve(piece * mostBytes, left * mostBytes);
     if (to == nullptr) return false;
     for (; p != stop; ++p) {
       const std::uint32_t unit = table[*p];
       if (unit != 0) {
-        to = storeUtf8Bmp(to, unit);
+        to = store(to, unit);
       } else if (*p != 0) {
         m_hadError = true;
       }
@@ -355,26 +359,14 @@ bool EncodingConvert::singleByteToUtf8(UnicodeLookup table, Source source, DataB
   return true;
 }
 
+bool EncodingConvert::singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out) {
+  const auto store = [](unsigned char* to, std::uint32_t unit) { return storeUtf8Bmp(to, unit); };
+  return singleByteTo<3>(table, source, out, store);
+}
+
 bool EncodingConvert::singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out) {
-  ConversionOutput output(out);
-  const unsigned char* p = source.p;
-  const unsigned char* const end = p + source.n;
-  while (p != end) {
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
-    unsigned char* to = output.reserve(static_cast<std::size_t>(stop - p) * 4, left * 4);
-    if (to == nullptr) return false;
-    for (; p != stop; ++p) {
-      const std::uint32_t unit = table[*p];
-      if (unit != 0) {
-        to = storeUtf32(to, unit);
-      } else if (*p != 0) {
-        m_hadError = true;
-      }
-    }
-    output.keep(to);
-  }
-  return true;
+  const auto store = [](unsigned char* to, std::uint32_t unit) { return storeUtf32(to, unit); };
+  return singleByteTo<4>(table, source, out, store);
 }
 
 /// False if the text holds what only a pivot can convert; then nothing was written.

@@ -1,11 +1,10 @@
 // Calls as no careful host makes them: too few parameters, of the wrong kind, null, and huge.
 
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 
 namespace {
 
@@ -85,6 +84,8 @@ TEST(Calls, TakeNullTextsAsEmptyOnes) {
     EXPECT_TRUE(component.call(u"GetWeight", {null, kNothing})->returned(false));
     EXPECT_EQ(component.lastError(), 8U);
     EXPECT_TRUE(component.call(u"Close", {null})->returned(true));
+    component->SetLocale(nullptr);
+    EXPECT_TRUE(component->RegisterExtensionAs(nullptr));
     // The file system's root is a folder.
     EXPECT_TRUE(component.call(u"SetPathDllFolder", {null})->returned(true));
   }

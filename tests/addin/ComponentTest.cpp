@@ -1,16 +1,14 @@
 // The exports and everything of the component object but its methods' work.
 
 #include <limits>
-#include <thread>
 
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 
 namespace {
 
 using fixture::Component;
-using fixture::Library;
 using fixture::units;
 using fixture::utf16;
 
@@ -24,7 +22,7 @@ std::u16string taken(Component& component, const WCHAR_T* text) {
 }
 
 TEST(Exports, MakeAndEndObjects) {
-  Library library;
+  const host::Library library(fixture::builtComponent());
   EXPECT_EQ(utf16(library.getClassNames()), u"CAddInNative");
   EXPECT_EQ(library.getClassNames(), library.getClassNames());
   for (const int capabilities : {-1, 0, 1, 99}) {
@@ -46,36 +44,6 @@ TEST(Exports, MakeAndEndObjects) {
   EXPECT_EQ(library.destroyObject(&second), 0);
   EXPECT_EQ(library.getClassObject(nullptr, nullptr), 0);
   EXPECT_EQ(library.destroyObject(nullptr), -1);
-}
-
-TEST(Component, WorksInEitherOrderOfItsSetUp) {
-  Component component;
-  EXPECT_FALSE(component->Init(nullptr));
-  EXPECT_FALSE(component->setMemManager(nullptr));
-  EXPECT_TRUE(component->Init(&component.host));
-  EXPECT_TRUE(component->setMemManager(&component.memory));
-  EXPECT_EQ(component->GetInfo(), 2002);
-  component->SetLocale(nullptr);
-  component->SetLocale(units(u"en_US").data());
-  component->Done();
-  EXPECT_EQ(component->GetInfo(), 2002);
-  EXPECT_EQ(component.host.otherCalls(), 0);
-}
-
-TEST(Component, RegistersUnderItsName) {
-  Component component;
-  WCHAR_T* name = nullptr;
-  EXPECT_TRUE(component->RegisterExtensionAs(&name));
-  EXPECT_EQ(taken(component, name), u"OrbeloScalesDriver");
-  component.memory.failAlways();
-  name = nullptr;
-  EXPECT_TRUE(component->RegisterExtensionAs(&name));
-  EXPECT_EQ(name, nullptr);
-  component.memory.recover();
-  EXPECT_TRUE(component->RegisterExtensionAs(nullptr));
-  component->setMemManager(nullptr);
-  EXPECT_FALSE(component->RegisterExtensionAs(&name));
-  EXPECT_EQ(component.memory.live(), 0U);
 }
 
 TEST(Component, HasOneEmptyProperty) {
@@ -191,16 +159,6 @@ TEST(Component, KeepsNothingInCommonWithAnother) {
   }
   first.call(u"GetWeight", {id, fixture::kNothing});
   EXPECT_NE(first.lastError(), 8U);
-}
-
-TEST(Component, IsAtHomeOnAnyThread) {
-  Component component;
-  component.set(u"model", 20);
-  std::u16string id;
-  std::thread([&] { id = component.open(); }).join();
-  std::thread([&] {
-    EXPECT_TRUE(component.call(u"Calibrate", {id, fixture::kNothing})->returned(true));
-  }).join();
 }
 
 }  // namespace

@@ -3,13 +3,12 @@
 // In turn the component must call the platform's objects by the right slots.
 
 #include <array>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 
 namespace {
 
@@ -47,7 +46,7 @@ bool allocate(void*, void** memory, unsigned long bytes) {
 }
 
 TEST(Slots, AreWhereThePlatformCallsThem) {
-  fixture::Library library;
+  const host::Library library(fixture::builtComponent());
   IComponentBase* typed = nullptr;
   const long address = library.getClassObject(nullptr, &typed);
   void* object = nullptr;

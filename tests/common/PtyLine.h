@@ -6,8 +6,8 @@
 #include <string>
 #include <thread>
 
-#include "Bytes.h"
 #include "Descriptor.h"
+#include "HexBytes.h"
 #include "TempFolder.h"
 #include "Wire.h"
 
@@ -39,8 +39,6 @@ class PtyLine {
   termios settings() const;
   void apply(const termios& settings);
 
-  /// Lets go of the driver's end, so that the scale's end sees the driver close.
-  void releaseDriverEnd() { driverEnd_.reset(); }
   /// The adapter is pulled out: the line hangs up and its path is gone.
   void unplug();
   /// And put in again: a new line under the same path.

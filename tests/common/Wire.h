@@ -5,8 +5,8 @@
 #include <mutex>
 #include <span>
 
-#include "Bytes.h"
 #include "Descriptor.h"
+#include "HexBytes.h"
 
 namespace fixture {
 

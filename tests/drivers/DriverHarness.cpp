@@ -5,7 +5,6 @@
 #include <stdexcept>
 #include <thread>
 
-#include "FrameText.h"
 #include "Models.h"
 #include "Sleep.h"
 
@@ -15,7 +14,7 @@ std::atomic<int> slept_ms = 0;
 
 std::vector<fixture::Bytes> framesOf(std::initializer_list<const char*> texts) {
   std::vector<fixture::Bytes> frames;
-  for (const char* text : texts) frames.push_back(frameBytes(text));
+  for (const char* text : texts) frames.push_back(fixture::bytes(text));
   return frames;
 }
 
@@ -61,7 +60,7 @@ fixture::Script Answers::script() const {
 
 Pair::Pair(int model, Transport transport, const char* request,
            std::initializer_list<const char*> answers, int leave)
-    : answers_(frameBytes(request), framesOf(answers)) {
+    : answers_(fixture::bytes(request), framesOf(answers)) {
   start(model, transport, answers_.script(), leave);
 }
 

@@ -56,7 +56,7 @@ enum class Transport { Pty, Tcp };
 /// A driver and its scale at a line of either kind.
 class Pair {
  public:
-  /// Frames are texts for `frameBytes`. The connection is kept unless `leave` is 0.
+  /// Frames are texts for `fixture::bytes`. The connection is kept unless `leave` is 0.
   Pair(int model, Transport transport, const char* request,
        std::initializer_list<const char*> answers, int leave = 1);
   Pair(int model, Transport transport, const fixture::Script& script, int leave = 1);

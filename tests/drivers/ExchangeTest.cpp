@@ -1,18 +1,84 @@
-#include <sstream>
+#include <array>
 
 #include <gmock/gmock.h>
 
 #include "DriverHarness.h"
-#include "ExchangeRows.h"
-#include "FrameText.h"
 #include "Models.h"
 
 // What holds for every driver, written once: its line, its request and attempts on a silent scale,
 // its commands byte for byte, and what it answers to those that the scale lacks.
 
+namespace {
+
+/// What goes over the line of a model, by the scale's protocol. Bytes are texts for
+/// `fixture::bytes`.
+struct ExchangeRow {
+  int model;
+  /// Sent in each attempt; empty for a scale that transmits by itself.
+  const char* request = "";
+  int attempts = 3;
+  /// All that a poll sleeps when the scale says nothing.
+  int silence_ms = 1500;
+  AtEntry atEntry = AtEntry::AllZero;
+  /// As the exchange log names the line's settings.
+  const char* line = "None\\8\\1";
+
+  struct Sent {
+    /// Null for a command that the scale lacks.
+    const char* bytes = nullptr;
+    int pauses_ms = 0;
+  };
+  Sent tare = {};
+  Sent zero = {};
+  /// For the price 1250, and for 1234567, whose two highest digits don't fit.
+  Sent price = {};
+  const char* longPrice = nullptr;
+};
+
 void PrintTo(const ExchangeRow& row, std::ostream* out) { *out << "model " << row.model; }
 
-namespace {
+constexpr const char* kEven = "Even\\8\\1";
+
+// clang-format off
+constexpr auto kRows = std::to_array<ExchangeRow>({
+    {.model = 0, .request = "00 00 03", .silence_ms = 900, .atEntry = AtEntry::Stable, .line = kEven, .tare = {"00 00 01", 150}, .price = {"00 00 02 00 05 02 01 00 00"}, .longPrice = "00 00 02 07 06 05 04 03 00"},
+    {.model = 1, .request = "3C 00 21 3E", .tare = {"3C 00 54 3E", 150}},
+    {.model = 2, .request = "'G1' 0D 0A", .tare = {"'ST' 0D 0A", 150}},
+    {.model = 3, .request = "'G01W' 0D 0A", .tare = {"'S01T' 0D 0A", 150}},
+    {.model = 4, .request = "3C 00 21 3E", .tare = {"3C 00 54 3E", 150}},
+    {.model = 7, .request = "02 40 44 00 04 03"},
+    {.model = 8, .request = "'R' 00 00 00", .tare = {"'T'"}, .zero = {"'Z'"}},
+    {.model = 9, .request = "'SI' 0D 0A", .attempts = 2, .silence_ms = 1000, .tare = {"'ST' 0D 0A", 150}},
+    {.model = 10, .request = "'E'", .silence_ms = 900, .atEntry = AtEntry::Moving, .line = kEven},
+    {.model = 11, .request = "'20050027:' 0D 0A"},
+    {.model = 12, .request = "02 'AD05' 03"},
+    {.model = 13, .request = "05 11", .silence_ms = 3 * (150 + 500)},
+    {.model = 14, .request = "01 89", .silence_ms = 3 * (150 + 500)},
+    {.model = 16, .request = "02 42 03", .attempts = 2, .silence_ms = 1000, .zero = {"02 45 03"}},
+    {.model = 17, .request = "00 00 03 00 00 00 00 00", .silence_ms = 900, .atEntry = AtEntry::Stable, .line = "Even\\8\\2"},
+    {.model = 18},
+    {.model = 19, .silence_ms = 500},
+    {.model = 21, .request = "00 00 03 00 00 00 00 00", .silence_ms = 900, .atEntry = AtEntry::Stable, .tare = {"00 00 01", 150}, .price = {"00 00 02 00 05 02 01 00 00 | 00 00 02 00 05 02 01 00 00", 400}, .longPrice = "00 00 02 07 06 05 04 03 00 | 00 00 02 07 06 05 04 03 00"},
+    {.model = 23, .request = "05", .attempts = 2, .silence_ms = 1000},
+    {.model = 24, .request = "'XN' 0D 0A", .tare = {"'KTARE' 0D 0A", 150}},
+    {.model = 25, .silence_ms = 500},
+    {.model = 26, .request = "'S1;MSV?;'", .attempts = 2, .silence_ms = 1000, .tare = {"'S1;TAR;'", 150}},
+    {.model = 27, .request = "05 11", .silence_ms = 3 * (150 + 500)},
+    {.model = 28, .request = "2A 03", .silence_ms = 900, .atEntry = AtEntry::Stable, .tare = {"2A 01", 150}, .price = {"2A 02 00 05 02 01 00 00"}, .longPrice = "2A 02 07 06 05 04 03 00"},
+    {.model = 29, .silence_ms = 500},
+    {.model = 30, .request = "00 00 03", .silence_ms = 900, .atEntry = AtEntry::Stable, .line = kEven, .tare = {"00 00 01", 150}, .price = {"00 00 02 '052100'"}, .longPrice = "00 00 02 '765430'"},
+    {.model = 31},
+    {.model = 33},
+    {.model = 34},
+    {.model = 35, .request = "'SUI' 0D 0A", .tare = {"'I' 0D 0A", 600}},
+    {.model = 36},
+    {.model = 37, .request = "'W' 0D", .tare = {"'T' 0D", 150}},
+    {.model = 38, .request = "02 'AD05' 03"},
+    {.model = 39},
+    {.model = 40, .request = "01 03 00 03 00 04 B4 09", .tare = {"01 06 00 01 00 17 98 04", 150}, .zero = {"01 06 00 01 00 17 98 04", 150}},
+    {.model = 41, .request = "01 03 00 02 00 03 A4 0B", .silence_ms = 900, .tare = {"01 06 00 07 A5 0B 02 9C", 150}},
+});
+// clang-format on
 
 using testing::HasSubstr;
 
@@ -50,7 +116,7 @@ class Exchange : public testing::TestWithParam<ExchangeRow> {
       EXPECT_EQ(command(), kSuccess);
       EXPECT_EQ(sleptSoFar() - before, milliseconds(pauses_ms));
       EXPECT_EQ(scales_->isConnected() == COrbComLanPort::kConnected, leave == 1);
-      const FrameBytes expected = frameBytes(bytes);
+      const fixture::Bytes expected = fixture::bytes(bytes);
       EXPECT_EQ(fixture::hex(line_.receive(expected.size())), fixture::hex(expected));
     }
   }
@@ -88,9 +154,9 @@ TEST_P(Exchange, SilentScale) {
   EXPECT_EQ(poll.reading.cost, kept);
   EXPECT_EQ(poll.reading.stable, GetParam().atEntry == AtEntry::Stable ? 1 : 0);
 
-  FrameBytes expected;
+  fixture::Bytes expected;
   for (int i = 0; i < GetParam().attempts; ++i) {
-    const FrameBytes request = frameBytes(GetParam().request);
+    const fixture::Bytes request = fixture::bytes(GetParam().request);
     expected.insert(expected.end(), request.begin(), request.end());
   }
   // A scale that transmits by itself is sent nothing, as a wait for a byte shows.
@@ -120,7 +186,7 @@ TEST_P(Exchange, Price) {
   holdCommand(GetParam().longPrice, pauses_ms, [&] { return scales_->setPrice(1234567); });
 }
 
-INSTANTIATE_TEST_SUITE_P(Model, Exchange, testing::ValuesIn(exchangeRows()), numberOfRow);
+INSTANTIATE_TEST_SUITE_P(Model, Exchange, testing::ValuesIn(kRows), numberOfRow);
 
 using ExchangeOf24 = Exchange;
 
@@ -152,7 +218,7 @@ TEST_P(ExchangeTail, ReplyIsReadAndDropped) {
   logInto(folder);
   ASSERT_EQ(connect(1), kSuccess);
   const bool price = GetParam().model == 21;
-  Answers answers(frameBytes(price ? "00 00 02" : "'I' 0D 0A"), {fixture::text("I A\r\n")});
+  Answers answers(fixture::bytes(price ? "00 00 02" : "'I' 0D 0A"), {fixture::text("I A\r\n")});
   line_.play(answers.script());
   EXPECT_EQ(price ? scales_->setPrice(1250) : scales_->pressT(0.0), kSuccess);
   scales_->CloseComPort();
@@ -181,7 +247,7 @@ TEST(ExchangeOfPrices, NumbersThatAreNoPrice) {
 /// The rows stand for all models that have a protocol.
 TEST(ExchangeRows, NoModelIsMissing) {
   std::vector<int> inRows;
-  for (const ExchangeRow& row : exchangeRows()) inRows.push_back(row.model);
+  for (const ExchangeRow& row : kRows) inRows.push_back(row.model);
   std::vector<int> inTable;
   for (const ScalesModel& model : scalesModels()) {
     if (model.sheet != nullptr) inTable.push_back(model.number);

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "FrameRows.h"
-#include "FrameText.h"
 #include "ModelsUnderTest.h"
 
 // Whatever bytes come in: no driver reads outside them, none takes a frame of a wrong length, and
@@ -37,9 +36,9 @@ class FrameFuzz : public testing::TestWithParam<int> {
   unsigned below(std::size_t limit) { return static_cast<unsigned>(random_() % limit); }
   std::uint8_t anyByte() { return static_cast<std::uint8_t>(below(256)); }
 
-  FrameBytes goodFrame() const { return frameBytes(frameRowsOf(GetParam()).front().frame); }
+  fixture::Bytes goodFrame() const { return fixture::bytes(frameRowsOf(GetParam()).front().frame); }
 
-  void judge(const FrameBytes& bytes) {
+  void judge(const fixture::Bytes& bytes) {
     const TightFrame frame(bytes);
     SCOPED_TRACE("model " + std::to_string(GetParam()) + ": " + fixture::hex(frame));
     Reading reading;
@@ -57,7 +56,7 @@ class FrameFuzz : public testing::TestWithParam<int> {
 
 TEST_P(FrameFuzz, PartsOfFramesAndMore) {
   for (const FrameRow& row : frameRowsOf(GetParam())) {
-    FrameBytes bytes = frameBytes(row.frame);
+    fixture::Bytes bytes = fixture::bytes(row.frame);
     bytes.push_back('0');
     for (; !bytes.empty(); bytes.pop_back()) judge(bytes);
     judge(bytes);
@@ -65,7 +64,7 @@ TEST_P(FrameFuzz, PartsOfFramesAndMore) {
 }
 
 TEST_P(FrameFuzz, EveryByteDamaged) {
-  FrameBytes bytes = goodFrame();
+  fixture::Bytes bytes = goodFrame();
   for (std::uint8_t& byte : bytes) {
     const std::uint8_t sound = byte;
     for (int value = 0; value < 256; ++value) {
@@ -79,7 +78,7 @@ TEST_P(FrameFuzz, EveryByteDamaged) {
 TEST_P(FrameFuzz, RandomBytesOfEveryLength) {
   for (std::size_t length = 0; length <= kMaxFrame; ++length) {
     for (int i = 0; i < 3; ++i) {
-      FrameBytes bytes(length);
+      fixture::Bytes bytes(length);
       for (std::uint8_t& byte : bytes) byte = anyByte();
       judge(bytes);
     }
@@ -90,10 +89,10 @@ TEST_P(FrameFuzz, RandomBytesOfEveryLength) {
 /// every branch of a parse is met.
 TEST_P(FrameFuzz, RandomBytesBetweenTheFixedOnes) {
   constexpr std::string_view kUsual = "0123456789-., +=?F";
-  const FrameBytes good = goodFrame();
+  const fixture::Bytes good = goodFrame();
   std::vector<std::size_t> free;
   for (std::size_t i = 0; i < good.size(); ++i) {
-    FrameBytes bytes = good;
+    fixture::Bytes bytes = good;
     bytes[i] ^= 0x55;
     if (sheet_.isGood(TightFrame(bytes))) free.push_back(i);
   }
@@ -102,7 +101,7 @@ TEST_P(FrameFuzz, RandomBytesBetweenTheFixedOnes) {
   for (std::size_t i = 1; underChecksum && i < good.size(); ++i) free.push_back(i);
 
   for (int i = 0; i < (underChecksum ? 20000 : 1000); ++i) {
-    FrameBytes bytes = good;
+    fixture::Bytes bytes = good;
     for (const std::size_t position : free) {
       bytes[position] =
           below(4) == 0 ? anyByte() : static_cast<std::uint8_t>(kUsual[below(kUsual.size())]);

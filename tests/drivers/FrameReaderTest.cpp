@@ -4,7 +4,6 @@
 
 #include "DriverHarness.h"
 #include "FrameReader.h"
-#include "FrameText.h"
 
 // The four read styles on a line that holds some bytes and then falls silent: what they take, what
 // it costs, and what they leave.
@@ -31,20 +30,20 @@ TEST_P(FrameReads, TakeAndCost) {
   fixture::PtyLine line;
   COrbComLanPort port;
   ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
-  line.send(frameBytes(row.waiting));
+  line.send(fixture::bytes(row.waiting));
 
   std::array<std::uint8_t, kMaxFrame> frame = {};
   int budget_ms = row.budget_ms;
   const milliseconds before = sleptSoFar();
   const std::size_t count = readFrame(port, row.style, budget_ms, frame);
-  EXPECT_EQ(fixture::hex(Frame(frame).first(count)), fixture::hex(frameBytes(row.taken)));
+  EXPECT_EQ(fixture::hex(Frame(frame).first(count)), fixture::hex(fixture::bytes(row.taken)));
   EXPECT_EQ(budget_ms, row.budgetLeft_ms);
   EXPECT_EQ(sleptSoFar() - before, milliseconds(row.slept_ms));
 
   std::array<std::uint8_t, kMaxFrame> rest = {};
   const int left = port.read(rest.data(), rest.size());
   EXPECT_EQ(fixture::hex(Frame(rest).first(static_cast<std::size_t>(left))),
-            fixture::hex(frameBytes(row.left)));
+            fixture::hex(fixture::bytes(row.left)));
 }
 
 constexpr StartByteRead kStart = {.length = 4, .start = {'S', 'T'}};

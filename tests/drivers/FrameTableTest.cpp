@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "FrameRows.h"
-#include "FrameText.h"
 #include "ModelsUnderTest.h"
 
 // Every driver against its table of frames.
@@ -23,7 +22,7 @@ TEST_P(FrameTable, SaysWhatTheProtocolSays) {
   int goodFrames = 0;
   int badFrames = 0;
   for (const FrameRow& row : frameRowsOf(GetParam())) {
-    const TightFrame frame(frameBytes(row.frame));
+    const TightFrame frame(fixture::bytes(row.frame));
     SCOPED_TRACE("model " + std::to_string(row.model) + ": " + fixture::hex(frame) + " (" +
                  row.meaning + ")");
     Reading reading = atEntry(sheet);
@@ -56,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Model, FrameTable, testing::ValuesIn(modelsWithSheet())
 /// the last of 300 bytes.
 TEST(FrameTable, LongAnswerOfModel26) {
   const ProtocolSheet& sheet = sheetOf(26);
-  FrameBytes bytes(300, ' ');
+  fixture::Bytes bytes(300, ' ');
   bytes[49] = '7';
   bytes[50] = '5';
   bytes[299] = '-';
@@ -70,7 +69,7 @@ TEST(FrameTable, LongAnswerOfModel26) {
 /// Of a text longer than any number the first 50 characters count.
 TEST(FrameTable, LongAnswerOfModel16) {
   const ProtocolSheet& sheet = sheetOf(16);
-  FrameBytes bytes = frameBytes("02 'NW:'");
+  fixture::Bytes bytes = fixture::bytes("02 'NW:'");
   bytes.resize(299, '1');
   bytes.push_back(0x03);
   const TightFrame frame(bytes);

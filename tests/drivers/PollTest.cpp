@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "DriverHarness.h"
-#include "FrameText.h"
 #include "PolledScales.h"
 
 // How a poll goes on and ends when scale and line don't behave, on both kinds of line.
@@ -48,14 +47,6 @@ TEST_P(Polls, BadFramesEndTheirAttemptsAtOnce) {
   EXPECT_LT(poll.slept, milliseconds(3 * (150 + 500)));
 }
 
-TEST_P(Polls, GarbageBeforeTheFrame) {
-  Pair pair(13, GetParam(), kCasRequest, {"'xyz' 06 01 02 'S  1.250kg ' 03 04"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_EQ(poll.reading.weight, 1.25);
-  EXPECT_GE(poll.slept, milliseconds(150 + 3 * 50));
-}
-
 TEST_P(Polls, TenWrongBytesSpendAnAttempt) {
   Pair pair(13, GetParam(), kCasRequest, {"'wrongwrong' 06 01 02 'S  1.250kg ' 03 04"});
   const Poll poll = pair.poll();
@@ -70,43 +61,6 @@ TEST_P(Polls, GarbageShiftsAnAnswerThatHasNoStart) {
   EXPECT_EQ(poll.code, kSuccess);
   EXPECT_EQ(poll.reading.weight, -1.25);
   EXPECT_EQ(pair.received(4), "57 0D 57 0D");
-}
-
-/// A scale that transmits by itself, with lines that aren't to be understood between its frames.
-TEST_P(Polls, FrameOutOfAStream) {
-  Pair pair(33, GetParam(), [](fixture::Wire& wire) {
-    while (wire.send(frameBytes("'noise' 0D 0A | 02 '-001.250' 'kg' 20 0D"))) wire.pause(150);
-  });
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_EQ(poll.reading.weight, -1.25);
-  EXPECT_EQ(poll.reading.stable, 1);
-}
-
-TEST_P(Polls, OneByteAtATime) {
-  struct Slow {
-    int model;
-    std::uint8_t lastOfRequest;
-    const char* answer;
-  };
-  for (const Slow& slow : {Slow{13, 0x11, kCasFrame}, Slow{37, '\r', "'    1.250 ' 0D 0A"},
-                           Slow{16, 0x03, "02 'NW:0001.25' 03"}}) {
-    // A network read gives all that is asked for or nothing, so a line of any length can't come in.
-    if (GetParam() == Transport::Tcp && slow.model == 16) continue;
-    Pair pair(slow.model, GetParam(), [slow](fixture::Wire& wire) {
-      while (wire.isAlive()) {
-        const fixture::Bytes request = wire.receive(1);
-        if (request.empty() || request[0] != slow.lastOfRequest) continue;
-        for (const std::uint8_t byte : frameBytes(slow.answer)) {
-          wire.send({&byte, 1});
-          wire.pause(5);
-        }
-      }
-    });
-    const Poll poll = pair.poll();
-    EXPECT_EQ(poll.code, kSuccess) << "model " << slow.model;
-    EXPECT_EQ(poll.reading.weight, 1.25) << "model " << slow.model;
-  }
 }
 
 TEST_P(Polls, ConnectionIsKeptOrNot) {
@@ -232,36 +186,9 @@ TEST_P(Polls, EndAtOnce) {
     EXPECT_EQ(poll.code, ending.code) << "model " << ending.model;
     EXPECT_EQ(poll.reading.weight, ending.weight) << "model " << ending.model;
     EXPECT_FALSE(pair.isConnected());
-    const fixture::Bytes once = frameBytes(ending.request);
+    const fixture::Bytes once = fixture::bytes(ending.request);
     EXPECT_EQ(pair.received(once.size()), fixture::hex(once));
   }
-}
-
-/// The budget of a poll whose line goes away runs down by its sleeps alone; the next poll finds
-/// the line again.
-TEST_P(Polls, HangUpInTheMiddleAndBack) {
-  Answers answers(frameBytes(kCasRequest), {frameBytes(kCasFrame)});
-  auto hungUp = std::make_shared<bool>(false);
-  const fixture::Script script = [answers, hungUp](fixture::Wire& wire) {
-    if (std::exchange(*hungUp, true)) return answers.script()(wire);
-    wire.receive(2);
-    wire.send(frameBytes("06 01 02 'S'"));
-    wire.pause(50);
-    wire.hangUp();
-  };
-  Pair pair(13, GetParam(), script);
-  const Poll broken = pair.poll();
-  EXPECT_EQ(broken.code, kNoAnswer);
-  EXPECT_EQ(broken.slept, milliseconds(3 * (150 + 500)));
-  EXPECT_FALSE(pair.isConnected());
-  if (GetParam() == Transport::Pty) {
-    EXPECT_EQ(pair.poll().code, kNoConnection) << "the device is still away";
-    pair.pty().plugIn();
-    pair.pty().play(script);
-  }
-  const Poll mended = pair.poll();
-  EXPECT_EQ(mended.code, kSuccess);
-  EXPECT_EQ(mended.reading.weight, 1.25);
 }
 
 /// A network read gives as many bytes as are asked for, or none.

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "FrameRows.h"
-#include "FrameText.h"
 #include "Models.h"
 
 // docs/protocols.md against the protocol sheets: what a sheet states is written out here, and must
@@ -112,37 +112,23 @@ std::string priceOf(const ProtocolSheet& sheet) {
   return command ? commandOf(command) : "setup commands";
 }
 
+/// By their order in the enumerations.
 std::string weightOf(WeightUnit unit) {
-  switch (unit) {
-    case WeightUnit::Kilogram: return "kg";
-    case WeightUnit::Gram: return "g";
-    case WeightUnit::AsShown: break;
-  }
-  return "as shown";
+  return std::array{"kg", "g", "as shown"}.at(static_cast<std::size_t>(unit));
 }
 
 std::string moneyOf(MoneyUnit unit) {
-  switch (unit) {
-    case MoneyUnit::None: return kNone;
-    case MoneyUnit::Whole: return "whole";
-    case MoneyUnit::Hundredth: return "hundredths";
-    case MoneyUnit::AsCounted: break;
-  }
-  return "as counted";
+  return std::array<std::string, 4>{kNone, "whole", "hundredths", "as counted"}.at(
+      static_cast<std::size_t>(unit));
+}
+
+std::string entryOf(AtEntry atEntry) {
+  return std::array{"all 0", "stable 0", "stable 1"}.at(static_cast<std::size_t>(atEntry));
 }
 
 std::string stableOf(const Shown& shown) {
   if (shown.stable.size() > 1) return "shown";
   return "always " + std::to_string(*shown.stable.begin());
-}
-
-std::string entryOf(AtEntry atEntry) {
-  switch (atEntry) {
-    case AtEntry::AllZero: return "all 0";
-    case AtEntry::Moving: return "stable 0";
-    case AtEntry::Stable: break;
-  }
-  return "stable 1";
 }
 
 std::string row(std::initializer_list<std::string> cells) {

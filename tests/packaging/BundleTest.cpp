@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 #include "TempFolder.h"
 
 namespace {

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "Bytes.h"
 #include "ClientSocket.h"
+#include "HexBytes.h"
 #include "TcpPeer.h"
 
 namespace {

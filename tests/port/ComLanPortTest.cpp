@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "AutoLockMutex.h"
 #include "ComLanPort.h"
 #include "PtyLine.h"
 #include "TcpPeer.h"
@@ -233,17 +232,6 @@ TEST(ComLanPort, CarriesBytesOverTcpAllOrNothing) {
   EXPECT_EQ(write(port, bytes("05")), 0);
 }
 
-TEST(ComLanPort, ANetworkReadWaitsTheIdleLimit) {
-  TcpPeer peer(fixture::silent());
-  COrbComLanPort port(TcpPeer::kHost, peer.port());
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(readHex(port, 10240), "");
-  const auto taken = std::chrono::steady_clock::now() - begin;
-  EXPECT_GE(taken, 99ms);
-  EXPECT_LT(taken, 2s);
-  EXPECT_EQ(port.getState(), kConnected);
-}
-
 TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
   const std::array<std::function<void(TcpWire&)>, 2> ends = {[](TcpWire& wire) { wire.hangUp(); },
                                                              [](TcpWire& wire) { wire.reset(); }};
@@ -306,18 +294,6 @@ TEST(ComLanPort, SendsMoreThanTheLineTakesAtOnce) {
   EXPECT_EQ(received, kSize);
 }
 
-TEST(ComLanPort, ChangesFromOneTransportToTheOther) {
-  PtyLine line;
-  TcpPeer peer(fixture::silent());
-  COrbComLanPort port(line.path().c_str());
-  ASSERT_EQ(port.OpenNetworkPort(TcpPeer::kHost, peer.port()), 0);
-  EXPECT_EQ(port.setBitRate(9600), -1);
-  ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
-  EXPECT_EQ(port.setBitRate(9600), 0);
-  line.send(bytes("06"));
-  EXPECT_EQ(readHex(port, 8), "06");
-}
-
 TEST(ComLanPort, ServesManyThreadsOneByOne) {
   PtyLine line;
   COrbComLanPort port;
@@ -335,21 +311,6 @@ TEST(ComLanPort, ServesManyThreadsOneByOne) {
   }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(port.getState(), kNotConnected);
-}
-
-TEST(AutoLockMutex, IsRecursive) {
-  pthread_mutex_t mutex;
-  CAutoLockMutex::MutexInit(&mutex);
-  {
-    const CAutoLockMutex outer(&mutex);
-    const CAutoLockMutex inner(&mutex);
-    std::thread([&] { EXPECT_NE(pthread_mutex_trylock(&mutex), 0); }).join();
-  }
-  std::thread([&] {
-    EXPECT_EQ(pthread_mutex_trylock(&mutex), 0);
-    pthread_mutex_unlock(&mutex);
-  }).join();
-  CAutoLockMutex::MutexDelete(&mutex);
 }
 
 }  // namespace

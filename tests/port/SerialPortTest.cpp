@@ -1,28 +1,72 @@
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
-#include <filesystem>
+#include <cerrno>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "PtyLine.h"
-#include "RequestedSettings.h"
 #include "SerialPort.h"
 #include "TempFolder.h"
+#include "Usage.h"
 
 namespace {
 
 using fixture::Bytes;
 using fixture::bytes;
 using fixture::PtyLine;
-using fixture::RequestedSettings;
 using testing::StrEq;
+
+/// What was asked of `tcsetattr` in this process while the object lives. A pseudo-terminal drops
+/// parity and frame length, so what a real line would get shows only in the request. There is one
+/// object at a time.
+class RequestedSettings {
+ public:
+  RequestedSettings() { current = this; }
+  ~RequestedSettings() { current = nullptr; }
+  RequestedSettings(const RequestedSettings&) = delete;
+  RequestedSettings& operator=(const RequestedSettings&) = delete;
+
+  const std::vector<termios>& all() const { return requests_; }
+  /// From now on every request is refused.
+  void refuse() { refusing_ = true; }
+
+  /// Called for each request; true to pass it on.
+  bool take(const termios& settings) {
+    requests_.push_back(settings);
+    return !refusing_;
+  }
+
+  static inline RequestedSettings* current = nullptr;
+
+ private:
+  std::vector<termios> requests_;
+  bool refusing_ = false;
+};
+
+}  // namespace
+
+/// Stands before libc's own for this program.
+extern "C" int tcsetattr(int fd, int actions, const termios* settings) noexcept {
+  using Function = int (*)(int, int, const termios*);
+  static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "tcsetattr"));
+  if (RequestedSettings::current != nullptr && !RequestedSettings::current->take(*settings)) {
+    errno = EIO;
+    return -1;
+  }
+  return real(fd, actions, settings);
+}
+
+namespace {
 
 /// The text of the `std::runtime_error` that `operation` throws; a note of what came instead.
 std::string errorOf(const std::function<void()>& operation) {
@@ -40,11 +84,6 @@ std::string errorOf(const std::function<void()>& operation) {
 constexpr const char* kSystemError = "system_error 14";
 constexpr const char* kCantOpen =
     "Could not open device. Is the device name correct and do you have read/write permission?";
-
-std::ptrdiff_t openDescriptors() {
-  const std::filesystem::directory_iterator all("/proc/self/fd");
-  return std::distance(begin(all), end(all));
-}
 
 TEST(SerialPort, OpeningSetsEveryFlagAndLeavesTheOthers) {
   constexpr tcflag_t kClearedInput =
@@ -153,38 +192,39 @@ TEST(SerialPort, TakesNineSpeeds) {
 }
 
 TEST(SerialPort, RefusesWhatALineCantHave) {
-  constexpr const char* kSpeed =
-      "baudRate passed to void COMPort::ConfigureTermios() unrecognized.";
   struct Row {
     const char* error;
-    std::function<void(COMPort&)> set;
+    std::vector<int> values;
+    std::function<void(COMPort&, int)> set;
   };
-  std::vector<Row> rows;
-  for (const int rate : {-1, 0, 300, 4801, 56000, 230400, 256000}) {
-    rows.push_back({kSpeed, [=](COMPort& port) { port.setBitRate(rate); }});
-  }
-  for (const int value : {-1, 1, 3}) {
-    rows.push_back({"StopBits FAIL.", [=](COMPort& port) {
-                      port.setStopBits(static_cast<COMPort::StopBits>(value));
-                    }});
-  }
-  for (const int value : {-1, 5}) {
-    rows.push_back({"Parity FAIL.",
-                    [=](COMPort& port) { port.setParity(static_cast<COMPort::Parity>(value)); }});
-  }
-  for (const int value : {0, 3, 9}) {
-    rows.push_back({"DataBits FAIL.", [=](COMPort& port) {
-                      port.setDataBits(static_cast<COMPort::DataBits>(value));
-                    }});
-  }
+  const std::array rows = {
+      Row{"baudRate passed to void COMPort::ConfigureTermios() unrecognized.",
+          {-1, 0, 300, 4801, 56000, 230400, 256000},
+          [](COMPort& port, int value) { port.setBitRate(value); }},
+      Row{"StopBits FAIL.",
+          {-1, 1, 3},
+          [](COMPort& port, int value) {
+            port.setStopBits(static_cast<COMPort::StopBits>(value));
+          }},
+      Row{"Parity FAIL.",
+          {-1, 5},
+          [](COMPort& port, int value) { port.setParity(static_cast<COMPort::Parity>(value)); }},
+      Row{"DataBits FAIL.",
+          {0, 3, 9},
+          [](COMPort& port, int value) {
+            port.setDataBits(static_cast<COMPort::DataBits>(value));
+          }},
+  };
   PtyLine line;
-  for (const Row& row : rows) {
-    COMPort open(line.path().c_str());
-    EXPECT_THAT(errorOf([&] { row.set(open); }), StrEq(row.error));
-    // Before opening it is stored, and the opening meets it.
-    COMPort later;
-    row.set(later);
-    EXPECT_THAT(errorOf([&] { later.Open(line.path().c_str()); }), StrEq(row.error));
+  for (const auto& [error, values, set] : rows) {
+    for (const int value : values) {
+      COMPort open(line.path().c_str());
+      EXPECT_THAT(errorOf([&] { set(open, value); }), StrEq(error));
+      // Before opening it is stored, and the opening meets it.
+      COMPort later;
+      set(later, value);
+      EXPECT_THAT(errorOf([&] { later.Open(line.path().c_str()); }), StrEq(error));
+    }
   }
 }
 
@@ -218,13 +258,13 @@ TEST(SerialPort, OpenLeavesNothingBehindWhenItFails) {
   const fixture::TempFolder folder;
   const std::string file = folder.write("file", "not a device");
   const std::string missing = folder.file("missing");
-  const auto before = openDescriptors();
+  const auto before = fixture::openDescriptors();
   EXPECT_EQ(errorOf([&] { COMPort port(file.c_str()); }), kSystemError);
   EXPECT_EQ(errorOf([&] { COMPort port(missing.c_str()); }), kCantOpen);
   EXPECT_EQ(errorOf([&] { COMPort port(folder.path().c_str()); }), kCantOpen);
   EXPECT_EQ(errorOf([&] { COMPort port(nullptr); }),
             "Attempted to open file when file path has not been assigned to.");
-  EXPECT_EQ(openDescriptors(), before);
+  EXPECT_EQ(fixture::openDescriptors(), before);
 }
 
 TEST(SerialPort, TransfersWhatTheLineHasAndNeverWaits) {
@@ -262,18 +302,6 @@ TEST(SerialPort, EveryChangeOfSettingsDiscardsWhatCame) {
   // Handshaking is a stored word: the line has no flow control.
   EXPECT_FALSE(line.settings().c_cflag & CRTSCTS);
   EXPECT_FALSE(line.settings().c_iflag & (IXON | IXOFF | IXANY));
-}
-
-TEST(SerialPort, EchoIsAFlagOfTheLine) {
-  PtyLine line;
-  COMPort port(line.path().c_str());
-  port.SetEcho(true);
-  EXPECT_TRUE(line.settings().c_lflag & ECHO);
-  port.SetEcho(false);
-  EXPECT_FALSE(line.settings().c_lflag & ECHO);
-  COMPort closed;
-  EXPECT_EQ(errorOf([&] { closed.SetEcho(true); }),
-            "GetTermios() called but file descriptor was not valid.");
 }
 
 TEST(SerialPort, TimeoutBecomesTheReadTimingOfTheNextOpening) {

@@ -162,11 +162,4 @@ TEST(ScalesObject, LogsUnderItsIdInTheComponentsFolder) {
   EXPECT_THAT(folder.read("Весы/log_scales_7.log"), testing::HasSubstr("STOP PROGRAM"));
 }
 
-TEST(ScalesObject, KeepsItsCoefficient) {
-  NotingScale scale;
-  EXPECT_EQ(scale.GetCoeff(), 1.0);
-  EXPECT_EQ(scale.SetCoeff(0.995), 0);
-  EXPECT_EQ(scale.GetCoeff(), 0.995);
-}
-
 }  // namespace

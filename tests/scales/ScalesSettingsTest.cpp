@@ -6,7 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DataFile.h"
 #include "FakeScale.h"
+#include "HexBytes.h"
 #include "ScalesWrapper.h"
 #include "TempFolder.h"
 
@@ -185,45 +187,22 @@ TEST_F(ScalesSettings, FoldersAndNamesMayBeCyrillic) {
 }
 
 TEST_F(ScalesSettings, ReadsTheCoefficientAsAPersonTypesIt) {
-  struct Row {
-    std::string text;
-    double value;
-  };
-  for (const Row& row : {Row{"1,5", 1.5},
-                         Row{"1.000", 1.0},
-                         Row{" 0,995 ", 0.995},
-                         Row{"\t2\t", 2.0},
-                         Row{"abc", 1.0},
-                         Row{"2x", 2.0},
-                         Row{"2x3", 2.0},
-                         Row{"0", 0.0},
-                         Row{"1.2.3", 1.2},
-                         Row{"-1", 1.0},
-                         Row{"", 1.0},
-                         Row{"   ", 1.0},
-                         Row{".", 1.0},
-                         Row{",", 1.0},
-                         Row{"..", 0.0},
-                         Row{"3.", 3.0},
-                         Row{"3..", 3.0},
-                         Row{".5", 0.5},
-                         Row{"1 5", 1.0},
-                         Row{"1e3", 1.0},
-                         Row{"+2", 1.0},
-                         Row{"Вес 2", 1.0},
-                         Row{"2 кг", 2.0},
-                         Row{std::string(49, '0') + "7", 7.0},
-                         Row{std::string(65536, '0') + "7", 0.0}}) {
+  std::vector<std::pair<std::string, double>> rows = {{std::string(49, '0') + "7", 7.0},
+                                                      {std::string(65536, '0') + "7", 0.0}};
+  for (const fixture::DataRow& row : fixture::dataRows("coefficients.txt")) {
+    rows.emplace_back(fixture::characters(row.left), std::stod(row.right));
+  }
+  for (const auto& [typed, value] : rows) {
     CkString text;
     text.setStringUtf8("9");
     scales_.Set_param_mp_coeff(text);
-    text.setStringUtf8(row.text.c_str());
+    text.setStringUtf8(typed.c_str());
     EXPECT_EQ(scales_.Set_param_mp_coeff(text), 0);
     EXPECT_EQ(scales_.GetLastError(), 1099);
     scales_.Set_param_mp_model(1);
     CkString id;
     scales_.CreateScalesObject(id);
-    EXPECT_EQ(scales_.GetScalesObject(id.getAnsi())->GetCoeff(), row.value) << row.text;
+    EXPECT_EQ(scales_.GetScalesObject(id.getAnsi())->GetCoeff(), value) << typed;
     scales_.CloseAllComPorts();
   }
 }

@@ -29,14 +29,6 @@ class ScalesWrapper : public testing::Test {
   CScalesWrapper scales_{makeFake};
 };
 
-TEST_F(ScalesWrapper, BeginsWithNothing) {
-  EXPECT_EQ(scales_.GetLastError(), 1099);
-  EXPECT_STREQ(scales_.GetLastTextError(), L"UnknownError");
-  EXPECT_STREQ(scales_.GetVersion(), L"4.3.25 (05.03.2020)");
-  EXPECT_EQ(scales_.GetScalesObject(nullptr), nullptr);
-  EXPECT_EQ(scales_.GetScalesObject(""), nullptr);
-}
-
 TEST_F(ScalesWrapper, SetsAScaleUpInAFixedOrder) {
   EXPECT_EQ(scales_.AddScalesObject("/dev/x", 9600, 1, 0, "7", 1, 0.5), 0);
   EXPECT_THAT(takeNotes(), ElementsAre("folder ", "id 7", "coeff 0.500000", "leave 1",
@@ -87,6 +79,7 @@ TEST_F(ScalesWrapper, WithoutAnIdThePortTakesItsPart) {
   EXPECT_FALSE(knows("7"));
   EXPECT_TRUE(knows("port"));
   EXPECT_TRUE(knows(""));
+  EXPECT_EQ(scales_.GetScalesObject(nullptr), nullptr);
 }
 
 TEST_F(ScalesWrapper, HoldsAHundredScales) {
@@ -199,22 +192,6 @@ TEST_F(ScalesWrapper, MakesScalesFromItsParameters) {
   EXPECT_EQ(scales_.Set_param_mp_conntypel(-1), 0);
   EXPECT_EQ(opened(), "coeff 0.500000, leave 3, network host 20108");
   EXPECT_EQ(scales_.GetLastError(), 0);
-}
-
-TEST_F(ScalesWrapper, GivesTheTextOfTheLastCode) {
-  struct Row {
-    int code;
-    const wchar_t* text;
-  };
-  add("7");
-  for (const Row& row : {Row{0, L"OK"}, Row{2, L"Ошибка_2: Ошибка СОМ-порта."},
-                         Row{7, L"Ошибка_7: На весах ПЕРЕГРУЗ."}, Row{9, L"UnknownError"}}) {
-    world_.code = row.code;
-    scales_.pressT("7", 0.0);
-    EXPECT_STREQ(scales_.GetLastTextError(), row.text);
-  }
-  CScalesWrapper other(makeFake);
-  EXPECT_STREQ(other.GetLastTextError(), L"UnknownError");
 }
 
 TEST_F(ScalesWrapper, EndsWithAllItsScales) {

@@ -15,13 +15,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Component.h"
+#include "ComponentFixture.h"
 #include "Fleet.h"
 #include "Usage.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using fixture::Usage;
 using std::chrono::milliseconds;
 
 constexpr int kScales = 100;
@@ -84,13 +85,13 @@ bool Soak::run(Fleet& fleet) {
 
 Round Soak::pollAll(const Fleet& fleet) {
   const Clock::time_point begin = Clock::now();
-  const auto processorBegin = threadTime();
+  const auto processorBegin = fixture::threadTime();
   for (std::size_t i = 0; i < fleet.members().size(); ++i) {
     poll(fleet.members()[i], i);
     showProgress();
   }
   return {std::chrono::duration_cast<milliseconds>(Clock::now() - begin),
-          threadTime() - processorBegin};
+          fixture::threadTime() - processorBegin};
 }
 
 void Soak::poll(const Fleet::Member& member, std::size_t index) {
@@ -133,7 +134,8 @@ bool Soak::judge(const Usage& before, const Usage& after) const {
   const auto wall = std::accumulate(rounds_.begin(), rounds_.end(), milliseconds{0},
                                     [](milliseconds sum, const Round& r) { return sum + r.wall; });
   std::cout << name(keep_) << ": " << done_ << " polls, " << wrong_ << " wrong, "
-            << static_cast<double>(wall.count()) / static_cast<double>(rounds_.size() * kScales)
+            << static_cast<double>(wall.count()) /
+                   static_cast<double>(std::max<std::size_t>(rounds_.size(), 1) * kScales)
             << " ms each\n  descriptors " << before.descriptors << " -> " << after.descriptors
             << ", threads " << before.threads << " -> " << after.threads << ", memory "
             << before.residentKib << " -> " << after.residentKib << " KiB";

@@ -13,23 +13,10 @@ struct Overloaded : Cases... {
   using Cases::operator()...;
 };
 
-/// A terminator of one byte out of several, or of several bytes in a row.
-bool endsAsWanted(const TerminatorRead& style, Frame frame) {
-  if (frame.size() < style.end.size()) return false;
-  if (style.match == TerminatorRead::End::AnyOf) return style.end.contains(frame.back());
-  const Frame tail = frame.last(style.end.size());
-  return std::equal(tail.begin(), tail.end(), style.end.view().begin());
-}
-
 const Bytes* startBytes(const ReadStyle& style) {
   if (const auto* start = std::get_if<StartByteRead>(&style)) return &start->start;
   if (const auto* hunting = std::get_if<HuntingRead>(&style)) return &hunting->start;
   return nullptr;
-}
-
-bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte) {
-  const Bytes* start = startBytes(sheet.read);
-  return start == nullptr || start->contains(byte);
 }
 
 /// The frame that a driver would read if it looked from `bytes` on; all that is left where the
@@ -41,7 +28,7 @@ Frame frameAtHead(const ProtocolSheet& sheet, Frame bytes) {
   const auto& style = std::get<TerminatorRead>(sheet.read);
   const Frame longest = bytes.first(std::min(style.capacity, bytes.size()));
   for (std::size_t size = style.minLength; size <= longest.size(); ++size) {
-    if (endsAsWanted(style, longest.first(size))) return longest.first(size);
+    if (endsFrame(style, longest.first(size))) return longest.first(size);
   }
   return longest;
 }
@@ -134,6 +121,18 @@ class Search {
 
 }  // namespace
 
+bool endsFrame(const TerminatorRead& style, Frame frame) {
+  if (frame.size() < style.end.size()) return false;
+  if (style.match == TerminatorRead::End::AnyOf) return style.end.contains(frame.back());
+  const Frame tail = frame.last(style.end.size());
+  return std::equal(tail.begin(), tail.end(), style.end.view().begin());
+}
+
+bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte) {
+  const Bytes* start = startBytes(sheet.read);
+  return start == nullptr || start->contains(byte);
+}
+
 std::size_t frameLength(const ProtocolSheet& sheet) {
   return std::visit(Overloaded{[](const TerminatorRead&) { return std::size_t{0}; },
                                [](const auto& style) { return style.length; }},
@@ -143,7 +142,7 @@ std::size_t frameLength(const ProtocolSheet& sheet) {
 bool isTaken(const ProtocolSheet& sheet, Frame frame) {
   if (frame.empty() || !mayBegin(sheet, frame.front())) return false;
   if (const auto* style = std::get_if<TerminatorRead>(&sheet.read);
-      style != nullptr && (frame.size() > style->capacity || !endsAsWanted(*style, frame))) {
+      style != nullptr && (frame.size() > style->capacity || !endsFrame(*style, frame))) {
     return false;
   }
   return sheet.isGood(frame);
@@ -151,8 +150,11 @@ bool isTaken(const ProtocolSheet& sheet, Frame frame) {
 
 Said readingOf(const ProtocolSheet& sheet, Frame frame) {
   Said said;
+  said.reading.stable = sheet.atEntry == AtEntry::Stable ? 1 : 0;
   if (sheet.glance != nullptr) sheet.glance(frame, said.reading);
-  said.code = sheet.parse(frame, said.reading).code;
+  const Outcome outcome = sheet.parse(frame, said.reading);
+  said.code = outcome.code;
+  said.next = outcome.next;
   return said;
 }
 

@@ -22,10 +22,18 @@ enum class Origin {
 /// wants it, and the protocol's own check agrees.
 bool isTaken(const ProtocolSheet& sheet, Frame frame);
 
+/// Whether the style's terminator stands at the end.
+bool endsFrame(const TerminatorRead& style, Frame frame);
+
+/// Whether the style of reading takes the byte for the first of a frame.
+bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte);
+
 /// What a good frame says.
 struct Said {
+  /// With what the driver sets before a poll, where the frame doesn't speak of it.
   Reading reading;
   int code = 0;
+  Outcome::Next next = Outcome::Next::EndPoll;
 };
 /// For frames that are taken only.
 Said readingOf(const ProtocolSheet& sheet, Frame frame);

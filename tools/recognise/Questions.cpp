@@ -1,6 +1,7 @@
 #include "Questions.h"
 
 #include <algorithm>
+#include <array>
 
 namespace recognise {
 
@@ -19,20 +20,39 @@ bool sameRequest(const Request& a, const Request& b) {
          std::ranges::equal(a.second.view(), b.second.view()) && a.frameHead == b.frameHead;
 }
 
-/// Adds the commands that prices make: the texts that single prices stand for, and the head of
-/// those that carry digits.
-void addPriceCommands(std::optional<::Command> (*price)(long), std::vector<Bytes>& commands) {
-  // Prices that differ in every digit, and those that a protocol has taken for commands.
-  for (const long number : {1L, 2L, 12345L}) {
-    if (const auto command = price(number)) commands.push_back(bytesOf(command->bytes.view()));
+/// Prices that protocols without one have taken for commands.
+constexpr std::array<long, 3> kSettings = {1, 2, 12345};
+
+std::vector<Bytes> settingsOf(const ProtocolSheet& sheet) {
+  std::vector<Bytes> commands;
+  for (const long number : kSettings) {
+    if (const auto command = sheet.price(number))
+      commands.push_back(bytesOf(command->bytes.view()));
   }
-  const auto low = price(12345);
-  const auto high = price(98760);
-  if (!low || !high) return;
+  return commands;
+}
+
+/// What the command of every price begins with, and its length; empty where prices stand for
+/// settings.
+struct PriceHead {
+  Bytes bytes;
+  std::size_t commandSize = 0;
+};
+PriceHead priceHeadOf(const ProtocolSheet& sheet) {
+  // Two prices that differ in every digit.
+  const auto low = sheet.price(12345);
+  const auto high = sheet.price(98760);
+  if (!low || !high) return {};
   const auto a = low->bytes.view();
-  const auto b = high->bytes.view();
-  const auto differ = std::ranges::mismatch(a, b);
-  commands.emplace_back(a.begin(), differ.in1);
+  const auto differ = std::ranges::mismatch(a, high->bytes.view());
+  return {{a.begin(), differ.in1}, a.size()};
+}
+
+void addPriceCommands(const ProtocolSheet& sheet, std::vector<Bytes>& commands) {
+  if (sheet.price == nullptr) return;
+  for (Bytes& setting : settingsOf(sheet)) commands.push_back(std::move(setting));
+  const PriceHead head = priceHeadOf(sheet);
+  if (!head.bytes.empty()) commands.push_back(head.bytes);
 }
 
 std::vector<Bytes> gatherCommands() {
@@ -42,7 +62,7 @@ std::vector<Bytes> gatherCommands() {
     const ProtocolSheet& sheet = *model.sheet;
     if (sheet.tare) commands.push_back(bytesOf(sheet.tare->bytes.view()));
     if (sheet.zero) commands.push_back(bytesOf(sheet.zero->bytes.view()));
-    if (sheet.price != nullptr) addPriceCommands(sheet.price, commands);
+    addPriceCommands(sheet, commands);
   }
   return commands;
 }
@@ -91,6 +111,15 @@ Bytes Question::bytes() const {
 const std::vector<Bytes>& allCommands() {
   static const std::vector<Bytes> commands = gatherCommands();
   return commands;
+}
+
+bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
+  if (sheet.price == nullptr) return false;
+  const auto same = [&](const Bytes& setting) { return std::ranges::equal(setting, written); };
+  if (std::ranges::any_of(settingsOf(sheet), same)) return true;
+  const PriceHead head = priceHeadOf(sheet);
+  return !head.bytes.empty() && written.size() == head.commandSize &&
+         std::ranges::equal(head.bytes, written.first(head.bytes.size()));
 }
 
 bool makesCommand(const Bytes& before, const Bytes& next) {

@@ -35,6 +35,9 @@ std::vector<Question> questionsFor(std::span<const ScalesModel* const> models);
 /// is fixed: of a command with a price in it the head.
 const std::vector<Bytes>& allCommands();
 
+/// Whether a driver writes this for a price, whatever price it is, or for a setting in its place.
+bool isPriceCommand(const ProtocolSheet& sheet, Frame written);
+
 /// Whether a scale that sees `next` follow `before` finds a command in it: at the beginning of
 /// `next`, across the border, or, unless it is a line of text, anywhere.
 bool makesCommand(const Bytes& before, const Bytes& next);

@@ -7,7 +7,8 @@ namespace recognise {
 
 namespace {
 
-/// Checked bytes of all good frames: chance makes so many agree once in four thousand million times.
+/// Checked bytes of all good frames: chance makes so many agree once in four thousand million
+/// times.
 constexpr std::size_t kEnoughChecks = 4;
 constexpr std::size_t kEnoughFrames = 2;
 /// Of all bytes, in good frames.

@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include "FrameBuilder.h"
+#include "SelfDescription.h"
 #include "Texts.h"
 
 namespace {
@@ -33,11 +34,13 @@ struct Raw {
   int dribble = 0;
   std::size_t cut = 0;
   bool help = false;
+  bool version = false;
   bool list = false;
   bool pty = false;
 
   CLI::Option* modelGiven = nullptr;
   CLI::Option* allGiven = nullptr;
+  CLI::Option* replayGiven = nullptr;
   CLI::Option* linkGiven = nullptr;
   CLI::Option* speedGiven = nullptr;
   CLI::Option* tcpGiven = nullptr;
@@ -73,6 +76,9 @@ std::unique_ptr<CLI::App> makeCommandLine(Raw& raw) {
   raw.allGiven = app->add_option("--all", options.folder, say(texts::kOptAll))
                      ->option_text("DIR")
                      ->group(what);
+  raw.replayGiven = app->add_option("--replay", options.log, say(texts::kOptReplay))
+                        ->option_text("LOG")
+                        ->group(what);
   app->add_flag("--list", raw.list, say(texts::kOptList))->group(what);
 
   const std::string where = say(texts::kGroupWhere);
@@ -135,6 +141,10 @@ std::unique_ptr<CLI::App> makeCommandLine(Raw& raw) {
   app->add_flag("-v,--verbose", options.verbose, say(texts::kOptVerbose))->group(other);
   app->add_option("--lang", raw.language, say(texts::kOptLang))->option_text("en|ru")->group(other);
   app->add_flag("-h,--help", raw.help, say(texts::kOptHelp))->group(other);
+  app->add_flag("--version", raw.version, say(texts::kOptVersion))->group(other);
+  app->add_option(kSelfDescriptionOption, options.description)
+      ->check(CLI::IsMember({"man", "bash", "zsh"}))
+      ->group("");
   return app;
 }
 
@@ -186,6 +196,19 @@ const sim::ScaleModel* modelOf(const std::string& text) {
   return model;
 }
 
+/// Whether anything says what the scale shows or how it misbehaves.
+bool givesScale(const Options& options) {
+  const sim::Faults& faults = options.faults;
+  return options.weight || options.decimals || options.price || options.unstable ||
+         options.overload || faults.silent || faults.garbage > 0 || faults.corruptEvery > 0 ||
+         faults.cut || faults.dribble.count() > 0 || faults.hangUpAfter > 0;
+}
+
+void checkTransport(bool pty, bool link, bool tcp) {
+  if (pty && tcp) throw UsageError(say(texts::kOneTransport));
+  if (link && tcp) throw UsageError(say(texts::kLinkNeedsPty));
+}
+
 void refuseUnknown(const Options& options) {
   const sim::ScaleModel& model = *options.model;
   const auto refuse = [&](bool given, bool known, const char* name) {
@@ -223,6 +246,14 @@ Options readOptions(int argc, const char* const* argv) {
     options.task = options.model == nullptr ? Options::Task::Help : Options::Task::HelpOnModel;
     return options;
   }
+  if (raw.version) {
+    options.task = Options::Task::Version;
+    return options;
+  }
+  if (!options.description.empty()) {
+    options.task = Options::Task::Describe;
+    return options;
+  }
   if (raw.list) {
     options.task = Options::Task::List;
     return options;
@@ -236,14 +267,20 @@ Options readOptions(int argc, const char* const* argv) {
   const bool link = raw.linkGiven->count() > 0;
   if (tcp) options.tcp = static_cast<std::uint16_t>(raw.tcp);
 
+  if (raw.replayGiven->count() > 0) {
+    const bool more = raw.allGiven->count() + raw.speedGiven->count() > 0 || givesScale(options);
+    if (options.model != nullptr || more) throw UsageError(say(texts::kReplayAlone));
+    checkTransport(raw.pty, link, tcp);
+    options.task = Options::Task::Replay;
+    return options;
+  }
   if (raw.allGiven->count() > 0) {
     if (options.model != nullptr || raw.pty || link || tcp) throw UsageError(say(texts::kAllAlone));
     options.task = Options::Task::PlayAll;
     return options;
   }
   if (options.model == nullptr) throw UsageError(say(texts::kModelMissing));
-  if (raw.pty && tcp) throw UsageError(say(texts::kOneTransport));
-  if (link && tcp) throw UsageError(say(texts::kLinkNeedsPty));
+  checkTransport(raw.pty, link, tcp);
   if (raw.speedGiven->count() > 0 && tcp) throw UsageError(say(texts::kSpeedNeedsPty));
   refuseUnknown(options);
   checkState(*options.model, options.stateOf(*options.model));
@@ -253,6 +290,11 @@ Options readOptions(int argc, const char* const* argv) {
 std::string helpText() {
   Raw raw;
   return makeCommandLine(raw)->help();
+}
+
+std::string descriptionText(const std::string& form) {
+  Raw raw;
+  return selfDescription(*makeCommandLine(raw), form);
 }
 
 std::string knownOptions(const sim::ScaleModel& model) {

@@ -11,13 +11,17 @@
 
 /// The command line, checked against the model.
 struct Options {
-  enum class Task { Play, PlayAll, List, Help, HelpOnModel };
+  enum class Task { Play, PlayAll, Replay, List, Help, HelpOnModel, Version, Describe };
 
   Task task = Task::Play;
   /// Null unless the task is about one model.
   const sim::ScaleModel* model = nullptr;
+  /// What Task::Describe is to print: "man", "bash" or "zsh".
+  std::string description;
   /// Folder of --all.
   std::string folder;
+  /// Exchange log of --replay.
+  std::string log;
   /// TCP port, 0 for any; none for a pseudo-terminal.
   std::optional<std::uint16_t> tcp;
   std::string link;
@@ -47,6 +51,8 @@ Options readOptions(int argc, const char* const* argv);
 
 /// The text of --help.
 std::string helpText();
+/// The manual page or the completion for a shell.
+std::string descriptionText(const std::string& form);
 
 /// The options for what the scale shows that a model knows, separated by blanks.
 std::string knownOptions(const sim::ScaleModel& model);

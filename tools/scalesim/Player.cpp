@@ -8,15 +8,19 @@
 #include <csignal>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <system_error>
 
 #include "Console.h"
 #include "Endpoint.h"
 #include "ModelSheet.h"
+#include "ReplayLine.h"
+#include "ScaleLine.h"
 #include "SettingsFile.h"
 #include "SimulationLoop.h"
 #include "Texts.h"
@@ -39,18 +43,20 @@ std::string timeOfDay() {
   return text.data() + ("." + std::string(3 - ms.size(), '0')) + ms;
 }
 
+/// Writes what goes over a line to standard error.
+sim::Observer tellBytes(const std::string& name) {
+  return [name](sim::Direction direction, std::span<const std::uint8_t> bytes) {
+    std::cerr << timeOfDay() << "  " << name
+              << (direction == sim::Direction::Received ? "  <-  " : "  ->  ") << hexText(bytes)
+              << std::endl;
+  };
+}
+
 sim::ScaleLine& addLine(sim::SimulationLoop& loop, const Options& options,
                         const sim::ScaleModel& model, std::unique_ptr<sim::Endpoint> endpoint) {
   sim::ScaleLine& line = loop.add(std::make_unique<sim::ScaleLine>(
       sim::Scale(model, options.stateOf(model)), std::move(endpoint), options.faults));
-  if (options.verbose) {
-    line.setObserver(
-        [number = model.number](sim::Direction direction, std::span<const std::uint8_t> bytes) {
-          std::cerr << timeOfDay() << "  " << number
-                    << (direction == sim::Direction::Received ? "  <-  " : "  ->  ")
-                    << hexText(bytes) << std::endl;
-        });
-  }
+  if (options.verbose) line.setObserver(tellBytes(std::to_string(model.number)));
   return line;
 }
 
@@ -65,9 +71,7 @@ sim::FileDescriptor endSignals() {
   return descriptor;
 }
 
-void runUntilTold(sim::SimulationLoop& loop) {
-  std::vector<sim::ScaleLine*> lines;
-  for (const auto& line : loop.lines()) lines.push_back(line.get());
+void runUntilTold(sim::SimulationLoop& loop, const std::vector<sim::ScaleLine*>& lines) {
   Console console(lines, std::cerr, ::isatty(STDIN_FILENO) == 1);
   // In the background a terminal would stop the process that reads from it.
   std::signal(SIGTTIN, SIG_IGN);
@@ -102,13 +106,44 @@ void playOne(const Options& options) {
     endpoint = std::move(pty);
   }
   sim::SimulationLoop loop;
-  const sim::ScaleLine& line = addLine(loop, options, model, std::move(endpoint));
+  sim::ScaleLine& line = addLine(loop, options, model, std::move(endpoint));
   const std::string address = line.endpoint().address();
   std::cout << address << std::endl;
   std::cerr << fill(texts::kStarted, {std::to_string(model.number),
                                       displayText(model.display(line.scale().state())), address})
             << std::endl;
-  runUntilTold(loop);
+  runUntilTold(loop, {&line});
+}
+
+std::vector<exchange::Turn> turnsIn(const std::string& log) {
+  std::ifstream stream(log, std::ios::binary);
+  std::ostringstream content;
+  content << stream.rdbuf();
+  std::vector<exchange::Turn> turns = exchange::turnsOf(exchange::readLog(content.str()));
+  if (turns.empty()) throw std::runtime_error(fill(texts::kNoReplay, {log}));
+  return turns;
+}
+
+void replay(const Options& options) {
+  std::vector<exchange::Turn> turns = turnsIn(options.log);
+  const std::string count = std::to_string(turns.size());
+  std::unique_ptr<sim::Endpoint> endpoint;
+  if (options.tcp) {
+    endpoint = std::make_unique<sim::TcpEndpoint>(*options.tcp);
+  } else {
+    endpoint = std::make_unique<sim::PtyEndpoint>(options.link);
+  }
+  sim::SimulationLoop loop;
+  sim::ReplayLine& line =
+      loop.add(std::make_unique<sim::ReplayLine>(std::move(turns), std::move(endpoint)));
+  line.setStranger([](const sim::Bytes& came, const sim::Bytes& recorded) {
+    std::cerr << fill(texts::kStranger, {hexText(came), hexText(recorded)}) << std::endl;
+  });
+  if (options.verbose) line.setObserver(tellBytes(options.log));
+  const std::string address = line.endpoint().address();
+  std::cout << address << std::endl;
+  std::cerr << fill(texts::kStartedReplay, {options.log, count, address}) << std::endl;
+  runUntilTold(loop, {});
 }
 
 void playAll(const Options& options) {
@@ -118,6 +153,7 @@ void playAll(const Options& options) {
   refuseForeignSettings(folder);
   sim::SimulationLoop loop;
   std::vector<SettingsEntry> entries;
+  std::vector<sim::ScaleLine*> lines;
   for (const sim::ScaleModel& model : sim::scaleModels()) {
     const std::filesystem::path link = folder / std::to_string(model.number);
     if (link.string().size() > kLongestPortName) {
@@ -125,14 +161,14 @@ void playAll(const Options& options) {
     }
     auto pty = std::make_unique<sim::PtyEndpoint>(link);
     if (options.speed != 0) pty->setLineEnd({options.speed, model.line});
-    addLine(loop, options, model, std::move(pty));
+    lines.push_back(&addLine(loop, options, model, std::move(pty)));
     entries.push_back({model.number, model.number, link.string(), 0});
   }
   for (const sim::ScaleModel& model : sim::scaleModels()) {
     if (!model.worksOverTcp()) continue;
     auto tcp = std::make_unique<sim::TcpEndpoint>();
     entries.push_back({model.number + kNetworkIds, model.number, kHost, tcp->port()});
-    addLine(loop, options, model, std::move(tcp));
+    lines.push_back(&addLine(loop, options, model, std::move(tcp)));
   }
   const SettingsFile settings(folder, entries);
   std::cout << settings.path().string() << std::endl;
@@ -143,15 +179,15 @@ void playAll(const Options& options) {
   }
   std::cout << std::flush;
   std::cerr << fill(texts::kStartedAll, {std::to_string(entries.size())}) << std::endl;
-  runUntilTold(loop);
+  runUntilTold(loop, lines);
 }
 
 }  // namespace
 
 void play(const Options& options) {
-  if (options.task == Options::Task::PlayAll) {
-    playAll(options);
-  } else {
-    playOne(options);
+  switch (options.task) {
+    case Options::Task::PlayAll: playAll(options); break;
+    case Options::Task::Replay: replay(options); break;
+    default: playOne(options); break;
   }
 }

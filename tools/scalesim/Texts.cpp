@@ -36,6 +36,8 @@ const Text kOptAll = {
     "One simulator of each model, on pseudo-terminals and TCP ports, with a settings.xml in DIR",
     "По симулятору каждой модели на псевдотерминалах и портах TCP, с файлом settings.xml в "
     "каталоге"};
+const Text kOptReplay = {"The scale's side of an exchange log, again and again",
+                         "Сторона весов из журнала обмена, снова и снова"};
 const Text kOptList = {"List the models", "Список моделей"};
 const Text kOptPty = {"On a pseudo-terminal (the default)", "На псевдотерминале (по умолчанию)"};
 const Text kOptLink = {"Symbolic link to the pseudo-terminal, removed at the end",
@@ -70,6 +72,7 @@ const Text kOptVerbose = {"Show all bytes on standard error",
                           "Показывать все байты в стандартном потоке ошибок"};
 const Text kOptHelp = {"This help; with a model, what is known of it",
                        "Эта справка; с номером модели - всё о ней"};
+const Text kOptVersion = {"Print the version and end", "Показать версию"};
 
 const Text kUsageError = {"scalesim: %1", "scalesim: %1"};
 const Text kUnknownArgument = {"unknown argument: %1", "неизвестный аргумент: %1"};
@@ -92,6 +95,10 @@ const Text kLinkNeedsPty = {"--link goes with a pseudo-terminal, not with --tcp"
                             "--link относится к псевдотерминалу, а не к --tcp"};
 const Text kSpeedNeedsPty = {"--speed goes with a pseudo-terminal, not with --tcp",
                              "--speed относится к псевдотерминалу, а не к --tcp"};
+const Text kReplayAlone = {
+    "--replay takes no model, none of --all and --speed, and nothing about the scale",
+    "--replay не сочетается с моделью, с --all и --speed и с тем, что "
+    "относится к весам"};
 const Text kAllAlone = {"--all takes no model and none of --pty, --link, --tcp",
                         "--all не сочетается с моделью и с --pty, --link, --tcp"};
 const Text kWeightOutOfRange = {"model %1 can't show %2 kg; with %3 decimals it shows %4 to %5",
@@ -132,6 +139,12 @@ const Text kStartedAll = {
     "scalesim: %1 scales; \"13: 1.250\" sets one, \"1.250\" all, Ctrl-C ends it.",
     "scalesim: весов: %1; \"13: 1.250\" меняет одни, \"1.250\" - все, Ctrl-C - "
     "конец."};
+const Text kStartedReplay = {"scalesim: %1, %2 turns, at %3; Ctrl-C ends it.",
+                             "scalesim: %1, обменов %2, адрес %3; Ctrl-C - конец."};
+const Text kNoReplay = {"%1 can't be read, or has nothing that a scale sent",
+                        "%1 не читается, или в нём нет ничего от весов"};
+const Text kStranger = {"scalesim: the host sent %1, in the record it was %2",
+                        "scalesim: пришло %1, а в записи было %2"};
 const Text kStopped = {"scalesim: stopped.", "scalesim: остановлен."};
 
 const Text kConsoleHelp = {

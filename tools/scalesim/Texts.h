@@ -12,21 +12,22 @@ namespace texts {
 
 extern const Text kPurpose, kUsage, kFooter;
 extern const Text kGroupWhat, kGroupWhere, kGroupShows, kGroupFaults, kGroupOther;
-extern const Text kOptModel, kOptAll, kOptList, kOptPty, kOptLink, kOptTcp, kOptSpeed;
+extern const Text kOptModel, kOptAll, kOptReplay, kOptList, kOptPty, kOptLink, kOptTcp, kOptSpeed;
 extern const Text kOptWeight, kOptDecimals, kOptPrice, kOptUnstable, kOptOverload;
 extern const Text kOptSilent, kOptGarbage, kOptCorrupt, kOptCut, kOptDribble, kOptHangUp,
     kOptSpoilOnly;
-extern const Text kOptLang, kOptVerbose, kOptHelp;
+extern const Text kOptLang, kOptVerbose, kOptHelp, kOptVersion;
 
 extern const Text kUsageError, kUnknownArgument, kBadValue, kSeeHelp;
 extern const Text kModelMissing, kNoSuchModel, kNotANumber, kOptionUnknown, kOneTransport;
-extern const Text kLinkNeedsPty, kSpeedNeedsPty, kAllAlone, kWeightOutOfRange, kPriceOutOfRange,
-    kDecimalsOutOfRange;
+extern const Text kLinkNeedsPty, kSpeedNeedsPty, kReplayAlone, kAllAlone, kWeightOutOfRange,
+    kPriceOutOfRange, kDecimalsOutOfRange;
 
 extern const Text kFailed, kRemedyPortTaken, kRemedyFileInTheWay, kRemedyNoAccess;
 extern const Text kRemedyNoFolder, kForeignSettings, kPathTooLong, kNoTcpWarning;
 
-extern const Text kStarted, kStartedAll, kStopped;
+extern const Text kStarted, kStartedAll, kStartedReplay, kStopped;
+extern const Text kNoReplay, kStranger;
 extern const Text kConsoleHelp, kConsoleUnknown, kConsoleNoScale, kConsoleNotKnown, kConsoleFailed;
 extern const Text kStable, kMoving, kOverloaded, kPriceIs, kTareIs, kSilentNow, kAwayNow;
 

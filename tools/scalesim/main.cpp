@@ -7,6 +7,7 @@
 #include "ModelSheet.h"
 #include "Options.h"
 #include "Player.h"
+#include "SelfDescription.h"
 #include "Texts.h"
 
 namespace {
@@ -26,9 +27,12 @@ int run(int argc, const char* const* argv) {
   switch (options.task) {
     case Options::Task::Help: std::cout << helpText(); break;
     case Options::Task::HelpOnModel: std::cout << modelSheet(*options.model); break;
+    case Options::Task::Version: std::cout << versionLine("scalesim") << '\n'; break;
+    case Options::Task::Describe: std::cout << descriptionText(options.description); break;
     case Options::Task::List: std::cout << modelList(); break;
     case Options::Task::Play:
-    case Options::Task::PlayAll: play(options); break;
+    case Options::Task::PlayAll:
+    case Options::Task::Replay: play(options); break;
   }
   return kGood;
 }

@@ -63,7 +63,7 @@ class TemporaryDirectory {
 /// A serial line through a pseudo-terminal. Hosts open it by a symbolic link: numbers of
 /// pseudo-terminals are given out anew at once, so a number that one simulator left would lead a
 /// late host to another's line.
-class PtyEndpoint : public Endpoint {
+class PtyEndpoint final : public Endpoint {
  public:
   /// `link` is made and, at the end, removed; an older link of that name is replaced, any other
   /// file is an error. An empty `link` makes one in a temporary directory.
@@ -101,7 +101,7 @@ class PtyEndpoint : public Endpoint {
 
 /// A TCP port on the loopback interface. Like a serial server it serves one host at a time; the
 /// next one waits until that one leaves.
-class TcpEndpoint : public Endpoint {
+class TcpEndpoint final : public Endpoint {
  public:
   /// Port 0 takes any free one.
   explicit TcpEndpoint(std::uint16_t port = 0);

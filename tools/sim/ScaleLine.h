@@ -8,20 +8,15 @@
 
 #include "Endpoint.h"
 #include "Faults.h"
+#include "Line.h"
 #include "Scale.h"
 
 namespace sim {
 
-enum class Direction { Received, Sent };
-
 /// A scale at its line: answers what arrives, streams where the model does, and keeps the times of
 /// its misbehaviour. Used by one thread.
-class ScaleLine {
+class ScaleLine : public Line {
  public:
-  using Clock = std::chrono::steady_clock;
-  /// Sees every piece of bytes as it goes over the line.
-  using Observer = std::function<void(Direction, std::span<const std::uint8_t>)>;
-
   ScaleLine(Scale scale, std::unique_ptr<Endpoint> endpoint, Faults faults = {});
 
   Scale& scale() { return scale_; }
@@ -36,15 +31,11 @@ class ScaleLine {
   void goAway();
   void comeBack();
 
-  int descriptor() const { return endpoint_->descriptor(); }
-  /// The events of poll(2) to wait for at the descriptor.
-  short events() const;
-  /// When `advance` has something to do; `Clock::time_point::max()` for nothing.
-  Clock::time_point deadline() const;
-  /// Takes what waits at the descriptor.
-  void receive(Clock::time_point now);
-  /// Does what is due.
-  void advance(Clock::time_point now);
+  int descriptor() const override { return endpoint_->descriptor(); }
+  short events() const override;
+  Clock::time_point deadline() const override;
+  void receive(Clock::time_point now) override;
+  void advance(Clock::time_point now) override;
 
  private:
   struct Outgoing {

@@ -6,6 +6,7 @@
 #include <string>
 #include <thread>
 
+#include "ScaleLine.h"
 #include "SimulationLoop.h"
 
 namespace sim {

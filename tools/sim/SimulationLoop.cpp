@@ -14,10 +14,6 @@ SimulationLoop::SimulationLoop() : wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC
   if (!wake_) throw std::system_error(errno, std::generic_category(), "eventfd");
 }
 
-ScaleLine& SimulationLoop::add(std::unique_ptr<ScaleLine> line) {
-  return *lines_.emplace_back(std::move(line));
-}
-
 void SimulationLoop::watch(int fd, std::function<void()> ready) {
   watches_.push_back({fd, std::move(ready)});
 }
@@ -63,7 +59,7 @@ void SimulationLoop::runCalls() {
 }
 
 int SimulationLoop::timeoutMs() const {
-  using Clock = ScaleLine::Clock;
+  using Clock = Line::Clock;
   Clock::time_point earliest = Clock::time_point::max();
   for (const auto& line : lines_) earliest = std::min(earliest, line->deadline());
   constexpr int kForEver = -1;
@@ -87,7 +83,7 @@ void SimulationLoop::run() {
       std::uint64_t count = 0;
       [[maybe_unused]] const ssize_t taken = ::read(wake_.get(), &count, sizeof count);
     }
-    const ScaleLine::Clock::time_point now = ScaleLine::Clock::now();
+    const Line::Clock::time_point now = Line::Clock::now();
     for (std::size_t i = 0; i < lines_.size(); ++i) {
       // Room for more to send shows by itself; all else is input, or an end that reading shows.
       const int shown = waiting[waiting.size() - lines_.size() + i].revents;

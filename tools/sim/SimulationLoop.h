@@ -9,18 +9,22 @@
 #include <vector>
 
 #include "FileDescriptor.h"
-#include "ScaleLine.h"
+#include "Line.h"
 
 namespace sim {
 
-/// Runs any number of scales on one thread, around one poll(2).
+/// Runs any number of lines on one thread, around one poll(2).
 class SimulationLoop {
  public:
   SimulationLoop();
 
-  /// Before `run`, or on its thread.
-  ScaleLine& add(std::unique_ptr<ScaleLine> line);
-  const std::vector<std::unique_ptr<ScaleLine>>& lines() const { return lines_; }
+  /// Before `run`, or on its thread. Returns the line, which the loop owns.
+  template <typename Kind>
+  Kind& add(std::unique_ptr<Kind> line) {
+    Kind& added = *line;
+    lines_.push_back(std::move(line));
+    return added;
+  }
   /// Calls `ready` whenever `fd` has input or has ended. Before `run`, or on its thread.
   void watch(int fd, std::function<void()> ready);
   void unwatch(int fd);
@@ -43,7 +47,7 @@ class SimulationLoop {
   void runCalls();
   void wake();
 
-  std::vector<std::unique_ptr<ScaleLine>> lines_;
+  std::vector<std::unique_ptr<Line>> lines_;
   std::vector<Watch> watches_;
   FileDescriptor wake_;
   std::atomic<bool> stopping_ = false;

@@ -29,6 +29,7 @@ void addSettingsCommand(CLI::App& app, Program& program);
 void addDoctorCommand(CLI::App& app, Program& program);
 void addReportCommand(CLI::App& app, Program& program);
 void addFindCommand(CLI::App& app, Program& program);
+void addExplainCommand(CLI::App& app, Program& program);
 void addCallCommand(CLI::App& app, Program& program);
 
 /// The help of one command.

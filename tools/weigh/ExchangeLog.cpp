@@ -22,12 +22,18 @@ constexpr const char* kLogSuffix = ".log";
                 say(text::kLogFolderRemedy));
 }
 
+fs::path absoluteFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::path absolute = fs::absolute(folder, error);
+  if (error) giveUp(folder, error);
+  return absolute;
+}
+
 }  // namespace
 
-ExchangeLog::ExchangeLog(const fs::path& folder) {
+ExchangeLog::ExchangeLog(const fs::path& folder) : folder_(absoluteFolder(folder)) {
   std::error_code error;
-  folder_ = fs::absolute(folder, error);
-  if (!error) fs::create_directories(folder_, error);
+  fs::create_directories(folder_, error);
   if (error) giveUp(folder, error);
   before_ = logs();
   const fs::path marker = folder_ / kMarker;

@@ -115,7 +115,7 @@ void addConnectionOptions(CLI::App& app, Connection& connection) {
       addText(app, "--host,-H,--ehost", connection.host, text::kHostOption)->type_name("HOST");
   addNumber(app, "--tcp-port,-t,--eport", connection.tcpPort, 1, kMaxTcpPort, text::kTcpPortOption);
   const auto type = std::make_shared<std::string>();
-  app.add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("TYPE");
+  app.add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("serial|tcp");
   app.add_flag("--leave,--conleave", connection.leave, say(text::kLeaveOption));
   app.add_option_function<std::string>(
          "--coeff",

@@ -23,17 +23,17 @@ Json textOrNull(const char* text) { return text == nullptr ? Json() : Json(text)
 
 }  // namespace
 
-double rounded(Milliseconds time) {
-  return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
-}
-
-std::string timestamp() {
+std::string timestamp(const char* form) {
   const std::time_t now = std::time(nullptr);
   std::tm local = {};
   ::localtime_r(&now, &local);
   std::array<char, 64> text = {};
-  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S%z", &local);
+  std::strftime(text.data(), text.size(), form, &local);
   return text.data();
+}
+
+double rounded(Milliseconds time) {
+  return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
 }
 
 std::string recordLine(const Json& record) {

@@ -31,6 +31,7 @@ inline constexpr Text kExitCodes = {
     "`weigh КОМАНДА --help` расскажет о команде подробнее.\n\n"
     "Пример: weigh read --model 13 --port /dev/ttyUSB0 --baud 9600"};
 inline constexpr Text kHelpFlag = {"Print this help and end", "Показать эту справку"};
+inline constexpr Text kVersionFlag = {"Print the version and end", "Показать версию"};
 inline constexpr Text kComponentOption = {"The component's library (default: the one beside weigh)",
                                           "Библиотека компоненты (по умолчанию рядом с weigh)"};
 inline constexpr Text kLangOption = {"Language of the messages (default: by the locale)",
@@ -52,11 +53,6 @@ inline constexpr Text kReadNotes = {
     "in ten.",
     "Если модель не указана, отвечает эмулятор, которому весы не нужны; одно чтение из десяти он "
     "намеренно оставляет без ответа."};
-inline constexpr Text kWatchAbout = {"Show the readings live until Ctrl-C, then a summary",
-                                     "Показывать чтения до Ctrl-C, затем итог"};
-inline constexpr Text kWatchNotes = {
-    "Where the output is no terminal, each reading has a line of its own.",
-    "Если вывод не на терминал, каждому чтению отводится своя строка."};
 inline constexpr Text kTareAbout = {"Make what lies on the scale its tare",
                                     "Принять груз на весах за тару"};
 inline constexpr Text kPriceAbout = {"Send a price to the scale", "Передать цену на весы"};
@@ -208,11 +204,6 @@ inline constexpr Text kStable = {"stable", "стабилен"};
 inline constexpr Text kMoving = {"moving", "движется"};
 inline constexpr Text kErrorWord = {"error {0}: {1}", "ошибка {0}: {1}"};
 inline constexpr Text kMs = {"{0} ms", "{0} мс"};
-inline constexpr Text kSummary = {
-    "{0} readings, {1} good, {2} failed; poll {3} / {4} / {5} ms (shortest / mean / longest)",
-    "чтений {0}, успешных {1}, с ошибкой {2}; опрос {3} / {4} / {5} мс (мин / среднее / макс)"};
-inline constexpr Text kSummaryWeights = {"weights from {0} to {1}, last {2}",
-                                         "вес от {0} до {1}, последний {2}"};
 inline constexpr Text kTareDone = {"tare set", "тара установлена"};
 inline constexpr Text kPriceDone = {"price {0} sent", "цена {0} передана"};
 

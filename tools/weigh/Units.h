@@ -20,7 +20,7 @@ Units unitsOf(int model);
 std::string weightText(double weight, Units units);
 /// "12.50", "1250/100", "1250"; "-" for a scale without prices.
 std::string moneyText(double amount, Units units);
-/// "kg", "g"; for numbers as the scale shows them "(as shown)".
+/// "kg", "g"; for digits without their decimal point "(as shown)".
 std::string unitText(WeightUnit unit);
 std::string stateText(const Reading& reading);
 /// The number of milliseconds with one digit behind the point.

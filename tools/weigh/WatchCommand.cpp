@@ -1,130 +1,154 @@
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "Commands.h"
 #include "Interrupt.h"
-#include "Records.h"
 #include "Report.h"
 #include "Session.h"
-#include "Table.h"
+#include "SettingsFile.h"
 #include "Texts.h"
+#include "WatchScreen.h"
+#include "WatchTexts.h"
+#include "WatchedScale.h"
 
 namespace weigh {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 struct WatchOptions {
   ScaleOptions scale;
+  /// Empty for one scale by options.
+  std::string folder;
   ReadingOptions reading{.count = 0, .interval = std::chrono::milliseconds(500)};
 };
 
-/// What there is to say of all readings together.
-class Summary {
- public:
-  void add(const Reading& reading) {
-    ++readings_;
-    shortest_ = std::min(shortest_, reading.poll);
-    longest_ = std::max(longest_, reading.poll);
-    total_ += reading.poll;
-    if (!reading.good()) return;
-    ++good_;
-    lowest_ = good_ == 1 ? reading.weight : std::min(lowest_, reading.weight);
-    highest_ = good_ == 1 ? reading.weight : std::max(highest_, reading.weight);
-    last_ = reading.weight;
-  }
-
-  bool anyGood() const { return good_ > 0; }
-
-  std::string text(Units units) const {
-    if (readings_ == 0) return fill(text::kSummary, {"0", "0", "0", "-", "-", "-"});
-    std::string text =
-        fill(text::kSummary,
-             {std::to_string(readings_), std::to_string(good_), std::to_string(readings_ - good_),
-              milliseconds(shortest_), milliseconds(total_ / readings_), milliseconds(longest_)});
-    if (anyGood()) {
-      text += '\n' +
-              fill(text::kSummaryWeights, {weightText(lowest_, units), weightText(highest_, units),
-                                           weightText(last_, units)});
-    }
-    return text;
-  }
-
- private:
-  long readings_ = 0;
-  long good_ = 0;
-  Milliseconds shortest_ = Milliseconds::max();
-  Milliseconds longest_{0};
-  Milliseconds total_{0};
-  double lowest_ = 0.0;
-  double highest_ = 0.0;
-  double last_ = 0.0;
-};
-
-/// Writes each reading over the one before, on a terminal.
-class LiveLine {
- public:
-  static bool possible() { return ::isatty(STDOUT_FILENO) == 1; }
-
-  void show(const std::string& text) {
-    static constexpr const char* kRestart = "\r\x1B[K";
-    std::cout << kRestart << clipped(text, width()) << std::flush;
-    shown_ = true;
-  }
-  ~LiveLine() {
-    if (shown_) std::cout << std::endl;
-  }
-
- private:
-  /// One less than the terminal has: a full line would wrap.
-  static std::size_t width() {
-    static constexpr std::size_t kUsual = 79;
-    winsize size = {};
-    const bool known = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
-    return known ? size.ws_col - 1U : kUsual;
-  }
-
-  bool shown_ = false;
-};
-
-std::string liveText(const Reading& reading, Units units) {
-  return readingText(reading, units) + "   " + fill(text::kMs, {milliseconds(reading.poll)});
+/// "0:02:10"
+std::string durationText(Clock::duration time) {
+  const std::chrono::hh_mm_ss parts(std::chrono::floor<std::chrono::seconds>(time));
+  const auto two = [](auto number) {
+    const std::string digits = std::to_string(number.count());
+    return digits.size() < 2 ? "0" + digits : digits;
+  };
+  return std::to_string(parts.hours().count()) + ":" + two(parts.minutes()) + ":" +
+         two(parts.seconds());
 }
 
-ExitCode watchScale(const Program& program, const WatchOptions& options) {
-  const Connection& connection = options.scale.connection;
-  const Units units = unitsOf(connection.model);
-  const bool plain = options.reading.format == Format::Text;
-  const Interrupt interrupt;
-  Session session(program.component, options.scale.log);
-  const std::string id = session.open(connection);
-  Summary summary;
-  {
-    LiveLine live;
-    ReadingWriter writer(options.reading.format, units, true);
-    auto next = std::chrono::steady_clock::now();
-    for (std::int64_t done = 0; options.reading.count == 0 || done < options.reading.count;
-         ++done) {
-      if (interrupt.askedBefore(next)) break;
-      next = std::max(next, std::chrono::steady_clock::now()) + options.reading.interval;
-      const Reading reading = session.read(id, true);
+std::vector<WatchedScale> registerScales(Session& session, const WatchOptions& options) {
+  std::vector<WatchedScale> scales;
+  if (options.folder.empty()) {
+    const Connection& connection = options.scale.connection;
+    scales.emplace_back(session.open(connection), "", connection);
+    return scales;
+  }
+  const auto entries = readSettings(options.folder);
+  const host::LastError error = session.useFolder(options.folder);
+  if (error.code != 0) throw Failure(kScaleFailed, errorText(error), remedyFor(error.code, {}));
+  for (const SettingsEntry& entry : entries) {
+    scales.emplace_back(entry.id, entry.id, entry.connection());
+  }
+  return scales;
+}
+
+/// Shows what the scales say, in the format that was asked for.
+class Display {
+ public:
+  Display(const std::vector<WatchedScale>& scales, Format format)
+      : scales_(scales),
+        format_(format),
+        inPlace_(format == Format::Text && WatchScreen::possible()) {
+    if (format == Format::Csv) std::cout << WatchedScale::csvHead() << '\n';
+  }
+
+  /// After a reading of `scale`.
+  void show(WatchedScale& scale) {
+    const std::string notice = scale.takeNotice();
+    if (inPlace_) {
+      refresh();
+      return;
+    }
+    switch (format_) {
+      case Format::Text: std::cout << scale.readingLine() << std::endl; break;
+      case Format::Json: writeRecord(scale.record()); break;
+      case Format::Csv: std::cout << scale.csvRow() << std::endl; break;
+    }
+    if (!notice.empty()) complain(notice);
+  }
+
+  /// Moves the last minute on.
+  void refresh() {
+    if (!inPlace_) return;
+    screen_.show(watchLines(scales_, durationText(Clock::now() - start_), WatchScreen::size()));
+  }
+
+ private:
+  const std::vector<WatchedScale>& scales_;
+  Format format_;
+  bool inPlace_;
+  WatchScreen screen_;
+  Clock::time_point start_ = Clock::now();
+};
+
+/// Waits until `time`; true if the program was asked to end before.
+bool askedBefore(Clock::time_point time, const Interrupt& interrupt, Display& display) {
+  static constexpr std::chrono::seconds kRefresh{1};
+  for (;;) {
+    const auto soon = Clock::now() + kRefresh;
+    if (interrupt.askedBefore(std::min(time, soon))) return true;
+    if (time <= soon) return false;
+    display.refresh();
+  }
+}
+
+void pollScales(Session& session, std::vector<WatchedScale>& scales, const ReadingOptions& options,
+                const Interrupt& interrupt) {
+  Display display(scales, options.format);
+  auto next = Clock::now();
+  for (std::int64_t done = 0; options.count == 0 || done < options.count; ++done) {
+    if (askedBefore(next, interrupt, display)) return;
+    next = std::max(next, Clock::now()) + options.interval;
+    for (WatchedScale& scale : scales) {
+      const Reading reading = session.read(scale.id(), true);
       // A poll that the signal cut into says nothing about the scale.
-      if (!reading.good() && interrupt.asked()) break;
-      summary.add(reading);
-      if (!plain) {
-        writer.write(reading);
-      } else if (LiveLine::possible()) {
-        live.show(liveText(reading, units));
-      } else {
-        std::cout << liveText(reading, units) << std::endl;
-      }
+      if (!reading.good() && interrupt.asked()) return;
+      scale.add(reading);
+      display.show(scale);
+      if (interrupt.asked()) return;
     }
   }
-  (plain ? std::cout : std::cerr) << summary.text(units) << std::endl;
-  return summary.anyGood() ? kGood : judge(session.component().lastError(), connection);
+}
+
+/// Complains of the scales that never gave a weight, once for each kind of error.
+ExitCode judge(const std::vector<WatchedScale>& scales) {
+  std::map<std::uint32_t, std::vector<const WatchedScale*>> failed;
+  for (const WatchedScale& scale : scales) {
+    if (scale.statistics().good() == 0 && scale.statistics().polls() > 0) {
+      failed[scale.lastError().code].push_back(&scale);
+    }
+  }
+  for (const auto& [code, those] : failed) {
+    std::string names;
+    for (const WatchedScale* scale : those) names += (names.empty() ? "" : ", ") + scale->name();
+    const std::string error = errorText(those.front()->lastError());
+    complain(names.empty() ? error : fill(text::kOfScales, {error, names}),
+             remedyFor(code, those.front()->connection()));
+  }
+  return failed.empty() ? kGood : kScaleFailed;
+}
+
+ExitCode watch(const Program& program, const WatchOptions& options) {
+  const Interrupt interrupt;
+  Session session(program.component, options.scale.log);
+  std::vector<WatchedScale> scales = registerScales(session, options);
+  pollScales(session, scales, options.reading, interrupt);
+  std::ostream& summary = options.reading.format == Format::Text ? std::cout : std::cerr;
+  for (const WatchedScale& scale : scales) summary << scale.summary() << std::endl;
+  return judge(scales);
 }
 
 }  // namespace
@@ -134,12 +158,20 @@ void addWatchCommand(CLI::App& app, Program& program) {
   CLI::App& command =
       addCommand(app, {.name = "watch",
                        .about = text::kWatchAbout,
-                       .example = "weigh watch --model 13 --host 192.168.0.200 --interval 0.2",
+                       .example = "weigh watch --model 13 --host 192.168.0.200 --interval 0.2\n"
+                                  "         weigh watch /opt/orbelo",
                        .notes = &text::kWatchNotes});
+  command.add_option("folder", options->folder, say(text::kWatchFolder))->type_name("DIR");
   addScaleOptions(command, options->scale);
   addReadingOptions(command, options->reading, 0, text::kWatchCountOption);
-  command.callback([&program, options] {
-    program.action = [&program, options] { return watchScale(program, *options); };
+  command.callback([&program, &command, options] {
+    for (const CLI::Option* option : command.get_options()) {
+      if (!options->folder.empty() && option->count() > 0 &&
+          option->get_group() == say(text::kScaleGroup)) {
+        throw CLI::ValidationError("folder", fill(text::kFolderNamesScales, {option->get_name()}));
+      }
+    }
+    program.action = [&program, options] { return watch(program, *options); };
   });
 }
 

@@ -4,6 +4,7 @@
 
 #include "Commands.h"
 #include "Library.h"
+#include "SelfDescription.h"
 #include "Session.h"
 #include "Texts.h"
 
@@ -36,11 +37,25 @@ void nameHelpParts(CLI::App& app) {
 }
 
 void addCommands(CLI::App& app, Program& program) {
-  for (const auto add : {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand,
-                         addTestCommand, addModelsCommand, addPageCommand, addSettingsCommand,
-                         addFindCommand, addDoctorCommand, addReportCommand, addCallCommand}) {
+  for (const auto add :
+       {addReadCommand, addWatchCommand, addTareCommand, addPriceCommand, addTestCommand,
+        addModelsCommand, addPageCommand, addSettingsCommand, addFindCommand, addDoctorCommand,
+        addReportCommand, addExplainCommand, addCallCommand}) {
     add(app, program);
   }
+}
+
+/// For the build, which makes manual pages and completion of it.
+void addSelfDescription(CLI::App& app) {
+  const auto print = [&app](const std::string& form) {
+    std::cout << selfDescription(app, form);
+    throw CLI::Success();
+  };
+  app.add_option_function<std::string>(kSelfDescriptionOption, print)
+      ->check(CLI::IsMember({"man", "bash", "zsh"}))
+      // A command need not follow.
+      ->trigger_on_parse()
+      ->group("");
 }
 
 /// What CLI11 found wrong, in the tool's words.
@@ -97,7 +112,9 @@ ExitCode parseAndRun(int argc, char** argv) {
       ->check(CLI::IsMember({"en", "ru"}))
       // A wrapper may have said its own before.
       ->take_last();
+  app.set_version_flag("--version", versionLine("weigh"), say(text::kVersionFlag));
   addCommands(app, program);
+  addSelfDescription(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -10,7 +10,6 @@
 #include "CkString.h"
 #include "ClsBase.h"
 #include "TempFolder.h"
-#include "XString.h"
 
 namespace {
 
@@ -121,18 +120,6 @@ TEST(CkMultiByteBase, ResultsAreAnsiUnlessAskedForUtf8) {
   CkSettings::setAnsiCodePage(codePage);
 }
 
-TEST(CkMultiByteBase, KeepsItsProperties) {
-  CkProbe probe(new ClsProbe);
-  EXPECT_TRUE(probe.get_LastMethodSuccess());
-  probe.put_LastMethodSuccess(false);
-  EXPECT_FALSE(probe.get_LastMethodSuccess());
-  EXPECT_FALSE(probe.get_VerboseLogging());
-  probe.put_VerboseLogging(true);
-  EXPECT_TRUE(probe.get_VerboseLogging());
-  probe.work("x");
-  EXPECT_THAT(probe.lastErrorText(), HasSubstr("VerboseLogging: 1"));
-}
-
 TEST(CkMultiByteBase, SavesTheLogAsXml) {
   const fixture::TempFolder folder;
   CkProbe probe(new ClsProbe);
@@ -159,30 +146,5 @@ TEST_P(ProgrammingLanguage, DecidesAboutLineEnds) {
 
 INSTANTIATE_TEST_SUITE_P(WithCrLf, ProgrammingLanguage,
                          testing::Values(1, 2, 3, 4, 5, 6, 33, 264, 464, 564, 664));
-
-TEST(ClsBase, InjectsALogOfOneLine) {
-  ClsProbe probe;
-  XString text;
-  probe.injectError("Fetch", "lost");
-  probe.get_LastErrorText(text);
-  EXPECT_THAT(text.getUtf8(), HasSubstr("    lost\n  --Fetch\n"));
-  probe.injectStatus("Fetch", false);
-  probe.get_LastErrorText(text);
-  EXPECT_THAT(text.getUtf8(), HasSubstr("    Failed.\n  --Fetch\n"));
-}
-
-TEST(ClsBase, LocksDoNothingInASingleThreadedProcess) {
-  ClsProbe options;
-  XString text;
-  text.setFromUtf8("SingleThreaded");
-  options.put_UncommonOptions(text);
-  {
-    ClsProbe unlocked;  // made without a lock, and still without one when the switch is back
-    text.setFromUtf8("multithreaded");
-    options.put_UncommonOptions(text);
-    unlocked.work("x");
-  }
-  EXPECT_FALSE(LogBase::m_singleThreaded);
-}
 
 }  // namespace

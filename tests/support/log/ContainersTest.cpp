@@ -40,17 +40,6 @@ class PtrArray : public testing::Test {
   ExtPtrArray array;
 };
 
-TEST_F(PtrArray, GrowsFasterTheLargerItIs) {
-  array.m_ownsObjects = true;
-  std::vector<int> capacities = {0};
-  for (int i = 0; i < 200'001; ++i) {
-    array.appendPtr(nullptr);
-    if (capacities.back() != array.getCapacity()) capacities.push_back(array.getCapacity());
-  }
-  EXPECT_THAT(capacities, ElementsAre(0, 5, 10, 20, 40, 80, 160, 320, 640, 1280, 2560, 5120, 10240,
-                                      20480, 40960, 81920, 163840, 263840));
-}
-
 TEST_F(PtrArray, AddsMovesAndTakesOut) {
   array.m_ownsObjects = true;
   fill(4);

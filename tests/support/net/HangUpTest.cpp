@@ -48,7 +48,7 @@ TEST_F(HangUp, InTheMiddleOfAnAnswerIsAClosedConnection) {
   });
   fixture::connectTo(socket, peer.port());
   socket.put_MaxReadIdleMs(5000);
-  const int open = fixture::openDescriptors();
+  const std::size_t open = fixture::openDescriptors();
   EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, "ST,GS"}));
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::ClosedByPeer);
   EXPECT_LT(fixture::openDescriptors(), open + 1);
@@ -74,22 +74,6 @@ TEST_F(HangUp, AResetInTheMiddleOfAnAnswerIsASocketError) {
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::SocketError);
   EXPECT_FALSE(socket.get_IsConnected());
   EXPECT_TRUE(socket.Close(5000));
-}
-
-TEST_F(HangUp, IsNoticedByAsking) {
-  for (const bool hard : {false, true}) {
-    TcpPeer peer([&](TcpWire& wire) {
-      if (hard) {
-        wire.reset();
-      } else {
-        wire.hangUp();
-      }
-    });
-    CkSocket client;
-    fixture::connectTo(client, peer.port());
-    EXPECT_TRUE(becomesDisconnected(client)) << hard;
-    EXPECT_FALSE(receiveBytes(client, 1).ok);
-  }
 }
 
 TEST_F(HangUp, ASendAfterAResetFailsAndTheProcessLives) {
@@ -133,16 +117,6 @@ TEST_F(HangUp, AHalfClosedPeerIsGone) {
   EXPECT_TRUE(becomesDisconnected(socket));
 }
 
-TEST(Closing, APeerThatClosesTooCostsNothing) {
-  TcpPeer peer(fixture::silent());  // ends when the client's end comes
-  CkSocket socket;
-  fixture::connectTo(socket, peer.port());
-  const Stopwatch clock;
-  EXPECT_TRUE(socket.Close(5000));
-  EXPECT_LT(clock.ms(), 2000);
-  EXPECT_FALSE(socket.get_IsConnected());
-}
-
 TEST(Closing, APeerThatNeverClosesCostsTheWholeTime) {
   TcpPeer peer([](TcpWire& wire) {
     wire.send(fixture::bytes(std::string(300, 'a')));  // is read and dropped
@@ -151,14 +125,14 @@ TEST(Closing, APeerThatNeverClosesCostsTheWholeTime) {
   CkSocket socket;
   fixture::connectTo(socket, peer.port());
   const Stopwatch clock;
-  EXPECT_TRUE(socket.Close(1000));
-  EXPECT_GE(clock.ms(), 990);
-  EXPECT_LT(clock.ms(), 1000 + kSlack_ms);
+  EXPECT_TRUE(socket.Close(300));
+  EXPECT_GE(clock.ms(), 290);
+  EXPECT_LT(clock.ms(), 300 + kSlack_ms);
 }
 
 TEST(Closing, TheEndOfTheObjectGivesThePeerTenMilliseconds) {
   TcpPeer peer([](TcpWire& wire) { wire.pause(60'000); });
-  const int before = fixture::openDescriptors();
+  const std::size_t before = fixture::openDescriptors();
   const Stopwatch clock;
   {
     CkSocket socket;
@@ -172,7 +146,7 @@ TEST(Closing, AHundredObjectsLeaveNoDescriptor) {
   fixture::SilentPort neverAnswers;
   std::vector<std::unique_ptr<TcpPeer>> peers;
   for (int i = 0; i < 100; ++i) peers.push_back(std::make_unique<TcpPeer>(fixture::silent()));
-  const int before = fixture::openDescriptors();
+  const std::size_t before = fixture::openDescriptors();
   std::vector<std::unique_ptr<CkSocket>> sockets;
   for (const auto& peer : peers) {
     sockets.push_back(std::make_unique<CkSocket>());

@@ -2,9 +2,7 @@
 #include <sys/socket.h>
 
 #include <array>
-#include <chrono>
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -48,7 +46,6 @@ class Cache : public testing::Test {
   ~Cache() override {
     forget();
     DnsCache::m_dnsCachingEnabled = false;
-    DnsCache::m_timeToLiveMs = 0;
   }
   static void insert(const std::string& host, const char* address) {
     DnsCache::dnsCacheInsert(StringBuffer(host.c_str()), StringBuffer(address));
@@ -94,17 +91,6 @@ TEST_F(Cache, AFullGenerationBecomesTheOldOne) {
   EXPECT_EQ(lookup("first"), "1.1.1.1");
   insert("one more", "3.3.3.3");
   EXPECT_EQ(lookup("first"), "");
-}
-
-TEST_F(Cache, ForgetsWhatIsTooOld) {
-  insert("a", "1.1.1.1");
-  DnsCache::m_timeToLiveMs = 60'000;
-  EXPECT_EQ(lookup("a"), "1.1.1.1");
-  DnsCache::m_timeToLiveMs = 1;
-  std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  EXPECT_EQ(lookup("a"), "");
-  DnsCache::m_timeToLiveMs = 0;
-  EXPECT_EQ(lookup("a"), "");
 }
 
 }  // namespace

@@ -46,21 +46,6 @@ class Plain : public testing::Test {
   std::array<unsigned char, kBufferSize> buffer = {};
 };
 
-TEST_F(Plain, KnowsTheAddressItWentTo) {
-  TcpPeer peer(fixture::silent());
-  ASSERT_TRUE(socket.connectSocket(StringBuffer("LocalHost"), peer.port(), settings, params, log));
-  EXPECT_STREQ(socket.lastConnectedIp().getString(), "127.0.0.1");
-}
-
-TEST_F(Plain, PollingAsksOnceAndDoesntWait) {
-  TcpPeer peer(fixture::silent());
-  ASSERT_TRUE(connectTo(peer));
-  const Stopwatch clock;
-  EXPECT_FALSE(receive(KestrumSocket::kPolling));
-  EXPECT_TRUE(params.timedOut);
-  EXPECT_LT(clock.ms(), 1000);
-}
-
 TEST_F(Plain, OnASocketThatIsNoneEverythingFails) {
   std::uint32_t sent = 0;
   EXPECT_FALSE(receive(100));
@@ -143,24 +128,6 @@ TEST(TwoThreads, OnOneObjectTheSecondReceiverIsTurnedAway) {
   EXPECT_LT(clock.ms(), 1000);
   first.join();
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
-}
-
-TEST(TwoThreads, OnTwoObjectsDontMeet) {
-  TcpPeer peers[] = {TcpPeer(fixture::answering(fixture::text("W"), fixture::text("12"))),
-                     TcpPeer(fixture::answering(fixture::text("W"), fixture::text("12")))};
-  const auto poll = [](int port) {
-    for (int i = 0; i < 20; ++i) {
-      CkSocket socket;
-      fixture::connectTo(socket, port);
-      socket.put_MaxReadIdleMs(5000);
-      EXPECT_TRUE(fixture::sendBytes(socket, "W"));
-      EXPECT_EQ(fixture::receiveBytes(socket, 2), (fixture::ReceivedBytes{true, "12"}));
-      EXPECT_TRUE(socket.Close(5000));
-    }
-  };
-  std::thread other(poll, peers[0].port());
-  poll(peers[1].port());
-  other.join();
 }
 
 TEST(ReadAhead, GivesFromTheFrontWhatWasAddedAtTheEnd) {

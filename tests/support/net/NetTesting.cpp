@@ -4,7 +4,6 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-#include <filesystem>
 #include <ostream>
 
 #include <gtest/gtest.h>
@@ -70,20 +69,8 @@ ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n) {
   return {ok, std::string(data.getData() == nullptr ? "" : data.getData(), data.getSize())};
 }
 
-bool operator==(const ReceivedBytes& a, const ReceivedBytes& b) {
-  return a.ok == b.ok && a.bytes == b.bytes;
-}
-
 void PrintTo(const ReceivedBytes& received, std::ostream* out) {
   *out << (received.ok ? "ok" : "failed") << " with " << testing::PrintToString(received.bytes);
-}
-
-int openDescriptors() {
-  int n = 0;
-  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-    ++n;
-  }
-  return n;
 }
 
 }  // namespace fixture

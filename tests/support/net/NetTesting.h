@@ -4,11 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "Bytes.h"
 #include "CkByteData.h"
 #include "CkSocket.h"
 #include "Descriptor.h"
+#include "HexBytes.h"
 #include "StringBuffer.h"
+#include "Usage.h"
 
 namespace fixture {
 
@@ -49,12 +50,9 @@ bool sendBytes(CkSocket& socket, std::string_view bytes);
 struct ReceivedBytes {
   bool ok;
   std::string bytes;
+  bool operator==(const ReceivedBytes&) const = default;
 };
 ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n);
-bool operator==(const ReceivedBytes& a, const ReceivedBytes& b);
 void PrintTo(const ReceivedBytes& received, std::ostream* out);
-
-/// Open descriptors of this process.
-int openDescriptors();
 
 }  // namespace fixture

@@ -5,6 +5,8 @@
 
 #include "CkByteData.h"
 #include "DataBuffer.h"
+#include "DataFile.h"
+#include "HexBytes.h"
 #include "StringBuffer.h"
 #include "TextTesting.h"
 
@@ -40,19 +42,6 @@ TEST(DataBufferTest, GrowsByTheLadder) {
     EXPECT_EQ(buffer.getBufSize(), step.capacity) << step.size << " + " << step.piece;
     EXPECT_EQ(buffer.getSize(), step.size + step.piece);
   }
-}
-
-TEST(DataBufferTest, GrowsInSmallStepsByteByByte) {
-  DataBuffer buffer;
-  std::vector<std::uint32_t> capacities;
-  for (int i = 0; i < 3000; ++i) {
-    ASSERT_TRUE(buffer.appendChar(static_cast<char>(i)));
-    if (capacities.empty() || capacities.back() != buffer.getBufSize()) {
-      capacities.push_back(buffer.getBufSize());
-    }
-  }
-  EXPECT_EQ(capacities, (std::vector<std::uint32_t>{64, 320, 1344, 11344}));
-  EXPECT_EQ(buffer.byteAt(2999), 2999 & 0xFF);
 }
 
 TEST(DataBufferTest, AppendsItsOwnBytesAcrossAGrowth) {
@@ -153,47 +142,19 @@ TEST(DataBufferTest, RemovesAndInserts) {
 }
 
 TEST(DataBufferTest, RecognisesObviousEncodings) {
-  using namespace std::string_literals;
-  struct Case {
-    std::string bytes;
-    int codePage;
-  };
-  std::string sparse(800, 'a');
-  for (std::size_t i = 1; i < 2 * 33; i += 2) sparse[i] = '\0';
-  std::string even(800, 'a');
-  for (std::size_t i = 0; i < 2 * 33; i += 2) even[i] = '\0';
-  const Case cases[] = {{"", -1},
-                        {"\xFF\xFE", 1200},
-                        {"\xFF\xFE\0\0"s, 1200},  // UTF-32 begins alike
-                        {"\xFE\xFF"s + "x", 1201},
-                        {"\xEF\xBB\xBF", 65001},
-                        {"\xEF\xBB", -1},
-                        {"\0\0\xFE\xFF"s, 12001},
-                        {std::string(40, 'a'), -1},
-                        {"a\0b\0c\0d\0"s, 1200},
-                        {"\0a\0b\0c\0d"s, 1201},
-                        {"\0"s, 1201},
-                        {"a", -1},
-                        {"a\0"s, 1200},
-                        {"aaaaaaaaaaaaaaa\0"s, -1},  // one NUL where two are an eighth
-                        {sparse, 1200},              // more than 32 settle it
-                        {even, 1201}};
-  for (const Case& test : cases) {
-    DataBuffer buffer;
-    buffer.append(test.bytes.data(), test.bytes.size());
-    EXPECT_EQ(buffer.detectObviousCodePage(), test.codePage) << testing::PrintToString(test.bytes);
-  }
-}
-
-TEST(DataBufferTest, EndsInExactlyOneNulForAText) {
-  using namespace std::string_literals;
-  const std::pair<std::string, std::string> cases[] = {
-      {"", "\0"s}, {"ab", "ab\0"s}, {"ab\0\0\0"s, "ab\0"s}, {"\0\0"s, "\0"s}, {"a\0b"s, "a\0b\0"s}};
-  for (const auto& [bytes, prepared] : cases) {
+  const auto detected = [](const std::string& bytes) {
     DataBuffer buffer;
     buffer.append(bytes.data(), bytes.size());
-    EXPECT_TRUE(buffer.prepForSbTake());
-    EXPECT_EQ(toString(buffer), prepared);
+    return buffer.detectObviousCodePage();
+  };
+  for (const fixture::DataRow& row : fixture::dataRows("obvious_code_pages.txt")) {
+    EXPECT_EQ(detected(fixture::characters(row.left)), std::stoi(row.right)) << row.left;
+  }
+  // More than 32 NUL bytes settle it, however many others there are.
+  for (const std::size_t first : {0U, 1U}) {
+    std::string bytes(800, 'a');
+    for (std::size_t i = first; i < 2 * 33; i += 2) bytes[i] = '\0';
+    EXPECT_EQ(detected(bytes), first == 1 ? 1200 : 1201);
   }
 }
 

@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "AnsiIs.h"
 #include "CkSettings.h"
 #include "CkString.h"
-#include "CkUtf.h"
 #include "ClsBase.h"
-#include "XString.h"
+#include "TextTesting.h"
 
 namespace {
 
@@ -83,6 +81,7 @@ TEST_F(CkStringTest, NullArgumentsAreEmptyTexts) {
   text.append(static_cast<const char*>(nullptr));
   text.appendU(nullptr);
   text.appendAnsi(nullptr);
+  EXPECT_TRUE(text.endsWith(nullptr));
   EXPECT_STREQ(text.getAnsi(), "x");
   text.setStringUtf16(nullptr);
   EXPECT_STREQ(text.getAnsi(), "");
@@ -121,16 +120,6 @@ TEST_F(CkStringTest, GivesBytesInNamedEncodings) {
   EXPECT_STREQ(text.getEnc("base64"), "A");
 }
 
-TEST_F(CkStringTest, EndsWith) {
-  CkString text("abc\xC2");
-  EXPECT_TRUE(text.endsWith("\xC2"));
-  EXPECT_TRUE(text.endsWith(nullptr));
-  EXPECT_TRUE(text.endsWith(""));
-  EXPECT_FALSE(text.endsWith("ABC\xC2"));
-  text.put_Utf8(true);
-  EXPECT_TRUE(text.endsWith("cВ"));
-}
-
 TEST_F(CkStringTest, ComparesByCodePoint) {
   CkString less;
   CkString more;
@@ -139,58 +128,6 @@ TEST_F(CkStringTest, ComparesByCodePoint) {
   more.setStringUtf8("😀");
   EXPECT_LT(less.compareStr(more), 0);
   EXPECT_GT(more.compareStr(less), 0);
-}
-
-TEST_F(CkStringTest, ReplacesAll) {
-  CkString text(
-      "a\xC2"
-      "b\xC2");
-  CkString from("\xC2");
-  CkString to("--");
-  EXPECT_EQ(text.replaceAll(from, to), 2);
-  EXPECT_STREQ(text.getAnsi(), "a--b--");
-  EXPECT_EQ(text.replaceAll(from, to), 0);
-  EXPECT_EQ(text.replaceAll(text, text), 1);
-  EXPECT_STREQ(text.getAnsi(), "a--b--");
-}
-
-TEST_F(CkStringTest, BinaryEncodings) {
-  CkString text;
-  text.setStringUtf8("Вес");
-  text.hexEncode("windows-1251");
-  EXPECT_STREQ(text.getUtf8(), "C2E5F1");
-  text.hexDecode("windows-1251");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-  text.hexEncode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "D092D0B5D181");
-  text.hexDecode("utf-8");
-  text.base64Encode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "0JLQtdGB");
-  text.base64Decode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-  text.setStringAnsi("77u/0JLQtdGB");  // with a mark
-  text.base64Decode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-  text.setStringAnsi("//4SBDUEQQQ=");  // UTF-16 gives itself away
-  text.base64Decode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-  text.urlEncode("windows-1251");
-  EXPECT_STREQ(text.getUtf8(), "%C2%E5%F1");
-  text.urlDecode("unknown");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-  text.qpEncode("utf-8");
-  text.qpDecode("utf-8");
-  EXPECT_STREQ(text.getUtf8(), "Вес");
-}
-
-TEST_F(CkStringTest, ModifiedUtf8OnlyWhile4BytesAreOff) {
-  CkString text;
-  text.setStringUtf8("😀");
-  EXPECT_STREQ(text.getUtf8(), "😀");
-  g_allow_4byte_utf8 = false;
-  EXPECT_STREQ(text.getUtf8(), "\xED\xA0\xBD\xED\xB8\x80");
-  g_allow_4byte_utf8 = true;
-  EXPECT_EQ(text.getNumChars(), 2);
 }
 
 }  // namespace

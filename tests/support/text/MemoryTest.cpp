@@ -1,9 +1,5 @@
-// Takes the place of the memory functions: looks at blocks when they are freed, counts them, and
-// refuses them on demand.
+// Looks at blocks when they are freed, counts them, and refuses them on demand.
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
@@ -15,79 +11,26 @@
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
+#include "MemoryWatch.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "XString.h"
 
 namespace {
 
-struct Watch {
-  bool counting = false;
-  int allocations = 0;
-  /// Allocations that still succeed; negative for all.
-  int left = -1;
-  /// Blocks that were freed with this text in them.
-  std::string_view secret;
-  int secretsFreed = 0;
-};
-
-thread_local Watch g_watch;
-
-constexpr std::size_t kHeader = alignof(std::max_align_t);
-
-void* take(std::size_t n) noexcept {
-  if (g_watch.left == 0) return nullptr;
-  if (g_watch.left > 0) --g_watch.left;
-  if (g_watch.counting) ++g_watch.allocations;
-  void* const block = std::malloc(n + kHeader);
-  if (block == nullptr) return nullptr;
-  std::memcpy(block, &n, sizeof n);
-  return static_cast<char*>(block) + kHeader;
-}
-
-void give(void* p) noexcept {
-  if (p == nullptr) return;
-  char* const block = static_cast<char*>(p) - kHeader;
-  if (!g_watch.secret.empty()) {
-    std::size_t n = 0;
-    std::memcpy(&n, block, sizeof n);
-    const std::string_view bytes(static_cast<const char*>(p), n);
-    if (bytes.find(g_watch.secret) != bytes.npos) ++g_watch.secretsFreed;
-  }
-  std::free(block);
-}
-
-void* takeOrThrow(std::size_t n) {
-  void* const p = take(n);
-  if (p == nullptr) throw std::bad_alloc();
-  return p;
-}
-
-}  // namespace
-
-void* operator new(std::size_t n) { return takeOrThrow(n); }
-void* operator new[](std::size_t n) { return takeOrThrow(n); }
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return take(n); }
-void* operator new[](std::size_t n, const std::nothrow_t&) noexcept { return take(n); }
-void operator delete(void* p) noexcept { give(p); }
-void operator delete[](void* p) noexcept { give(p); }
-void operator delete(void* p, std::size_t) noexcept { give(p); }
-void operator delete[](void* p, std::size_t) noexcept { give(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { give(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { give(p); }
-
-namespace {
+using fixture::MemoryShortage;
+using fixture::memoryWatch;
 
 constexpr const char* kSecret = "the PIN of the till is 4711";
 
 /// Counts blocks freed with the secret in them while `use` runs.
 template <typename Use>
 int leaks(Use use) {
-  g_watch.secret = "PIN of the till";
-  g_watch.secretsFreed = 0;
+  memoryWatch().secret = "PIN of the till";
+  memoryWatch().secretsFreed = 0;
   use();
-  g_watch.secret = {};
-  return g_watch.secretsFreed;
+  memoryWatch().secret = {};
+  return memoryWatch().secretsFreed;
 }
 
 std::string longSecret() { return kSecret + std::string(200, '.'); }
@@ -195,47 +138,15 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
             0);
 }
 
-TEST(AllocationTest, TheRoadFromThePlatformIsShort) {
-  Psdk::setAnsiCodePage(1251);
-  const char16_t* const id = u"Весы кассы 12345 №7";
-  CkString text;
-  text.setStringUtf16(reinterpret_cast<const unsigned short*>(id));
-  text.getAnsi();  // builds the table
-  text.clear();
-  g_watch.allocations = 0;
-  g_watch.counting = true;
-  text.setStringUtf16(reinterpret_cast<const unsigned short*>(id));
-  const char* const ansi = text.getAnsi();
-  g_watch.counting = false;
-  EXPECT_LE(g_watch.allocations, 3);
-  EXPECT_STREQ(ansi,
-               "\xC2\xE5\xF1\xFB \xEA\xE0\xF1\xF1\xFB 12345 \xB9"
-               "7");
-}
-
-TEST(AllocationTest, ShortTextsCostNothing) {
-  g_watch.allocations = 0;
-  g_watch.counting = true;
-  {
-    StringBuffer text;
-    for (int i = 0; i < 81; ++i) text.appendChar('x');
-    text.replaceAllOccurances("x", "y");
-  }
-  g_watch.counting = false;
-  EXPECT_EQ(g_watch.allocations, 0);
-}
-
 /// Runs `use` with memory for 0, 1, 2, ... allocations until there was enough: nothing may
 /// crash, throw or leak on the way.
 template <typename Use>
 void withShrinkingMemory(Use use) {
   EncodingConvert::cleanupMemory();
   for (int available = 0; available < 200; ++available) {
-    g_watch.left = available;
+    const MemoryShortage shortage(available);
     use();
-    const bool enough = g_watch.left > 0;
-    g_watch.left = -1;
-    if (enough) return;
+    if (!shortage.isHit()) return;
   }
   ADD_FAILURE() << "never had enough memory";
 }
@@ -283,12 +194,12 @@ TEST(AllocationTest, StringsLiveOnWithoutMemory) {
 TEST(AllocationTest, TheLastResortOfALargeBuffer) {
   // The ladder asks for 20,000 bytes; if they aren't to be had, the piece and 400 bytes do.
   DataBuffer bytes;
-  g_watch.left = 1;
-  EXPECT_TRUE(bytes.append("abc", 3));
-  EXPECT_EQ(bytes.getBufSize(), 20'000U);
-  g_watch.left = 0;
-  EXPECT_FALSE(bytes.appendCharN('x', 30'000));
-  g_watch.left = -1;
+  {
+    const MemoryShortage shortage(1);
+    EXPECT_TRUE(bytes.append("abc", 3));
+    EXPECT_EQ(bytes.getBufSize(), 20'000U);
+    EXPECT_FALSE(bytes.appendCharN('x', 30'000));
+  }
   EXPECT_EQ(bytes.getSize(), 3U);
 }
 

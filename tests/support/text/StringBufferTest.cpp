@@ -1,4 +1,3 @@
-#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -134,43 +133,6 @@ TEST(StringBufferTest, Trims) {
   EXPECT_STREQ(text.getString(), "a b ");
 }
 
-TEST(StringBufferTest, Numbers) {
-  StringBuffer text;
-  text.append(std::numeric_limits<int>::min());
-  text.append(0U);
-  text.appendInt64(std::numeric_limits<std::int64_t>::max());
-  EXPECT_STREQ(text.getString(), "-214748364809223372036854775807");
-  const std::pair<const char*, int> values[] = {
-      {"\t 12x", 12}, {"-7", -7}, {"+7", 7}, {"x", 0}, {"", 0}, {"\n1", 0}, {"4294967297", 1}};
-  for (const auto& [digits, value] : values) {
-    text.setString(digits);
-    EXPECT_EQ(text.intValue(), value) << digits;
-  }
-}
-
-TEST(StringBufferTest, LineEnds) {
-  StringBuffer text("a\r\nb\nc\rd\r\r\n");
-  text.toLF();
-  EXPECT_STREQ(text.getString(), "a\nb\nc\nd\n\n");
-  text.toCRLF();
-  EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
-  text.toCRLF();
-  EXPECT_STREQ(text.getString(), "a\r\nb\r\nc\r\nd\r\n\r\n");
-}
-
-TEST(StringBufferTest, ShrinksToWhatItHolds) {
-  StringBuffer text(std::string(300, 'x').c_str());
-  text.expectNumBytes(10'000);
-  text.minimizeMemoryUsage();
-  EXPECT_EQ(text.heapCapacity(), 301U);
-  text.shorten(220);
-  text.minimizeMemoryUsage();
-  EXPECT_FALSE(text.onHeap());
-  EXPECT_EQ(text.view(), std::string(80, 'x'));
-  text.shorten(1000);
-  EXPECT_EQ(text.getSize(), 0U);
-}
-
 TEST(StringBufferTest, HandsItsBlockOver) {
   for (const std::size_t size : {std::size_t{5}, std::size_t{500}}) {
     StringBuffer from(std::string(size, 'x').c_str());
@@ -202,6 +164,8 @@ TEST(StringBufferTest, RangesOutsideTheTextAreLeftAlone) {
   EXPECT_STREQ(text.getString(), "abcdef");
   text.removeChunk(1, 4);
   EXPECT_STREQ(text.getString(), "af");
+  text.shorten(1000);
+  EXPECT_EQ(text.getSize(), 0U);
   EXPECT_FALSE(text.expectNumBytes(0xFFFFFFFF));
 }
 

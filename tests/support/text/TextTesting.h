@@ -8,6 +8,7 @@
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
 #include "LogBase.h"
+#include "Psdk.h"
 #include "StringBuffer.h"
 
 inline std::string toString(const DataBuffer& bytes) {
@@ -48,3 +49,17 @@ inline std::string asUtf16(std::u16string_view text) {
 inline std::string asUtf32(std::u32string_view text) {
   return {reinterpret_cast<const char*>(text.data()), text.size() * 4};
 }
+
+/// The ANSI code page for the length of a test.
+class AnsiIs {
+ public:
+  explicit AnsiIs(int codePage) : before_(Psdk::getAnsiCodePage()) {
+    Psdk::setAnsiCodePage(codePage);
+  }
+  ~AnsiIs() { Psdk::setAnsiCodePage(before_); }
+  AnsiIs(const AnsiIs&) = delete;
+  AnsiIs& operator=(const AnsiIs&) = delete;
+
+ private:
+  int before_;
+};

@@ -12,6 +12,9 @@
 #include "CkString.h"
 #include "CkXml.h"
 #include "ClsXml.h"
+#include "DataBuffer.h"
+#include "EncodingConvert.h"
+#include "LogBase.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "TempFolder.h"
@@ -29,7 +32,8 @@ struct Release {
 using Cursor = std::unique_ptr<ClsXml, Release>;
 
 constexpr std::string_view kDocument =
-    "<root><x n='1'><x n='2'/><y/></x><y n=' 12x' e='' t='x' m='-7' big='4294967297'/></root>";
+    "<root><x n='1'><x n='2'/><y/></x><y n=' 12x' e='' t='x' m='-7' big='4294967297' d='1' "
+    "d='2'/></root>";
 
 class Xml : public testing::Test {
  protected:
@@ -73,6 +77,7 @@ TEST_F(Xml, ReadsAttributes) {
   EXPECT_EQ(attribute(" t "), "x");
   EXPECT_EQ(attribute("e"), "");
   EXPECT_EQ(attribute("T"), "none");
+  EXPECT_EQ(attribute("d"), "1");
   EXPECT_EQ(attribute(nullptr), "none");
   struct Row {
     const char* name;
@@ -129,6 +134,34 @@ TEST_F(Xml, ReadsArgumentsByItsFlag) {
   EXPECT_EQ(attribute("a"), "\xD1\x8F");
 }
 
+// As editors on other systems leave a file.
+TEST_F(Xml, LoadsTheEncodingsOfEditors) {
+  constexpr int kUtf8 = 65001;
+  struct Row {
+    std::string declared;
+    int codePage;
+    bool marked;
+  };
+  xml_.put_Utf8(true);
+  for (const auto& [declared, codePage, marked] :
+       {Row{"", kUtf8, false}, Row{"UTF-8", kUtf8, false}, Row{"UTF-8", kUtf8, true},
+        Row{"UTF-16", kUtf8, false}, Row{"UTF-16", 1200, true}, Row{"UTF-16", 1201, true},
+        Row{"windows-1251", 1251, false}, Row{"cp866", 866, false}, Row{"koi8-r", 20866, false}}) {
+    const std::string text =
+        (declared.empty() ? "" : "<?xml version='1.0' encoding='" + declared + "'?>") +
+        "\r\n<НАСТРОЙКИ хост='весы &quot;2&quot;'/>\r\n";
+    LogNull log;
+    DataBuffer file;
+    const auto convert =
+        marked ? &EncodingConvert::EncConvertWithPreamble : &EncodingConvert::EncConvert;
+    EncodingConvert converter;
+    ASSERT_TRUE((converter.*convert)(kUtf8, codePage, text.data(), text.size(), file, log));
+    folder_.write("d.xml", {reinterpret_cast<const char*>(file.getData2()), file.getSize()});
+    ASSERT_TRUE(xml_.LoadXmlFile(folder_.file("d.xml").c_str()));
+    EXPECT_EQ(attribute("хост"), "весы \"2\"") << declared << " " << codePage;
+  }
+}
+
 // Behind a handle that has ended there may still be a caller.
 TEST(CkXml, AnswersWhenItIsGone) {
   alignas(CkXml) std::byte memory[sizeof(CkXml)];
@@ -140,15 +173,6 @@ TEST(CkXml, AnswersWhenItIsGone) {
   EXPECT_FALSE(xml->FindChild2("a"));
   EXPECT_FALSE(xml->GetAttrValue("a", value));
   EXPECT_EQ(xml->GetAttrValueInt("a"), -1);
-}
-
-TEST(CkXml, BeginsOnAnEmptyDocument) {
-  const Cursor cursor(ClsXml::createNewCls());
-  EXPECT_STREQ(cursor->getTree()->getTag(), "unnamed");
-  CkXml xml;
-  xml.GetRoot2();
-  EXPECT_FALSE(xml.FindChild2("unnamed"));
-  EXPECT_EQ(xml.GetAttrValueInt("a"), 0);
 }
 
 TEST(ClsXml, SharesItsTreeWithCopies) {

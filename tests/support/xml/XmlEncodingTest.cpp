@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "DataBuffer.h"
+#include "DataFile.h"
 #include "LogBase.h"
 
 namespace {
@@ -42,29 +43,9 @@ TEST(XmlEncoding, IsToldByMarkOrNulBytes) {
 }
 
 TEST(XmlEncoding, IsTakenFromTheDeclaration) {
-  struct Row {
-    std::string_view declaration;
-    bool converts;
-  };
-  for (const auto& [declaration, converts] : {
-           Row{R"(<?xml version="1.0" encoding="windows-1251"?>)", true},
-           Row{R"(<?xml version='1.0' encoding='windows-1251'?>)", true},
-           Row{R"(  <?XML ENCODING = "Windows-1251" ?>)", true},
-           Row{R"(<!-- x --><?xml encoding="cp1251"?>)", true},
-           Row{R"(<?xml encoding='windows-1251' standalone="no"?>)", false},
-           Row{R"(<?xml encoding="utf-8"?>)", false},
-           Row{R"(<?xml encoding="UTF-8"?>)", false},
-           Row{R"(<?xml encoding="utf-16"?>)", false},
-           Row{R"(<?xml encoding=""?>)", false},
-           Row{R"(<?xml encoding="no-such-set"?>)", false},
-           Row{R"(<?xml encoding=windows-1251?>)", false},
-           Row{R"(<?xml encoding="windows-1251?>)", false},
-           Row{R"(<?xml encoding="windows-1251")", false},
-           Row{R"(<?x encoding="windows-1251"?>)", false},
-           Row{"", false},
-       }) {
-    const std::string before(declaration);
-    EXPECT_EQ(toUtf8(before + "\xFF"), before + (converts ? "\xD1\x8F" : "\xFF")) << declaration;
+  for (const fixture::DataRow& row : fixture::dataRows("xml_declarations.txt")) {
+    EXPECT_EQ(toUtf8(row.left + "\xFF"), row.left + (row.right == "yes" ? "\xD1\x8F" : "\xFF"))
+        << row.left;
   }
   EXPECT_EQ(toUtf8("<?xml encoding='koi8-r'?>\xD1"), "<?xml encoding='koi8-r'?>\xD1\x8F");
   // 98 is no character of windows-1251.

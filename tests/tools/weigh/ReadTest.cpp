@@ -1,7 +1,5 @@
 // Readings: of the emulator, and of scales on both kinds of line.
 
-#include <csignal>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +12,6 @@ using nlohmann::json;
 using sim::SimulatedScale;
 using sim::Transport;
 using testing::AllOf;
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -35,17 +32,17 @@ TEST_P(ReadOverBoth, GivesTheWeightAsTextJsonAndCsv) {
   const Arguments options = optionsOf(scale_);
   const ProgramRun text = weigh(Arguments{"read", "--price"} + options);
   EXPECT_EQ(text.exitCode, kGood) << text.err;
-  EXPECT_EQ(text.out, "1.25 (as shown)   stable\n");
+  EXPECT_EQ(text.out, "1.250 kg   stable\n");
 
   const ProgramRun csv = weigh(Arguments{"read", "--csv"} + options);
   EXPECT_THAT(csv.out, AllOf(StartsWith("reading,time,weight,unit,code,error,poll_ms\n1,"),
-                             HasSubstr(",1.25,,0,,")));
+                             HasSubstr(",1.25,kg,0,,")));
 
   scale_.change([](sim::ScaleState& state) { state.stable = false; });
   const auto records = weigh(Arguments{"read", "--price", "--json"} + options).records();
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0]["weight"], kUsualWeight);
-  EXPECT_EQ(records[0]["unit"], json());
+  EXPECT_EQ(records[0]["unit"], "kg");
   EXPECT_EQ(records[0]["stable"], false);
   EXPECT_EQ(records[0]["code"], 0);
   EXPECT_EQ(records[0]["error"], json());
@@ -145,37 +142,6 @@ TEST(Commands, ReachTheScaleOrTellThatItHasNone) {
   EXPECT_THAT(refused.err, HasSubstr("scale error 5: Ошибка_5"));
   ASSERT_EQ(refused.records().size(), 1U);
   EXPECT_EQ(refused.records()[0]["code"], 5);
-}
-
-TEST(Watch, WritesALineForEachReadingAndASummary) {
-  SimulatedScale scale(13, Transport::Pty);
-  scale.setWeight(3.5);
-  const ProgramRun run =
-      weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
-  EXPECT_EQ(run.exitCode, kGood) << run.err;
-  EXPECT_THAT(run.out, ContainsRegex("^3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
-                                     "3.5 \\(as shown\\)   stable   [0-9.]+ ms\n"
-                                     "2 readings, 2 good, 0 failed; .*\n"
-                                     "weights from 3.5 .* last 3.5 "));
-  EXPECT_EQ(run.out.find('\r'), std::string::npos) << "control characters without a terminal";
-}
-
-TEST(Watch, EndsWellOnCtrlC) {
-  SimulatedScale scale(13, Transport::Tcp);
-  const ProgramRun run =
-      weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
-  EXPECT_EQ(run.exitCode, kGood) << run.err;
-  EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
-}
-
-TEST(Watch, GoesOnWhenTheScaleIsNotThere) {
-  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count",
-                                "2", "--interval", "0", "--json"});
-  EXPECT_EQ(run.exitCode, kScaleFailed);
-  ASSERT_EQ(run.records().size(), 2U);
-  EXPECT_EQ(run.records()[1]["code"], 1);
-  EXPECT_THAT(run.err, AllOf(HasSubstr("2 readings, 0 good, 2 failed"),
-                             HasSubstr("There is no /dev/no-such-scale.")));
 }
 
 }  // namespace

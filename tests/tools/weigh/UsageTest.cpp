@@ -15,8 +15,8 @@ using testing::Not;
 TEST(Usage, HelpTellsEveryCommandWithAnExample) {
   const ProgramRun help = weigh({"--help"});
   EXPECT_EQ(help.exitCode, kGood);
-  for (const char* command :
-       {"read", "watch", "tare", "price", "test", "models", "page", "settings", "call"}) {
+  for (const char* command : {"read", "watch", "tare", "price", "test", "models", "page",
+                              "settings", "find", "explain", "call"}) {
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
     const ProgramRun own = weigh({command, "--help"});
     EXPECT_EQ(own.exitCode, kGood);

@@ -5,14 +5,14 @@
 namespace host {
 
 Memory::~Memory() {
-  for (void* block : blocks_) std::free(block);
+  for (const auto& [block, size] : blocks_) std::free(const_cast<void*>(block));
 }
 
 bool Memory::AllocMemory(void** memory, unsigned long bytes) {
   if (memory == nullptr) return false;
   void* block = std::malloc(bytes == 0 ? 1 : bytes);
   if (block == nullptr) return false;
-  blocks_.insert(block);
+  blocks_.emplace(block, bytes);
   *memory = block;
   return true;
 }
@@ -25,6 +25,11 @@ void Memory::FreeMemory(void** memory) {
   }
   std::free(*memory);
   *memory = nullptr;
+}
+
+std::size_t Memory::sizeOf(const void* memory) const {
+  const auto found = blocks_.find(memory);
+  return found == blocks_.end() ? 0 : found->second;
 }
 
 }  // namespace host

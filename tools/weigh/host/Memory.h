@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "Platform.h"
 
@@ -9,7 +9,7 @@ namespace host {
 
 /// The platform's memory, with an account of every block. It must outlive the component that it
 /// is given to. Used by one thread.
-class Memory final : public IMemoryManager {
+class Memory : public IMemoryManager {
  public:
   Memory() = default;
   /// Frees what nobody did.
@@ -22,11 +22,13 @@ class Memory final : public IMemoryManager {
 
   /// Blocks that were handed out and not freed yet.
   std::size_t live() const { return blocks_.size(); }
+  /// Bytes of a block that is live; 0 for any other pointer.
+  std::size_t sizeOf(const void* memory) const;
   /// Attempts to free what this manager never gave, or gave and took back already.
   std::size_t foreignFrees() const { return foreignFrees_; }
 
  private:
-  std::unordered_set<void*> blocks_;
+  std::unordered_map<const void*, std::size_t> blocks_;
   std::size_t foreignFrees_ = 0;
 };
 

@@ -1,0 +1,180 @@
+// The programs' manual pages and completion scripts: they tell all that --help tells, and the
+// programs that read them take them.
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+using Words = std::vector<std::string>;
+
+/// What a command line of bash writes.
+std::string outputOf(const std::string& commandLine) {
+  const std::string command = "bash -c \"$COMMAND_LINE\"";
+  ::setenv("COMMAND_LINE", commandLine.c_str(), 1);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
+                                                             &::pclose);
+  std::string text;
+  std::array<char, 4096> buffer = {};
+  while (const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), pipe.get())) {
+    text.append(buffer.data(), got);
+  }
+  return text;
+}
+
+Words linesOf(const std::string& text) {
+  Words lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+bool hasCommand(const char* name) { return !outputOf(std::string("command -v ") + name).empty(); }
+
+struct Program {
+  const char* name;
+  const char* path;
+};
+
+class SelfDescription : public testing::TestWithParam<Program> {
+ protected:
+  static std::string run(const std::string& arguments) {
+    return outputOf(std::string(GetParam().path) + " " + arguments);
+  }
+
+  static std::string describe(const std::string& form, const std::string& language = "en") {
+    return run("--lang " + language + " --self-describe " + form);
+  }
+
+  /// Names of the options in a help text: those at the head of an indented line.
+  static Words optionsIn(const std::string& help) {
+    Words names;
+    for (const std::string& line : linesOf(help)) {
+      if (!line.starts_with("  -")) continue;
+      std::istringstream head(line.substr(2, line.find(' ', 2) - 2));
+      for (std::string name; std::getline(head, name, ',');) names.push_back(name);
+    }
+    return names;
+  }
+
+  /// The commands that the help lists under their heading.
+  static Words commands() {
+    Words names;
+    bool listed = false;
+    for (const std::string& line : linesOf(run("--lang en --help"))) {
+      if (listed && line.starts_with("  ") && line[2] != ' ') {
+        names.push_back(line.substr(2, line.find(' ', 2) - 2));
+      }
+      listed = line == "Commands:" || (listed && !line.empty());
+    }
+    return names;
+  }
+
+  /// What bash offers at the end of these words.
+  static Words completed(const Words& words) {
+    std::string line = std::string("source <(") + GetParam().path +
+                       " --self-describe bash); COMP_WORDS=(" + GetParam().name;
+    for (const std::string& word : words) line += " '" + word + "'";
+    return linesOf(outputOf(line + "); COMP_CWORD=" + std::to_string(words.size()) + "; _" +
+                            GetParam().name + "; printf '%s\\n' \"${COMPREPLY[@]}\""));
+  }
+
+  static std::string inGroff(const std::string& name) {
+    std::string text;
+    for (const char c : name) text += c == '-' ? std::string("\\-") : std::string(1, c);
+    return "\\fB" + text + "\\fR";
+  }
+
+  /// The part of a manual page that is about one command, or about the program itself.
+  static std::string sectionOf(const std::string& page, const std::string& command) {
+    if (command.empty()) return page.substr(0, page.find(".SH \"COMMANDS\""));
+    const std::size_t begin = page.find(".SS \"" + command + "\"\n");
+    if (begin == std::string::npos) return {};
+    return page.substr(begin, page.find("\n.S", begin + 1) - begin);
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Programs, SelfDescription,
+                         testing::Values(Program{"weigh", WEIGH_PROGRAM},
+                                         Program{"scalesim", SCALESIM_PROGRAM}),
+                         [](const auto& program) { return std::string(program.param.name); });
+
+TEST_P(SelfDescription, TellsEveryCommandAndOptionOfTheHelp) {
+  const std::string page = describe("man");
+  const std::string russian = describe("man", "ru");
+  const std::string zsh = describe("zsh");
+  const Words own = optionsIn(run("--lang en --help"));
+  ASSERT_THAT(own, Contains("--help"));
+  Words all = commands();
+  if (!all.empty()) {
+    EXPECT_EQ(completed({""}), all);
+  }
+  all.emplace_back();
+  for (const std::string& command : all) {
+    SCOPED_TRACE(command);
+    const Words options = optionsIn(run("--lang en " + command + " --help"));
+    ASSERT_THAT(options, Contains("--help"));
+    const std::string section = sectionOf(page, command);
+    const Words offered = completed(command.empty() ? Words{"-"} : Words{command, "-"});
+    for (const std::string& option : options) {
+      EXPECT_THAT(section, HasSubstr(inGroff(option)));
+      EXPECT_THAT(russian, HasSubstr(inGroff(option)));
+      EXPECT_THAT(offered, Contains(option));
+      EXPECT_THAT(zsh, HasSubstr(option));
+    }
+    for (const std::string& option : own) EXPECT_THAT(offered, Contains(option));
+    EXPECT_THAT(zsh, HasSubstr(command));
+  }
+  for (const std::string& text : {page, russian, zsh, describe("bash")}) {
+    EXPECT_THAT(text, Not(HasSubstr("self"))) << "the option is hidden";
+  }
+}
+
+TEST_P(SelfDescription, MakesPagesThatFormatWithoutWarnings) {
+  if (!hasCommand("groff")) GTEST_SKIP() << "no groff here";
+  for (const char* language : {"en", "ru"}) {
+    const std::string page =
+        std::string(GetParam().path) + " --lang " + language + " --self-describe man";
+    EXPECT_EQ(outputOf(page + " | groff -ww -man -k -Tutf8 -z 2>&1"), "");
+    if (!hasCommand("man")) continue;
+    EXPECT_EQ(outputOf("LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l <(" + page + ") 2>&1 >/dev/null"),
+              "");
+  }
+}
+
+TEST_P(SelfDescription, MakesScriptsThatTheShellsTake) {
+  const std::string print = std::string(GetParam().path) + " --self-describe ";
+  EXPECT_EQ(outputOf(print + "bash | bash -n 2>&1"), "");
+  if (!hasCommand("zsh")) GTEST_SKIP() << "no zsh here";
+  EXPECT_EQ(outputOf("zsh -n <(" + print + "zsh) 2>&1"), "");
+}
+
+using WeighCompletion = SelfDescription;
+INSTANTIATE_TEST_SUITE_P(Program, WeighCompletion,
+                         testing::Values(Program{"weigh", WEIGH_PROGRAM}));
+
+TEST_P(WeighCompletion, CompletesValuesByTheirKind) {
+  EXPECT_THAT(completed({"re"}), Contains("read"));
+  EXPECT_THAT(completed({"read", "--lang", ""}), UnorderedElementsAre("en", "ru"));
+  EXPECT_THAT(completed({"read", "--lang", "=", "r"}), UnorderedElementsAre("ru"));
+  EXPECT_THAT(completed({"read", "--lang", "="}), UnorderedElementsAre("en", "ru"));
+  EXPECT_THAT(completed({"read", "--conntype", "t"}), UnorderedElementsAre("tcp"));
+  EXPECT_THAT(completed({"read", "--port", "/dev/nul"}), UnorderedElementsAre("/dev/null"));
+  EXPECT_THAT(completed({"read", "--log", "/de"}), UnorderedElementsAre("/dev"));
+  EXPECT_THAT(completed({"settings", "/de"}), UnorderedElementsAre("/dev"));
+  EXPECT_THAT(completed({"read", "--baud", ""}), UnorderedElementsAre(""));
+}
+
+}  // namespace

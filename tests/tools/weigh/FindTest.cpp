@@ -1,0 +1,95 @@
+// The search for an unknown scale, with the program and simulated scales. The whole table of models
+// at random speeds is run by hand: scripts/find-all.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Questions.h"
+#include "Run.h"
+
+namespace {
+
+using nlohmann::json;
+using sim::Action;
+using sim::SimulatedScale;
+using sim::Transport;
+using testing::AllOf;
+using testing::HasSubstr;
+
+struct Unknown {
+  int model;
+  int speed;
+  /// Others that speak the same bytes.
+  std::vector<int> kin;
+};
+
+class FindOnALine : public testing::TestWithParam<Unknown> {};
+INSTANTIATE_TEST_SUITE_P(Find, FindOnALine,
+                         testing::Values(Unknown{33, 4800, {}}, Unknown{25, 19200, {}},
+                                         Unknown{13, 4800, {27}}, Unknown{35, 19200, {}}),
+                         [](const auto& tested) {
+                           return "Model" + std::to_string(tested.param.model);
+                         });
+
+TEST_P(FindOnALine, NamesModelAndSpeed) {
+  const Unknown& unknown = GetParam();
+  SimulatedScale scale(unknown.model, Transport::Pty);
+  scale.setSpeed(unknown.speed);
+  const ProgramRun run = weigh({"find", "--json", "--port", scale.devicePath(), "--speeds",
+                                "19200,4800", "--listen", "0.5"});
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  const json first = run.records().at(0);
+  EXPECT_EQ(first["rank"], 1);
+  EXPECT_EQ(first["model"], unknown.model);
+  EXPECT_EQ(first["kin"], json(unknown.kin));
+  EXPECT_EQ(first["uncertain"], !unknown.kin.empty());
+  EXPECT_EQ(first["parameters"], (json{{"model", unknown.model},
+                                       {"conntype", 0},
+                                       {"cport", scale.devicePath()},
+                                       {"cbaudrate", unknown.speed}}));
+  for (const Action action : {Action::Tare, Action::Zero, Action::Price, Action::Setup}) {
+    EXPECT_EQ(scale.count(action), 0);
+  }
+}
+
+TEST(Find, AsksANetworkScaleAndTellsPeopleWhatToEnter) {
+  SimulatedScale scale(24, Transport::Tcp);
+  const ProgramRun run = weigh({"find", "--host", "127.0.0.1", "--tcp-port",
+                                std::to_string(scale.port()), "--models", "20-30"});
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("this may take"));
+  EXPECT_THAT(run.out, AllOf(HasSubstr("Model 24 it is."),
+                             HasSubstr("eport       " + std::to_string(scale.port())),
+                             HasSubstr("weigh read --model 24 --host 127.0.0.1")));
+}
+
+/// To a scale that says nothing each question goes once, and nothing else does.
+TEST(Find, SendsWeightRequestsAndNothingElse) {
+  SimulatedScale scale(28, Transport::Tcp, {.silent = true});
+  const ProgramRun run = weigh({"find", "--host", "127.0.0.1", "--tcp-port",
+                                std::to_string(scale.port()), "--listen", "0.1"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  EXPECT_THAT(run.err, HasSubstr("Nothing came at all"));
+  std::vector<const ScalesModel*> all;
+  for (const ScalesModel& model : scalesModels()) all.push_back(&model);
+  sim::Bytes questions;
+  for (const recognise::Question& question : recognise::questionsFor(all)) {
+    const recognise::Bytes bytes = question.bytes();
+    questions.insert(questions.end(), bytes.begin(), bytes.end());
+  }
+  EXPECT_EQ(scale.received(), questions);
+}
+
+TEST(Find, PassivelySendsNothingAndSaysWhatGarbageLooksLike) {
+  SimulatedScale scale(13, Transport::Pty,
+                       {.endless = sim::Faults::Endless::Garbage, .bytesPerSecond = 960});
+  const ProgramRun run = weigh({"find", "--json", "--passive", "--port", scale.devicePath(),
+                                "--speeds", "9600", "--listen", "0.3"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  const json end = run.records().at(0);
+  EXPECT_EQ(end["candidates"], 0);
+  EXPECT_EQ(end["unexplained"].at(0)["looks_like"], "wrong_speed");
+  EXPECT_TRUE(scale.received().empty());
+}
+
+}  // namespace

@@ -1,0 +1,135 @@
+// `weigh watch` as a user meets it.
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Run.h"
+#include "TempFolder.h"
+
+namespace {
+
+using sim::SimulatedScale;
+using sim::Transport;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+/// A component folder with a scale on a serial line and one on TCP that nobody listens for.
+class WatchFolder : public testing::Test {
+ protected:
+  WatchFolder() {
+    scale_.setWeight(1.25);
+    folder_.write("settings.xml",
+                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?><SETTINGS>"
+                  "<SCALES0 fNum=\"7\" fType=\"13\" fIsComPort=\"1\" fComPortName=\"" +
+                      scale_.devicePath() +
+                      "\" fComBaudRate=\"9600\" fTCPPort=\"0\" fHost=\"\" fLeaveConnect=\"0\" "
+                      "fCoeff=\"1\"/>"
+                      "<SCALES1 fNum=\"8\" fType=\"14\" fIsComPort=\"0\" fComPortName=\"\" "
+                      "fComBaudRate=\"0\" fTCPPort=\"1\" fHost=\"127.0.0.1\" fLeaveConnect=\"0\" "
+                      "fCoeff=\"1\"/></SETTINGS>");
+  }
+
+  SimulatedScale scale_{13, Transport::Pty};
+  fixture::TempFolder folder_;
+};
+
+TEST(Watch, WritesALineForEachReadingAndASummary) {
+  SimulatedScale scale(13, Transport::Pty);
+  scale.setWeight(3.5);
+  const ProgramRun run =
+      weigh(Arguments{"watch", "--count", "2", "--interval", "0"} + optionsOf(scale));
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  EXPECT_THAT(run.out, ContainsRegex("^3.500 kg   stable   [0-9.]+ ms\n"
+                                     "3.500 kg   stable   [0-9.]+ ms\n"
+                                     "2 readings, 2 good, 0 failed; .*\n"
+                                     "weights from 3.500 kg .* last 3.500 kg"));
+  EXPECT_EQ(run.out.find('\r'), std::string::npos) << "control characters without a terminal";
+}
+
+TEST(Watch, EndsWellOnCtrlC) {
+  SimulatedScale scale(13, Transport::Tcp);
+  const ProgramRun run =
+      weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
+  EXPECT_EQ(run.exitCode, kGood) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
+}
+
+TEST(Watch, GoesOnWhenTheScaleIsNotThere) {
+  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count",
+                                "2", "--interval", "0", "--json"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  ASSERT_EQ(run.records().size(), 2U);
+  EXPECT_EQ(run.records()[1]["code"], 1);
+  EXPECT_EQ(run.records()[1]["polls_failed"], 2);
+  EXPECT_EQ(run.records()[1]["reconnects"], 0);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("2 readings, 0 good, 2 failed"),
+                             HasSubstr("There is no /dev/no-such-scale.")));
+}
+
+TEST(Watch, CountsAScaleThatComesBack) {
+  // The device vanishes for half a second after its first frame, and then all is well.
+  SimulatedScale scale(13, Transport::Pty, {.hangUpAfter = 1, .frames = 1});
+  const auto records =
+      weigh(Arguments{"watch", "--count", "12", "--interval", "0.2", "--json"} + optionsOf(scale))
+          .records();
+  ASSERT_EQ(records.size(), 12U);
+  const auto& last = records.back();
+  EXPECT_EQ(last["code"], 0);
+  EXPECT_EQ(last["reconnects"], 1);
+  EXPECT_GE(last["polls_failed"], 1);
+  EXPECT_EQ(last["polls_good"].get<int>() + last["polls_failed"].get<int>(), 12);
+}
+
+TEST_F(WatchFolder, TellsOfEveryScale) {
+  const Arguments watch = {"watch", folder_.path(), "--count", "2", "--interval", "0"};
+  const ProgramRun json = weigh(watch + Arguments{"--json"});
+  EXPECT_EQ(json.exitCode, kScaleFailed) << "scale 8 never gave a weight";
+  const auto records = json.records();
+  ASSERT_EQ(records.size(), 4U);
+  EXPECT_EQ(records[2]["id"], "7");
+  EXPECT_EQ(records[2]["weight"], 1.25);
+  EXPECT_EQ(records[2]["polls_good"], 2);
+  EXPECT_GE(records[2]["poll_p99_ms"], records[2]["poll_median_ms"]);
+  EXPECT_EQ(records[3]["id"], "8");
+  EXPECT_EQ(records[3]["port"], "127.0.0.1:1");
+  EXPECT_EQ(records[3]["code"], 1);
+  EXPECT_THAT(json.err, AllOf(HasSubstr(": 2 readings, 2 good, 0 failed"),
+                              HasSubstr("8 127.0.0.1:1: 2 readings, 0 good, 2 failed"),
+                              HasSubstr("(scales 8)")));
+
+  const ProgramRun csv = weigh(watch + Arguments{"--csv"});
+  EXPECT_THAT(csv.out,
+              AllOf(StartsWith("reading,time,weight,unit,"),
+                    ContainsRegex("\n2,[^,]+,1.25,kg,[^\n]*,7,13,\"[^\"]+\",2,0,0,"),
+                    ContainsRegex("\n2,[^,]+,,,,,,1,\"[^\n]*\",8,14,\"127.0.0.1:1\",0,2,0,")));
+
+  const ProgramRun both = weigh(watch + Arguments{"--model", "13"});
+  EXPECT_EQ(both.exitCode, kWrongUsage);
+  EXPECT_THAT(both.err, HasSubstr("leave out --model or the folder"));
+}
+
+TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {
+  const std::string command = "script -qefc 'stty cols 60 rows 12; " WEIGH_PROGRAM " watch " +
+                              folder_.path() +
+                              " --lang en --count 2 --interval 0' /dev/null </dev/null";
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
+                                                             &::pclose);
+  ASSERT_TRUE(pipe);
+  std::string shown;
+  for (int c = 0; (c = std::fgetc(pipe.get())) != EOF;) shown += static_cast<char>(c);
+  EXPECT_THAT(shown, AllOf(HasSubstr("SCALE"), HasSubstr("1.250 kg"), HasSubstr("no connection"),
+                           HasSubstr("\x1B[K"), HasSubstr("Ctrl-C ends")));
+  // Up over what was drawn, which begins with the headings again.
+  EXPECT_THAT(shown, ContainsRegex("\x1B\\[[0-9]+ASCALE"));
+  EXPECT_THAT(shown, HasSubstr("weights from 1.250 kg"));
+}
+
+}  // namespace

@@ -1,0 +1,243 @@
+#include "Explain.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "Questions.h"
+#include "ResultCode.h"
+
+namespace recognise {
+
+namespace {
+
+using exchange::Record;
+
+/// What goes out in one write with the first part of a request may have the head of the last
+/// answer behind it.
+bool isFirstPart(const Request& request, const Bytes& written) {
+  const auto first = request.first.view();
+  return !first.empty() && written.size() == first.size() + request.frameHead &&
+         std::equal(first.begin(), first.end(), written.begin());
+}
+
+bool isSecondPart(const Request& request, const Bytes& written) {
+  return !request.second.empty() && std::ranges::equal(request.second.view(), written);
+}
+
+Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {
+  const auto is = [&](const std::optional<Command>& command) {
+    return command && std::ranges::equal(command->bytes.view(), written);
+  };
+  if (isFirstPart(sheet.request, written)) {
+    return sheet.request.second.empty() ? Role::Request : Role::RequestFirst;
+  }
+  if (isSecondPart(sheet.request, written)) return Role::RequestSecond;
+  if (is(sheet.tare)) return Role::Tare;
+  if (is(sheet.zero)) return Role::Zero;
+  return isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
+}
+
+class Explainer {
+ public:
+  Explainer(const exchange::Log& log, const ScalesModel& model)
+      : log_(log), sheet_(*model.sheet), streams_(sheet_.request.first.empty()) {}
+
+  Explanation run() {
+    for (const Record& record : log_.records) {
+      switch (record.kind) {
+        case Record::Kind::System: takeEvent(record); break;
+        case Record::Kind::Outgoing: takeWrite(record); break;
+        case Record::Kind::Incoming: takeRead(record); break;
+      }
+    }
+    endPoll();
+    return std::move(result_);
+  }
+
+ private:
+  void takeEvent(const Record& record) {
+    endPoll();
+    add(record, Role::Event);
+  }
+
+  void takeWrite(const Record& record) {
+    const Role role = roleOfWrite(sheet_, record.bytes);
+    switch (role) {
+      case Role::Request:
+      case Role::RequestFirst:
+        endAttempt();
+        beginAttempt();
+        break;
+      case Role::RequestSecond: break;
+      default: endPoll(); break;
+    }
+    add(record, role);
+  }
+
+  void takeRead(const Record& record) {
+    if (streams_) {
+      takeStreamed(record);
+    } else if (!open_ || isWhole()) {
+      add(record, Role::Drained, false);
+    } else {
+      takeAnswer(record);
+    }
+  }
+
+  /// A scale that transmits is read byte by byte up to a start byte; what comes in larger pieces
+  /// before one is thrown away.
+  void takeStreamed(const Record& record) {
+    const bool fits = frame_.size() + record.bytes.size() <= frameLength(sheet_);
+    if (!frame_.empty() && !fits) endAttempt();
+    if (frame_.empty() && record.bytes.size() > 1) {
+      endAttempt();
+      add(record, Role::Drained, false);
+      return;
+    }
+    if (!open_) beginAttempt();
+    takeAnswer(record);
+  }
+
+  void takeAnswer(const Record& record) {
+    if (frame_.empty() && !mayBegin(sheet_, record.bytes.front())) {
+      add(record, Role::Skipped);
+      return;
+    }
+    frame_.insert(frame_.end(), record.bytes.begin(), record.bytes.end());
+    add(record, Role::FramePart);
+    if (isWhole()) endAttempt();
+  }
+
+  bool isWhole() const {
+    if (const auto* style = std::get_if<TerminatorRead>(&sheet_.read)) {
+      return frame_.size() >= style->capacity ||
+             (frame_.size() >= style->minLength && endsFrame(*style, frame_));
+    }
+    return frame_.size() >= frameLength(sheet_);
+  }
+
+  void beginAttempt() {
+    if (attempt_ == 0) ++poll_;
+    ++attempt_;
+    open_ = true;
+    frame_.clear();
+  }
+
+  void endAttempt() {
+    if (!open_) return;
+    open_ = false;
+    Verdict verdict;
+    verdict.frame = frame_;
+    verdict.poll = poll_;
+    verdict.attempt = attempt_;
+    frame_.clear();
+    verdict.good = sheet_.isGood(verdict.frame);
+    Outcome::Next next = Outcome::Next::AskAgain;
+    if (verdict.good) {
+      verdict.said = readingOf(sheet_, verdict.frame);
+      verdict.fields = fieldsOf(sheet_, verdict.frame);
+      code_ = verdict.said.code;
+      next = verdict.said.next;
+      anyGood_ = true;
+    } else {
+      verdict.refusal = refusalOf(sheet_, verdict.frame);
+      reason_ = verdict.refusal.reason;
+    }
+    result_.records.back().verdict = std::move(verdict);
+    if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.attempts) endPoll();
+  }
+
+  void endPoll() {
+    endAttempt();
+    if (attempt_ == 0) return;
+    result_.polls.push_back({anyGood_ && code_ == kSuccess, code_, attempt_, reason_});
+    attempt_ = 0;
+    anyGood_ = false;
+    code_ = kNoAnswer;
+  }
+
+  void add(const Record& record, Role role, bool ofAttempt = true) {
+    const bool counts = ofAttempt && attempt_ > 0 && role != Role::Event;
+    result_.records.push_back({&record, role, counts ? poll_ : 0, counts ? attempt_ : 0,
+                               role == Role::FramePart ? frame_.size() : 0});
+  }
+
+  const exchange::Log& log_;
+  const ProtocolSheet& sheet_;
+  bool streams_;
+  Explanation result_;
+  Bytes frame_;
+  bool open_ = false;
+  int poll_ = 0;
+  int attempt_ = 0;
+  bool anyGood_ = false;
+  int code_ = kNoAnswer;
+  Refusal::Reason reason_ = Refusal::Reason::Silence;
+};
+
+/// Whether all that was written is of this model, and a request among it.
+bool couldHaveWritten(const ScalesModel& model, const exchange::Log& log) {
+  bool asked = model.sheet->request.first.empty();
+  for (const Record& record : log.records) {
+    if (record.kind != Record::Kind::Outgoing) continue;
+    const Role role = roleOfWrite(*model.sheet, record.bytes);
+    if (role == Role::UnknownWrite) return false;
+    asked = asked || role == Role::Request || role == Role::RequestFirst;
+  }
+  return asked;
+}
+
+Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
+  Evidence evidence{.origin = Origin::Answer, .pieces = {}};
+  if (model.sheet->request.first.empty()) {
+    evidence.origin = Origin::Stream;
+    Bytes all;
+    for (const Record& record : log.records) {
+      if (record.kind == Record::Kind::Incoming) {
+        all.insert(all.end(), record.bytes.begin(), record.bytes.end());
+      }
+    }
+    evidence.pieces = {std::move(all)};
+    return evidence;
+  }
+  // As the driver read them: what came after an answer was thrown away.
+  const Explanation explanation = explainLog(log, model);
+  for (const ExplainedRecord& record : explanation.records) {
+    if (record.verdict && !record.verdict->frame.empty()) {
+      evidence.pieces.push_back(record.verdict->frame);
+    }
+  }
+  return evidence;
+}
+
+}  // namespace
+
+LogModel recogniseLog(const exchange::Log& log) {
+  std::vector<const ScalesModel*> writers;
+  std::vector<Candidate> candidates;
+  for (const ScalesModel& model : scalesModels()) {
+    if (model.sheet == nullptr || !couldHaveWritten(model, log)) continue;
+    writers.push_back(&model);
+    if (auto candidate = examine(model, evidenceIn(log, model))) {
+      candidates.push_back(std::move(*candidate));
+    }
+  }
+  rank(candidates);
+  if (!candidates.empty()) {
+    return {.model = candidates.front().model, .kin = candidates.front().kin, .byFrames = true};
+  }
+  const bool asked = std::ranges::any_of(
+      log.records, [](const Record& record) { return record.kind == Record::Kind::Outgoing; });
+  if (writers.empty() || !asked) return {};
+  LogModel found{.model = writers.front(), .kin = {}, .byFrames = false};
+  for (const ScalesModel* other : writers) {
+    if (other != found.model) found.kin.push_back(other->number);
+  }
+  return found;
+}
+
+Explanation explainLog(const exchange::Log& log, const ScalesModel& model) {
+  return Explainer(log, model).run();
+}
+
+}  // namespace recognise

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ExchangeRecords.h"
+#include "Models.h"
+#include "Recognise.h"
+#include "Refusal.h"
+
+namespace recognise {
+
+/// Which model an exchange log is of.
+struct LogModel {
+  /// Null where none explains the log.
+  const ScalesModel* model = nullptr;
+  /// Numbers of others that explain it as well.
+  std::vector<int> kin;
+  /// By what was written and answered; otherwise by what was written alone.
+  bool byFrames = false;
+};
+LogModel recogniseLog(const exchange::Log& log);
+
+/// What one record was for.
+enum class Role {
+  Event,
+  /// The request, whole or the first or second part of it.
+  Request,
+  RequestFirst,
+  RequestSecond,
+  Tare,
+  Zero,
+  Price,
+  /// Written, and no command of the model.
+  UnknownWrite,
+  /// Thrown away before a request, or before a frame of a scale that transmits by itself.
+  Drained,
+  /// Stepped over on the way to a start byte.
+  Skipped,
+  /// Read into the frame.
+  FramePart,
+};
+
+/// How an attempt ended.
+struct Verdict {
+  bool good = false;
+  Bytes frame;
+  /// Of a good frame.
+  Said said;
+  std::vector<FrameField> fields;
+  /// Of a refused one.
+  Refusal refusal;
+  int poll = 0;
+  int attempt = 0;
+};
+
+/// A record with what it was for, and the verdict that it brought.
+struct ExplainedRecord {
+  const exchange::Record* record;
+  Role role;
+  /// Poll and attempt that it is part of; 0 for those of none.
+  int poll = 0;
+  int attempt = 0;
+  /// Bytes of the frame with this record.
+  std::size_t frameBytes = 0;
+  std::optional<Verdict> verdict = std::nullopt;
+};
+
+/// How one poll ended.
+struct PollEnd {
+  bool good;
+  /// Result code that the caller got.
+  int code;
+  int attempts;
+  /// Of a poll without a good frame, why its last attempt failed.
+  Refusal::Reason reason;
+};
+
+struct Explanation {
+  std::vector<ExplainedRecord> records;
+  std::vector<PollEnd> polls;
+};
+
+/// Goes through the log as the driver of the model made it. The log doesn't say where a poll ends;
+/// it ends here with an answer that ends it, with as many attempts as the driver makes, and with
+/// an event of the line. `log` outlives the result.
+Explanation explainLog(const exchange::Log& log, const ScalesModel& model);
+
+}  // namespace recognise

@@ -90,9 +90,9 @@ std::string WatchedScale::readingLine() const {
 Json WatchedScale::record() const {
   Json record = {{"reading", statistics_.polls()}, {"time", lastTime_}};
   if (!name_.empty()) record["id"] = id_;
+  addReading(record, last_, units_);
   record["model"] = connection_.model;
   record["port"] = address();
-  addReading(record, last_, units_);
   record["polls_good"] = statistics_.good();
   record["polls_failed"] = statistics_.failed();
   record["reconnects"] = statistics_.reconnects();
@@ -103,14 +103,14 @@ Json WatchedScale::record() const {
 }
 
 std::string WatchedScale::csvHead() {
-  return "reading,time,id,model,port," + readingCsvHead(true) +
-         ",polls_good,polls_failed,reconnects,poll_median_ms,poll_p99_ms,moved_to";
+  return "reading,time," + readingCsvHead(true) +
+         ",id,model,port,polls_good,polls_failed,reconnects,poll_median_ms,poll_p99_ms,moved_to";
 }
 
 std::string WatchedScale::csvRow() const {
-  std::string row = std::to_string(statistics_.polls()) + ',' + lastTime_ + ',' + name_ + ',' +
-                    std::to_string(connection_.model) + ',' + csvText(address()) + ',' +
-                    readingCsv(last_, units_);
+  std::string row = std::to_string(statistics_.polls()) + ',' + lastTime_ + ',' +
+                    readingCsv(last_, units_) + ',' + name_ + ',' +
+                    std::to_string(connection_.model) + ',' + csvText(address());
   for (const std::int64_t count :
        {statistics_.good(), statistics_.failed(), statistics_.reconnects()}) {
     row += ',' + std::to_string(count);

@@ -35,7 +35,8 @@ class WatchedScale {
   /// What there is to say below the table: the last error, and where the adapter is now.
   std::vector<std::string> remarks() const;
 
-  /// A line for the last reading.
+  /// A line for the last reading. Records begin as those of `weigh read`, with what else is known
+  /// behind.
   std::string readingLine() const;
   Json record() const;
   static std::string csvHead();

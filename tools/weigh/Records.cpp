@@ -36,15 +36,6 @@ double rounded(Milliseconds time) {
   return static_cast<double>(std::chrono::round<std::chrono::microseconds>(time).count()) / 1000.0;
 }
 
-std::string timestamp() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local = {};
-  ::localtime_r(&now, &local);
-  std::array<char, 64> text = {};
-  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S%z", &local);
-  return text.data();
-}
-
 std::string recordLine(const Json& record) {
   return record.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
 }

@@ -20,9 +20,6 @@ std::string timestamp(const char* form = "%Y-%m-%dT%H:%M:%S%z");
 /// Milliseconds to the microsecond, as records have them.
 double rounded(Milliseconds time);
 
-/// Local time with its distance to UTC: 2026-01-31T12:00:00+0200.
-std::string timestamp();
-
 /// A record as a line with its end.
 std::string recordLine(const Json& record);
 /// Writes one record on a line of standard output, at once.

@@ -142,6 +142,26 @@ std::optional<Finding> lineVerdict(const Connection& connection, const ScalesMod
   return judge(heard, model, connection);
 }
 
+/// The verdict; none if the user had enough before.
+std::optional<Finding> verdictOn(const Connection& connection, const Practice& practice,
+                                 Diagnosis& diagnosis) {
+  const ScalesModel* model = findScalesModel(connection.model);
+  if (auto trouble = modelTrouble(model, connection.model)) {
+    // The emulator needs no line.
+    diagnosis.weighs = model != nullptr && model->create != nullptr;
+    return trouble;
+  }
+  if (practice.interrupt.asked()) return std::nullopt;
+  practice.progress.show(say(text::kLookingAtLine));
+  if (connection.network) {
+    if (auto trouble = hostTrouble(connection, practice.interrupt)) return trouble;
+  } else {
+    diagnosis.notes = deviceNotes(connection.device, practice.roots);
+    if (auto trouble = deviceTrouble(connection, practice.roots, diagnosis)) return trouble;
+  }
+  return lineVerdict(connection, *model, practice, diagnosis);
+}
+
 }  // namespace
 
 Finding finding(const Advice& advice, std::initializer_list<std::string> arguments) {
@@ -165,21 +185,12 @@ std::chrono::seconds longestDiagnosis(const Connection& connection) {
 
 Diagnosis diagnose(const Connection& connection, const Practice& practice) {
   Diagnosis diagnosis;
-  const ScalesModel* model = findScalesModel(connection.model);
-  std::optional<Finding> trouble = modelTrouble(model, connection.model);
-  if (!trouble) {
-    practice.progress.show(say(text::kLookingAtLine));
-    trouble = connection.network ? hostTrouble(connection, practice.interrupt)
-                                 : deviceTrouble(connection, practice.roots, diagnosis);
-    if (!connection.network) diagnosis.notes = deviceNotes(connection.device, practice.roots);
-  } else {
-    // The emulator.
-    diagnosis.weighs = model != nullptr && model->create != nullptr;
-  }
-  if (!trouble) trouble = lineVerdict(connection, *model, practice, diagnosis);
+  const PollTimes& polls = diagnosis.polls;
+  const auto verdict = verdictOn(connection, practice, diagnosis);
   diagnosis.verdict =
-      trouble.value_or(finding(advice::kStopped, {std::to_string(diagnosis.polls.done),
-                                                  std::to_string(diagnosis.polls.answered)}));
+      verdict
+          ? *verdict
+          : finding(advice::kStopped, {std::to_string(polls.done), std::to_string(polls.answered)});
   return diagnosis;
 }
 

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 
@@ -110,13 +111,30 @@ std::optional<recognise::Candidate> otherModel(const Heard& heard) {
   return best.front();
 }
 
-Finding otherModelFinding(const recognise::Candidate& other, const std::string& line,
-                          const std::string& model, const std::string& bytes) {
+/// The numbers of the models that speak like this one, as an end of a sentence.
+std::string kinText(const recognise::Candidate& candidate) {
   std::string kin;
-  for (const int number : other.kin) kin += (kin.empty() ? "" : ", ") + std::to_string(number);
-  return finding(advice::kOtherModel,
-                 {line, model, bytes, other.model->pageText, std::to_string(other.model->number),
-                  kin.empty() ? kin : fill(text::kOrKin, {kin})});
+  for (const int number : candidate.kin) kin += (kin.empty() ? "" : ", ") + std::to_string(number);
+  return kin.empty() ? kin : fill(text::kOrKin, {kin});
+}
+
+/// Its number, and theirs behind it: "25 / 39".
+std::string numbersOf(const recognise::Candidate& candidate) {
+  std::string numbers = std::to_string(candidate.model->number);
+  for (const int number : candidate.kin) numbers += " / " + std::to_string(number);
+  return numbers;
+}
+
+/// The call that finds out which scale is on this line.
+std::string findCall(const Connection& connection) {
+  return connection.network ? "weigh find --host " + connection.host + " --tcp-port " +
+                                  std::to_string(connection.tcpPort)
+                            : "weigh find --port " + connection.device;
+}
+
+std::string speedText(const Connection& connection) {
+  return connection.network ? say(text::kConvertersSpeed)
+                            : fill(text::kBaud, {std::to_string(connection.baud)});
 }
 
 }  // namespace
@@ -154,38 +172,38 @@ Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Int
 }
 
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {
-  const std::string line = lineText(connection);
   const std::string number = std::to_string(model.number);
-  const std::string baud = std::to_string(connection.baud);
-  const std::string settings = framingText(model.sheet->line);
   const ByteRow all = heard.all();
-  const std::string bytes = shown(all);
-
   if (all.empty() && connection.network) {
     return finding(heard.hungUp ? advice::kHangsUp : advice::kConnectsSilent,
                    {connection.host, std::to_string(connection.tcpPort), number});
   }
   if (all.empty() && heard.hungUp)
     return finding(advice::kLineFails, {connection.device, std::strerror(EIO)});
-  if (heard.framingErrors > 0) return finding(advice::kWrongSpeed, {line, number, bytes, baud});
-  if (heard.parityErrors > 0)
-    return finding(advice::kParityErrors, {line, number, bytes, settings});
-  if (all.empty()) return finding(advice::kSilent, {line, number, bytes, baud});
-  if (isOwn(heard, model)) return finding(advice::kNotRead, {line, number, bytes});
-  if (isEcho(heard, model.sheet->request)) return finding(advice::kEcho, {line, number, bytes});
-  if (const auto other = otherModel(heard)) return otherModelFinding(*other, line, number, bytes);
+
+  const auto found = [&](const Advice& advice, const std::array<std::string, 3>& own = {}) {
+    return finding(advice,
+                   {lineText(connection), number, shown(all), speedText(connection),
+                    framingText(model.sheet->line), findCall(connection), own[0], own[1], own[2]});
+  };
+  // What the hardware counts is certain.
+  if (heard.framingErrors > 0) return found(advice::kWrongSpeed);
+  if (heard.parityErrors > 0) return found(advice::kParityErrors);
+  if (all.empty()) return found(advice::kSilent);
+  if (isOwn(heard, model)) return found(advice::kNotRead);
+  if (isEcho(heard, model.sheet->request)) return found(advice::kEcho);
+  if (const auto other = otherModel(heard)) {
+    return found(advice::kOtherModel, {other->model->pageText, numbersOf(*other), kinText(*other)});
+  }
   switch (recognise::judgeNoise(all)) {
-    case recognise::Noise::WrongSpeed:
-      return finding(advice::kWrongSpeed, {line, number, bytes, baud});
-    case recognise::Noise::EvenParity:
-      return finding(advice::kWrongParity, {line, number, bytes, say(text::kEven), settings});
-    case recognise::Noise::OddParity:
-      return finding(advice::kWrongParity, {line, number, bytes, say(text::kOdd), settings});
-    case recognise::Noise::CleanText: return finding(advice::kCleanText, {line, number, bytes});
+    case recognise::Noise::WrongSpeed: return found(advice::kWrongSpeed);
+    case recognise::Noise::EvenParity: return found(advice::kWrongParity, {say(text::kEven)});
+    case recognise::Noise::OddParity: return found(advice::kWrongParity, {say(text::kOdd)});
+    case recognise::Noise::CleanText: return found(advice::kCleanText);
     case recognise::Noise::TooFew:
     case recognise::Noise::Unclear: break;
   }
-  return finding(advice::kGarbled, {line, number, bytes});
+  return found(advice::kGarbled);
 }
 
 }  // namespace weigh

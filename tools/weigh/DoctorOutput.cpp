@@ -84,9 +84,8 @@ bool diagnoseAll(const std::vector<Patient>& patients, const std::filesystem::pa
                            {.component = component, .interrupt = interrupt, .progress = progress});
     }
     found(patient, diagnosis);
-    if (interrupt.asked()) return false;
   }
-  return true;
+  return !interrupt.asked();
 }
 
 std::string diagnosisText(const Patient& patient, const Diagnosis& diagnosis) {
@@ -130,11 +129,16 @@ Json diagnosisRecord(const Patient& patient, const Diagnosis& diagnosis) {
 }
 
 Json deviceRecord(const devices::SerialDevice& device) {
-  return {{"device", device.path.string()},
-          {"by_adapter", device.byAdapter.string()},
-          {"by_socket", device.bySocket.string()},
-          {"adapter", adapterText(device)},
-          {"driver", device.driver}};
+  Json record = {{"device", device.path.string()},
+                 {"by_adapter", device.byAdapter.string()},
+                 {"by_socket", device.bySocket.string()},
+                 {"adapter", adapterText(device)},
+                 {"driver", device.driver}};
+  if (!device.adapter) return record;
+  record["usb_id"] = device.adapter->id;
+  record["serial_number"] = device.adapter->serialNumber;
+  record["socket"] = device.adapter->socket;
+  return record;
 }
 
 }  // namespace weigh

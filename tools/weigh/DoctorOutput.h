@@ -22,7 +22,7 @@ struct Patient {
 std::vector<Patient> patientsOf(const std::filesystem::path& folder);
 
 /// Diagnoses one after the other and hands on what is found; says before how long that may take.
-/// False if it was interrupted; what was found of that scale is still handed on.
+/// False if it was interrupted: the scales from there on are handed on as not looked at.
 bool diagnoseAll(const std::vector<Patient>& patients, const std::filesystem::path& component,
                  const Interrupt& interrupt,
                  const std::function<void(const Patient&, const Diagnosis&)>& found);

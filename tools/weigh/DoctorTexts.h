@@ -172,58 +172,55 @@ inline constexpr Advice kHangsUp = {
     {"See that no other program is connected: most converters take one connection at a time.",
      "Проверьте, не подключена ли другая программа: обычно допускается одно соединение."}};
 
-// What comes in. {0} the line, {1} the model, {2} the bytes.
-// {3} the speed.
+// What comes in. {0} the line, {1} the model, {2} the bytes, {3} the speed, {4} the settings that
+// the model wants, {5} the call of weigh find.
 inline constexpr Advice kSilent = {
     "silent",
-    {"{0} opens, but nothing comes in at {3} baud.", "{0} открывается, но на скорости {3} тишина."},
+    {"{0} opens, but nothing comes in at {3}.", "{0} открывается, но данных нет ({3})."},
     {"Is the scale on, are its lines crossed (TX to RX), is its port set to the protocol of model "
-     "{1}? `weigh find` tries all models and speeds.",
+     "{1}? `{5}` tries all models and speeds.",
      "Включены ли весы, перекрещены ли провода (TX на RX), задан ли на весах протокол модели {1}? "
-     "`weigh find` переберёт модели и скорости."}};
+     "`{5}` переберёт модели и скорости."}};
 inline constexpr Advice kGarbled = {
     "garbled",
     {"Bytes come in on {0}, but never a frame of model {1}: {2}.",
      "По {0} идут байты, но ни одного кадра модели {1}: {2}."},
-    {"Set the protocol of model {1} in the scale's menu; `weigh find` tells which model the bytes "
-     "fit.",
-     "Задайте в меню весов протокол модели {1}; какой модели подходят байты, скажет `weigh "
-     "find`."}};
+    {"Set the protocol of model {1} in the scale's menu; `{5}` tells which model the bytes fit.",
+     "Задайте в меню весов протокол модели {1}; какой модели подходят байты, скажет `{5}`."}};
 inline constexpr Advice kCleanText = {
     "garbled",
     {"Readable text comes in on {0}, so speed and parity are right, but never a frame of model "
      "{1}: {2}.",
      "По {0} идёт читаемый текст, значит скорость и чётность верны, но кадров модели {1} нет: "
      "{2}."},
-    {"Set the protocol of model {1} in the scale's menu.",
-     "Задайте в меню весов протокол модели {1}."}};
+    {"Set the protocol of model {1} in the scale's menu; `{5}` tells which model the bytes fit.",
+     "Задайте в меню весов протокол модели {1}; какой модели подходят байты, скажет `{5}`."}};
 inline constexpr Advice kWrongSpeed = {
     "wrong-speed",
-    {"The bytes on {0} look as if the scale sent at another speed than {3} baud: {2}.",
-     "Байты по {0} похожи на передачу с другой скоростью, не {3}: {2}."},
-    {"Set the speed that stands in the scale's menu; `weigh find` finds it out.",
-     "Задайте скорость из меню весов; `weigh find` её определит."}};
-// {3} "even" or "odd", {4} the model's line settings.
+    {"The bytes on {0} look as if the scale sent at another speed than the line's ({3}): {2}.",
+     "Байты по {0} похожи на передачу с другой скоростью, чем у линии ({3}): {2}."},
+    {"Set the speed that stands in the scale's menu; `{5}` finds it out.",
+     "Задайте скорость из меню весов; её определит `{5}`."}};
+// {6} "even" or "odd".
 inline constexpr Advice kWrongParity = {
     "wrong-parity",
-    {"The bytes on {0} look like 7 data bits with {3} parity, and model {1} wants {4}: {2}.",
-     "Байты по {0} похожи на 7 бит данных с проверкой на {3}, а модель {1} требует {4}: {2}."},
+    {"The bytes on {0} look like 7 data bits with {6} parity, and model {1} wants {4}: {2}.",
+     "Байты по {0} похожи на 7 бит данных с проверкой на {6}, а модель {1} требует {4}: {2}."},
     {"Set {4} in the scale's menu; if it has no such setting, it is another model.",
      "Задайте {4} в меню весов; если такой настройки нет, модель весов другая."}};
-// {3} the line settings.
 inline constexpr Advice kParityErrors = {
     "wrong-parity",
-    {"The bytes on {0} come with the wrong parity; model {1} wants {3}: {2}.",
-     "Байты по {0} приходят с неверной чётностью; модель {1} требует {3}: {2}."},
-    {"Set {3} in the scale's menu; if it has no such setting, it is another model.",
-     "Задайте {3} в меню весов; если такой настройки нет, модель весов другая."}};
-// {3} number and name of the other model, {4} its number, {5} those that speak alike.
+    {"The bytes on {0} come with the wrong parity; model {1} wants {4}: {2}.",
+     "Байты по {0} приходят с неверной чётностью; модель {1} требует {4}: {2}."},
+    {"Set {4} in the scale's menu; if it has no such setting, it is another model.",
+     "Задайте {4} в меню весов; если такой настройки нет, модель весов другая."}};
+// {6} number and name of the other model, {7} its number and those of its kin, {8} the kin.
 inline constexpr Advice kOtherModel = {
     "other-model",
-    {"What comes in on {0} are frames of another model than {1}: {3}{5}.",
-     "По {0} идут кадры не модели {1}, а другой: {3}{5}."},
-    {"Set model {4}, or set the scale to the protocol of model {1}.",
-     "Выберите модель {4} или задайте на весах протокол модели {1}."}};
+    {"What comes in on {0} are frames of another model than {1}: {6}{8}.",
+     "По {0} идут кадры не модели {1}, а другой: {6}{8}."},
+    {"Set model {7}, or set the scale to the protocol of model {1}.",
+     "Выберите модель {7} или задайте на весах протокол модели {1}."}};
 inline constexpr Advice kNotRead = {
     "not-read",
     {"Frames of model {1} come in on {0}, but no poll gets one: {2}.",
@@ -272,6 +269,8 @@ inline constexpr Text kLacksOwnBits = {"the owner's own rights are missing",
 inline constexpr Text kLacksRule = {"no group of users may use it",
                                     "ни одной группе пользователей он не доступен"};
 inline constexpr Text kProcess = {"{0} (process {1})", "{0} (процесс {1})"};
+inline constexpr Text kBaud = {"{0} baud", "{0} бод"};
+inline constexpr Text kConvertersSpeed = {"set in the converter", "задана в преобразователе"};
 inline constexpr Text kEven = {"even", "чётность"};
 inline constexpr Text kOdd = {"odd", "нечётность"};
 inline constexpr Text kOrKin = {"; models with the same frames: {0}",

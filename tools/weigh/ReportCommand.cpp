@@ -2,9 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
-#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -14,6 +12,7 @@
 #include "DoctorOutput.h"
 #include "Holders.h"
 #include "ReportTexts.h"
+#include "SelfDescription.h"
 #include "SettingsFile.h"
 #include "SupportArchive.h"
 #include "Texts.h"
@@ -95,7 +94,7 @@ Json versions(Session& session, const fs::path& component) {
   const host::CallResult answer = session.component().call("GetVersion");
   const auto* version = std::get_if<std::string>(&answer.result);
   std::error_code error;
-  return {{"weigh", ORBELO_VERSION},
+  return {{"tool", versionLine("weigh")},
           {"component", version == nullptr ? Json() : Json(*version)},
           {"component_file", component.string()},
           {"component_bytes", fs::file_size(component, error)}};
@@ -184,19 +183,9 @@ bool addVerdicts(const Program& program, const fs::path& folder, std::vector<Par
   return whole;
 }
 
-/// "20260131-120000"
-std::string fileTime() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local = {};
-  ::localtime_r(&now, &local);
-  std::array<char, 32> text = {};
-  std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &local);
-  return text.data();
-}
-
 fs::path archiveName(const ReportOptions& options) {
   fs::path name = options.output;
-  if (name.empty()) name = "orbelo-report-" + fileTime() + ".tar.gz";
+  if (name.empty()) name = "orbelo-report-" + timestamp("%Y%m%d-%H%M%S") + ".tar.gz";
   std::error_code error;
   if (fs::exists(name, error)) {
     throw Failure(kWrongUsage, fill(text::kArchiveThere, {name.string()}),

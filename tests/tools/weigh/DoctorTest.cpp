@@ -33,6 +33,7 @@ using nlohmann::json;
 using sim::SimulatedScale;
 using sim::Transport;
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -221,15 +222,16 @@ const fixture::Bytes kTicket = fixture::text("TICKET 0042 GROSS 12.5 NET 11.0 OP
 class DoctorOfBabble : public testing::TestWithParam<Babble> {};
 INSTANTIATE_TEST_SUITE_P(
     Lines, DoctorOfBabble,
-    testing::Values(
-        Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed", "than 9600 baud"},
-        Babble{"DoubleSpeed", repeating(sentAt(19200, {}, kTicket)), "wrong-speed", ""},
-        Babble{"Parity",
-               repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even}, kTicket)),
-               "wrong-parity", "even parity, and model 13"},
-        Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
-        Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")), "echo",
-               "05"}),
+    testing::Values(Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed",
+                           "another speed than the line's (9600 baud)"},
+                    Babble{"DoubleSpeed", repeating(sentAt(19200, {}, kTicket)), "wrong-speed", ""},
+                    Babble{"Parity",
+                           repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even},
+                                            kTicket)),
+                           "wrong-parity", "even parity, and model 13"},
+                    Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
+                    Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")),
+                           "echo", "05"}),
     [](const auto& row) { return row.param.name; });
 
 TEST_P(DoctorOfBabble, JudgesBytesThatAreNoFrames) {
@@ -241,14 +243,16 @@ TEST_P(DoctorOfBabble, JudgesBytesThatAreNoFrames) {
   EXPECT_FALSE(diagnosis["bytes"].empty());
 }
 
+// The frames of the last explain themselves by another model as well.
 class DoctorOfAStranger : public testing::TestWithParam<int> {};
-INSTANTIATE_TEST_SUITE_P(Models, DoctorOfAStranger, testing::Values(18, 31, 33));
+INSTANTIATE_TEST_SUITE_P(Models, DoctorOfAStranger, testing::Values(18, 33, 39));
 
 TEST_P(DoctorOfAStranger, NamesTheModelWhoseFramesComeIn) {
   SimulatedScale scale(GetParam(), Transport::Pty);
   const json diagnosis = diagnose(serial(13, scale.devicePath()));
   EXPECT_EQ(diagnosis["verdict"], "other-model") << diagnosis["cause"];
-  EXPECT_THAT(diagnosis["remedy"], HasSubstr("Set model " + std::to_string(GetParam())));
+  EXPECT_THAT(diagnosis["remedy"].get<std::string>(),
+              ContainsRegex("^Set model ([0-9]+ / )?" + std::to_string(GetParam()) + ","));
 }
 
 TEST(DoctorOfALine, KnowsOwnFramesThatNoPollGets) {

@@ -47,8 +47,12 @@ std::string typeOf(const CLI::Option& option) {
 }
 
 ValueKind kindOf(const CLI::Option& option, const std::string& type) {
-  static constexpr std::array<std::pair<std::string_view, ValueKind>, 3> kKinds = {
-      {{"DIR", ValueKind::Folder}, {"PATH", ValueKind::File}, {"DEVICE", ValueKind::File}}};
+  static constexpr std::array<std::pair<std::string_view, ValueKind>, 5> kKinds = {
+      {{"DEVICE", ValueKind::File},
+       {"DIR", ValueKind::Folder},
+       {"FILE", ValueKind::File},
+       {"LOG", ValueKind::File},
+       {"PATH", ValueKind::File}}};
   if (option.get_items_expected_max() == 0) return ValueKind::None;
   if (type.find('|') != std::string::npos) return ValueKind::Choice;
   const auto* found = std::find_if(kKinds.begin(), kKinds.end(),

@@ -173,6 +173,7 @@ TEST_P(WeighCompletion, CompletesValuesByTheirKind) {
   EXPECT_THAT(completed({"read", "--conntype", "t"}), UnorderedElementsAre("tcp"));
   EXPECT_THAT(completed({"read", "--port", "/dev/nul"}), UnorderedElementsAre("/dev/null"));
   EXPECT_THAT(completed({"read", "--log", "/de"}), UnorderedElementsAre("/dev"));
+  EXPECT_THAT(completed({"explain", "/dev/nul"}), UnorderedElementsAre("/dev/null"));
   EXPECT_THAT(completed({"settings", "/de"}), UnorderedElementsAre("/dev"));
   EXPECT_THAT(completed({"read", "--baud", ""}), UnorderedElementsAre(""));
 }

@@ -23,10 +23,11 @@ TEST(SerialLine, GarblesBytesBetweenUnlikeEnds) {
     Bytes heard;
   } rows[] = {
       {"alike", {0x00, 0x55, 0xFF}, {9600, {}}, {9600, {}}, Receiver::TakesAll, {0x00, 0x55, 0xFF}},
-      // Each bit counts twice: start, 1, 0, 1, 0 are 00 11 00 11 00 without the first, a zero.
-      {"twice as fast", {0x55}, {9600, {}}, {19200, {}}, Receiver::TakesAll, {0x66, 0x66}},
-      // Every other bit: start, 1 (skipped), 0, 1 ... the receiver sees the zeros between the ones.
-      {"half as fast", {0x55}, {9600, {}}, {4800, {}}, Receiver::TakesAll, {0xF0}},
+      // The line is 0 1010 1010 1 from the start bit on. Taken at 0.75, 1.25 ... 4.25 it reads
+      // 0110 0110, lowest bit first; from the next fall, at 6, 0110 0111.
+      {"twice as fast", {0x55}, {9600, {}}, {19200, {}}, Receiver::TakesAll, {0x66, 0xE6}},
+      // Taken at 3, 5, 7, 9 and then at rest: ones only.
+      {"half as fast", {0x55}, {9600, {}}, {4800, {}}, Receiver::TakesAll, {0xFF}},
       // The parity bit of a byte with an odd number of ones stands where the stop bit should.
       {"parity for a stop bit",
        {0x03, 0x07},

@@ -58,7 +58,7 @@ std::optional<Header> headerIn(std::string_view line) {
   }
   if (label == nullptr) return std::nullopt;
   header.record.kind = label->kind;
-  // Where the format stands still, "%d-%02d-%02d %02d:%02d:%02d.%03d ---- Bytes:%5d -----".
+  // With widths that no number can be too large for.
   const std::string rest(line.substr(kLabelSize));
   int year = 0;
   int month = 0;
@@ -69,8 +69,8 @@ std::optional<Header> headerIn(std::string_view line) {
   int millisecond = 0;
   int size = 0;
   constexpr int kFields = 8;
-  if (std::sscanf(rest.c_str(), " %d-%d-%d %d:%d:%d.%d ---- Bytes:%d", &year, &month, &day, &hour,
-                  &minute, &second, &millisecond, &size) != kFields ||
+  if (std::sscanf(rest.c_str(), " %5d-%3d-%3d %3d:%3d:%3d.%3d ---- Bytes:%9d", &year, &month, &day,
+                  &hour, &minute, &second, &millisecond, &size) != kFields ||
       size < 0) {
     return std::nullopt;
   }

@@ -1,6 +1,7 @@
 #include "Explain.h"
 
 #include <algorithm>
+#include <map>
 #include <variant>
 
 #include "Questions.h"
@@ -37,10 +38,13 @@ Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {
   return isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
 }
 
+/// Whether refusals and fields are told, which takes a while for each frame.
+enum class Depth { Frames, Everything };
+
 class Explainer {
  public:
-  Explainer(const exchange::Log& log, const ScalesModel& model)
-      : log_(log), sheet_(*model.sheet), streams_(sheet_.request.first.empty()) {}
+  Explainer(const exchange::Log& log, const ScalesModel& model, Depth depth)
+      : log_(log), sheet_(*model.sheet), streams_(sheet_.request.first.empty()), depth_(depth) {}
 
   Explanation run() {
     for (const Record& record : log_.records) {
@@ -135,16 +139,28 @@ class Explainer {
     Outcome::Next next = Outcome::Next::AskAgain;
     if (verdict.good) {
       verdict.said = readingOf(sheet_, verdict.frame);
-      verdict.fields = fieldsOf(sheet_, verdict.frame);
+      if (depth_ == Depth::Everything) verdict.fields = fieldsIn(verdict.frame);
       code_ = verdict.said.code;
       next = verdict.said.next;
       anyGood_ = true;
     } else {
-      verdict.refusal = refusalOf(sheet_, verdict.frame);
+      if (depth_ == Depth::Everything) verdict.refusal = refusalIn(verdict.frame);
       reason_ = verdict.refusal.reason;
     }
     result_.records.back().verdict = std::move(verdict);
     if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.attempts) endPoll();
+  }
+
+  // A log is long, and most of its frames are alike.
+  const std::vector<FrameField>& fieldsIn(const Bytes& frame) {
+    const auto [entry, isNew] = fields_.try_emplace({frame.begin(), frame.end()});
+    if (isNew) entry->second = fieldsOf(sheet_, frame);
+    return entry->second;
+  }
+  const Refusal& refusalIn(const Bytes& frame) {
+    const auto [entry, isNew] = refusals_.try_emplace({frame.begin(), frame.end()});
+    if (isNew) entry->second = refusalOf(sheet_, frame);
+    return entry->second;
   }
 
   void endPoll() {
@@ -165,7 +181,10 @@ class Explainer {
   const exchange::Log& log_;
   const ProtocolSheet& sheet_;
   bool streams_;
+  Depth depth_;
   Explanation result_;
+  std::map<std::string, std::vector<FrameField>> fields_;
+  std::map<std::string, Refusal> refusals_;
   Bytes frame_;
   bool open_ = false;
   int poll_ = 0;
@@ -201,7 +220,7 @@ Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
     return evidence;
   }
   // As the driver read them: what came after an answer was thrown away.
-  const Explanation explanation = explainLog(log, model);
+  const Explanation explanation = Explainer(log, model, Depth::Frames).run();
   for (const ExplainedRecord& record : explanation.records) {
     if (record.verdict && !record.verdict->frame.empty()) {
       evidence.pieces.push_back(record.verdict->frame);
@@ -237,7 +256,7 @@ LogModel recogniseLog(const exchange::Log& log) {
 }
 
 Explanation explainLog(const exchange::Log& log, const ScalesModel& model) {
-  return Explainer(log, model).run();
+  return Explainer(log, model, Depth::Everything).run();
 }
 
 }  // namespace recognise

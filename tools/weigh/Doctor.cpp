@@ -130,6 +130,8 @@ std::optional<Finding> lineVerdict(const Connection& connection, const ScalesMod
   }
   if (diagnosis.reading) {
     diagnosis.weighs = diagnosis.reading->good();
+    if (auto note = unaskedNote(connection, model, practice.interrupt))
+      diagnosis.notes.push_back(std::move(*note));
     return readingVerdict(*diagnosis.reading, connection.model);
   }
   if (last.code == kNoConnection && !connection.network)

@@ -171,6 +171,22 @@ Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Int
   return heard;
 }
 
+std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model,
+                                   const Interrupt& interrupt) {
+  if (connection.network || model.sheet->request.first.empty()) return std::nullopt;
+  try {
+    FindLine line(connection, interrupt);
+    line.set(connection.baud, model.sheet->line);
+    const ByteRow bytes = line.listen(kUnaskedTime);
+    if (bytes.empty()) return std::nullopt;
+    return finding(advice::kUnasked, {connection.device, std::to_string(model.number), shown(bytes),
+                                      findCall(connection)});
+  } catch (const Failure&) {
+    // The weight is there all the same.
+    return std::nullopt;
+  }
+}
+
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {
   const std::string number = std::to_string(model.number);
   const ByteRow all = heard.all();

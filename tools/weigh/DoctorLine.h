@@ -32,6 +32,11 @@ std::chrono::milliseconds longestListening(const ProtocolSheet& sheet);
 /// Listens to the line of a model, then asks for a weight and listens again.
 Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Interrupt& interrupt);
 
+/// What a serial line that answers well brings without being asked; none for a model that transmits
+/// by itself. A protocol without checks takes any bytes for a weight.
+std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model,
+                                   const Interrupt& interrupt);
+
 /// What is the matter with a line on which no poll of `model` was answered.
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection);
 

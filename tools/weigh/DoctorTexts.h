@@ -240,6 +240,15 @@ inline constexpr Advice kEcho = {
      "Снимите заглушку или отключите эхо адаптера RS-485; возможно, замкнуты TX и RX."}};
 
 // Beside the verdict.
+// {0} the device, {1} the model, {2} the bytes, {3} the call of weigh find.
+inline constexpr Advice kUnasked = {
+    "unasked-bytes",
+    {"Bytes come in on {0} that nobody asked for, as no scale of model {1} sends them; the weight "
+     "may be made of them: {2}.",
+     "По {0} идут байты, которых никто не запрашивал и которых весы модели {1} не передают; вес "
+     "мог сложиться из них: {2}."},
+    {"Compare the weight with the scale's display; `{3}` tells which model the bytes fit.",
+     "Сравните вес с табло весов; какой модели подходят байты, скажет `{3}`."}};
 // {0} the adapter, {1} milliseconds, {2} the file of the setting.
 inline constexpr Advice kUsbLatency = {
     "usb-latency",

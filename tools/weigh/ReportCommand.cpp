@@ -163,11 +163,11 @@ Part facts(const Program& program, const fs::path& folder) {
 }
 
 /// The doctor's verdicts, for people and for programs. False if they were interrupted.
-bool addVerdicts(const Program& program, const fs::path& folder, std::vector<Part>& parts) {
+bool addVerdicts(const Program& program, const fs::path& folder, const Interrupt& interrupt,
+                 std::vector<Part>& parts) {
   std::string forPeople;
   std::string forPrograms;
   bool whole = true;
-  const Interrupt interrupt;
   try {
     whole = diagnoseAll(patientsOf(folder), program.component, interrupt,
                         [&](const Patient& patient, const Diagnosis& diagnosis) {
@@ -230,10 +230,12 @@ ExitCode pack(const Program& program, const ReportOptions& options) {
   }
   // Before the scales are asked: a name that can't be written is to be told at once.
   const fs::path name = archiveName(options);
+  // As long as there is half an archive: it is finished or taken away, whatever happens.
+  const Interrupt interrupt;
   SupportArchive archive(name);
 
   std::vector<Part> parts;
-  const bool whole = options.noDoctor || addVerdicts(program, folder, parts);
+  const bool whole = options.noDoctor || addVerdicts(program, folder, interrupt, parts);
   parts.push_back(facts(program, folder));
   const fs::path settings = settingsFileOf(folder);
   if (fs::is_regular_file(settings, error)) parts.push_back(endOf(settings, kMostOfSettings));

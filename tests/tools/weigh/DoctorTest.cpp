@@ -342,6 +342,18 @@ TEST(DoctorOfAScale, SetsThePollTimeAgainstTheLinesOwn) {
   EXPECT_EQ(diagnose(optionsOf(networkScale))["polls"]["wire_ms"], json());
 }
 
+TEST(DoctorOfAScale, DoubtsAWeightOnALineThatSpeaksUnasked) {
+  // This protocol takes any two bytes for a weight.
+  PtyLine line;
+  line.play(repeating(fixture::bytes("FF 55 AA FE")));
+  const json noise = diagnose(serial(10, line.path()));
+  EXPECT_TRUE(noise["weighs"]);
+  ASSERT_EQ(noise["notes"].size(), 1U);
+  EXPECT_EQ(noise["notes"][0]["code"], "unasked-bytes");
+  SimulatedScale scale(10, Transport::Pty);
+  EXPECT_TRUE(diagnose(optionsOf(scale))["notes"].empty());
+}
+
 TEST(DoctorOfAScale, CountsPollsThatFailAmongGoodOnes) {
   // The three attempts of one poll.
   SimulatedScale scale(13, Transport::Pty, {.corruptEvery = 1, .frames = 3});

@@ -100,15 +100,14 @@ int CScalesWrapper::pressT(const char* id, double tare) {
 }
 
 const wchar_t* CScalesWrapper::GetLastTextError() {
-  static CkString text;
-  text.setStringUtf8(resultText(lastError));
+  lastErrorText.setStringUtf8(resultText(lastError));
   if (lastError == kWrongFolder) {
-    text.appendStr(dllFolder);
+    lastErrorText.appendStr(dllFolder);
     CkString end;
     end.setStringUtf8(kWrongFolderEnd);
-    text.appendStr(end);
+    lastErrorText.appendStr(end);
   }
-  return text.getUnicode();
+  return lastErrorText.getUnicode();
 }
 
 const wchar_t* CScalesWrapper::GetVersion() { return L"4.3.25 (05.03.2020)"; }

@@ -44,7 +44,7 @@ class CScalesWrapper {
   int pressT(const char* id, double tare);
 
   int GetLastError() const { return lastError; }
-  /// The text of the last error, valid until the next call on any object.
+  /// The text of the last error, valid until the next call.
   const wchar_t* GetLastTextError();
   static const wchar_t* GetVersion();
   int SetEvent(IAddInDefBase* base);
@@ -74,6 +74,8 @@ class CScalesWrapper {
   IAddInDefBase* eventBase = nullptr;
   std::array<std::unique_ptr<IScalesObject>, kMaxScales> scaleObjects;
   CkString dllFolder;
+  /// One an object: the platform may keep components in several threads.
+  CkString lastErrorText;
   std::int32_t mp_model = 0;
   std::int32_t mp_conntype = 0;
   std::int32_t mp_conleave = 0;

@@ -275,7 +275,18 @@ void KestrumSocket::terminateConnection(std::uint32_t maxWaitMs, LogBase& log) {
     }
   }
   receiveAfterFin(maxWaitMs);
+  waitForTransfers();
   closeDescriptor(log);
+}
+
+// A thread that still sends or receives notices the closing within a slice of its wait. Were the
+// descriptor gone before, its number could be another connection's when that thread uses it.
+void KestrumSocket::waitForTransfers() const {
+  constexpr std::uint32_t kLongestSlice_ms = 1000;
+  const std::uint32_t start = ckTickCount();
+  while ((m_recvBusy || m_sendBusy) && ckTickCount() - start < kLongestSlice_ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds{1});
+  }
 }
 
 // Reads without a pause until the peer's FIN, so that what the scale still says draws no reset.

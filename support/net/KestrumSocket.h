@@ -92,6 +92,7 @@ class KestrumSocket {
   // Closing ---------------------------------------------------------------------------------------
 
   void receiveAfterFin(std::uint32_t maxWaitMs);
+  void waitForTransfers() const;
   void closeDescriptor(LogBase& log);
   bool isBusyElsewhere(std::atomic<bool>& busy, const char* complaint, LogBase& log);
   void setBufferSize(std::uint32_t& current, std::uint32_t size, int option, LogBase& log);

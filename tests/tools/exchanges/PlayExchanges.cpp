@@ -98,6 +98,8 @@ void playAll(bool overTcp) {
   std::atomic<std::size_t> next = 0;
   std::mutex mutex;
   std::vector<std::string> wrong;
+  // Stays loaded while any player needs it, and was so before the first one.
+  const host::Library library(COMPONENT);
   std::vector<std::thread> players;
   for (std::size_t i = 0; i < kSideBySide; ++i) {
     players.emplace_back([&] {

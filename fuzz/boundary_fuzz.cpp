@@ -16,9 +16,9 @@
 #include <string>
 #include <vector>
 
-#include "HostObject.h"
 #include "MemoryManager.h"
 #include "Platform.h"
+#include "PlatformObject.h"
 #include "Variant.h"
 
 extern "C" long GetClassObject(const WCHAR_T* name, IComponentBase** object);
@@ -74,7 +74,7 @@ class Host {
       memory_.FreeMemory(&block);
     }
     check(memory_.live() == 0);
-    check(memory_.wrongFrees() == 0);
+    check(memory_.foreignFrees() == 0);
   }
 
  private:
@@ -268,7 +268,7 @@ class Host {
 
   FuzzedDataProvider data_;
   fixture::MemoryManager memory_;
-  fixture::HostObject host_;
+  host::PlatformObject host_;
   std::array<IComponentBase*, 3> objects_ = {};
   std::vector<std::unique_ptr<std::vector<WCHAR_T>>> texts_;
   std::vector<std::vector<WCHAR_T>> ids_;

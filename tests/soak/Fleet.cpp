@@ -4,6 +4,9 @@
 #include <sstream>
 #include <utility>
 
+#include "Endpoint.h"
+#include "ScaleLine.h"
+
 namespace {
 
 /// Models that answer at once when they are asked. The others wait for their own next frame, which

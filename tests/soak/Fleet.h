@@ -4,6 +4,7 @@
 #include <thread>
 #include <vector>
 
+#include "ScaleModel.h"
 #include "SimulationLoop.h"
 #include "TempFolder.h"
 

@@ -1,5 +1,6 @@
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -37,12 +38,13 @@ struct ExplainOptions {
 };
 
 exchange::Log readFile(const std::string& file) {
+  std::error_code error;
   std::ifstream stream(file, std::ios::binary);
+  if (!stream) error = {errno, std::generic_category()};
+  if (std::filesystem::is_directory(file)) error = std::make_error_code(std::errc::is_a_directory);
+  if (error) throw Failure(kWrongUsage, fill(text::kNoLog, {file, error.message()}));
   std::ostringstream content;
-  // A directory opens, and can't be read.
-  if (!stream || !(content << stream.rdbuf())) {
-    throw Failure(kWrongUsage, fill(text::kNoLog, {file, std::system_category().message(errno)}));
-  }
+  content << stream.rdbuf();
   exchange::Log log = exchange::readLog(content.str());
   if (log.records.empty()) {
     throw Failure(kWrongUsage, fill(text::kNoLogRecords, {file}), say(text::kNoLogRecordsRemedy));

@@ -60,6 +60,7 @@ TEST_F(OptionsTest, TellTheTasksApart) {
   EXPECT_EQ(read({"--model", "13", "-h"}).task, Options::Task::HelpOnModel);
   EXPECT_EQ(read({"--list"}).task, Options::Task::List);
   EXPECT_EQ(read({"--all", "/tmp/x"}).task, Options::Task::PlayAll);
+  EXPECT_EQ(read({"--replay", "x.log", "--tcp"}).task, Options::Task::Replay);
 }
 
 struct WrongUsage {
@@ -83,6 +84,11 @@ TEST_F(OptionsTest, RefuseWhatMakesNoSense) {
       {{"21", "--price", "1000"}, "prices from 0 to 999.99"},
       {{"13", "--pty", "--tcp"}, "exclude each other"},
       {{"13", "--tcp", "--link", "x"}, "--link goes with"},
+      {{"13", "--tcp", "--speed", "9600"}, "--speed goes with"},
+      {{"13", "--speed", "300"}, "--speed"},
+      {{"13", "--replay", "x.log"}, "--replay takes no model"},
+      {{"--replay", "x.log", "--silent"}, "--replay takes no model"},
+      {{"--replay", "x.log", "--pty", "--tcp"}, "exclude each other"},
       {{"13", "--tcp", "65536"}, "--tcp"},
       {{"13", "--corrupt", "0"}, "--corrupt"},
       {{"13", "--cut", "-1"}, "--cut"},

@@ -117,6 +117,24 @@ TEST(Program, PlaysOnATcpPortAndLivesOnWhenItsInputEnds) {
   EXPECT_EQ(program.end(), kGood);
 }
 
+TEST(Program, ReplaysALogTurnByTurnAndTellsOfAStranger) {
+  // Asked once without an answer, then answered; and asked again.
+  Program program({"--replay", EXCHANGES "/13-serial-silent-once.log", "--tcp", "--lang", "en"});
+  const std::string address = program.line();
+  {
+    const Host host(std::stoi(address.substr(address.find(':') + 1)));
+    host.say({0x05, 0x11});
+    host.say({0x05, 0x12});
+    const sim::Bytes frame = host.hear(16);
+    EXPECT_THAT(std::string(frame.begin(), frame.end()), HasSubstr("1.250kg"));
+  }
+  program.signal(SIGTERM);
+  const std::string told = program.rest();
+  EXPECT_THAT(told, HasSubstr("1 turns"));
+  EXPECT_THAT(told, HasSubstr("sent 05 11 05 12, in the record it was 05 11 05 11"));
+  EXPECT_EQ(program.end(), kGood);
+}
+
 TEST(Program, PlaysAllAndCleansUp) {
   const sim::TemporaryDirectory folder;
   const auto inside = folder.path() / "all";
@@ -148,6 +166,7 @@ TEST(Program, TellsWhatWentWrong) {
       {{"13", "--tcp", std::to_string(taken.port())}, kFailure, "Choose another port"},
       {{"13", "--link", folder.path()}, kFailure, "something that is no link"},
       {{"13", "--link", folder.path() / "no" / "link"}, kFailure, "Make the folder first"},
+      {{"--replay", "/no/such.log"}, kFailure, "can't be read"},
       {{"--list"}, kGood, "CAS-LP"},
       {{"--help", "13"}, kGood, "05 11"},
   };

@@ -134,6 +134,15 @@ TEST(Requests, AreFoundBehindStrayBytesAndBehindABrokenRequest) {
   EXPECT_EQ(feed(zeros, "\0\0\0\0\3"s).size(), 1U);
 }
 
+/// The end of another scale's request is no line of its own.
+TEST(Requests, ThatAreLinesBeginWhereALineDoes) {
+  Scale scale(*findScaleModel(35));
+  feed(scale, "SI\r\n");
+  EXPECT_EQ(scale.count(Action::Tare), 0);
+  feed(scale, "I\r\n");
+  EXPECT_EQ(scale.count(Action::Tare), 1);
+}
+
 TEST(Requests, AreForgottenInPartOnDemand) {
   Scale scale(*findScaleModel(13));
   feed(scale, "\5");

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "SelfDescription.h"
 
@@ -29,6 +31,20 @@ std::vector<std::string> commandNames(const CommandEntry& program) {
   std::vector<std::string> names;
   for (const CommandEntry& command : program.commands) names.push_back(command.name);
   return names;
+}
+
+/// The command with what else may stand behind its name: the program's options, but for those that
+/// it has itself.
+CommandEntry withOptionsOf(const CommandEntry& program, CommandEntry command) {
+  const std::vector<std::string> own = namesOf(command);
+  for (OptionGroup group : program.groups) {
+    std::erase_if(group.options, [&](const OptionEntry& option) {
+      return std::find_first_of(own.begin(), own.end(), option.names.begin(), option.names.end()) !=
+             own.end();
+    });
+    command.groups.push_back(std::move(group));
+  }
+  return command;
 }
 
 /// In single quotes, as both shells take them.
@@ -80,7 +96,7 @@ std::string bashArguments(const CommandEntry& command) {
 std::string bashBranch(const CommandEntry& program, const CommandEntry& command) {
   const std::string arguments = bashArguments(command);
   return "  " + command.name + ")\n" + bashValues(program, command) +
-         "  words=" + quoted(joined(namesOf(command), " ")) + "\n" +
+         "  words=" + quoted(joined(namesOf(withOptionsOf(program, command)), " ")) + "\n" +
          (arguments.empty()
               ? ""
               : "  [[ $cur == -* ]] || { " + replyOf(program) + " " + arguments + "; return; }\n") +
@@ -156,9 +172,9 @@ std::string bashCompletion(const CommandEntry& program) {
                        "  fi\n"
                        "  COMPREPLY=()\n";
   script += bashValues(program, program);
-  const std::string all = joined(namesOf(program), " ");
+  const std::string own = quoted(joined(namesOf(program), " "));
   if (program.commands.empty()) {
-    script += "  words=" + quoted(all) + "\n";
+    script += "  words=" + own + "\n";
   } else {
     const std::vector<std::string> names = commandNames(program);
     script += "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD - 1}\"; do\n    case $word in " +
@@ -166,8 +182,8 @@ std::string bashCompletion(const CommandEntry& program) {
               ") command=$word && break ;;\n    esac\n  done\n"
               "  case $command in\n";
     for (const CommandEntry& command : program.commands) script += bashBranch(program, command);
-    script += "  *) [[ $cur == -* ]] || words=" + quoted(joined(names, " ")) +
-              " ;;\n  esac\n  [[ $cur != -* ]] || words+=" + quoted(" " + all) + "\n";
+    script += "  *)\n  words=" + quoted(joined(names, " ")) +
+              "\n  [[ $cur != -* ]] || words=" + own + "\n  ;;\n  esac\n";
   }
   return script + "  " + replyOf(program) + " -W \"$words\"\n}\ncomplete -F " + function + " " +
          program.name + "\n";
@@ -189,8 +205,8 @@ std::string zshCompletion(const CommandEntry& program) {
     }
     script += "    )\n    _describe command commands\n    ;;\n  rest)\n    case $words[1] in\n";
     for (const CommandEntry& command : program.commands) {
-      script += "    " + command.name + ")\n      _arguments" + zshOptions(command, "        ") +
-                "\n      ;;\n";
+      script += "    " + command.name + ")\n      _arguments" +
+                zshOptions(withOptionsOf(program, command), "        ") + "\n      ;;\n";
     }
     script += "    esac\n    ;;\n  esac";
   }

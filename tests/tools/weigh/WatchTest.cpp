@@ -106,10 +106,11 @@ TEST_F(WatchFolder, TellsOfEveryScale) {
                               HasSubstr("(scales 8)")));
 
   const ProgramRun csv = weigh(watch + Arguments{"--csv"});
-  EXPECT_THAT(csv.out,
-              AllOf(StartsWith("reading,time,weight,unit,"),
-                    ContainsRegex("\n2,[^,]+,1.25,kg,[^\n]*,7,13,\"[^\"]+\",2,0,0,"),
-                    ContainsRegex("\n2,[^,]+,,,,,,1,\"[^\n]*\",[0-9.]+,8,14,\"127.0.0.1:1\",0,2,0,")));
+  EXPECT_THAT(
+      csv.out,
+      AllOf(StartsWith("reading,time,weight,unit,"),
+            ContainsRegex("\n2,[^,]+,1.25,kg,[^\n]*,7,13,\"[^\"]+\",2,0,0,"),
+            ContainsRegex("\n2,[^,]+,,,,,,1,\"[^\n]*\",[0-9.]+,8,14,\"127.0.0.1:1\",0,2,0,")));
 
   const ProgramRun both = weigh(watch + Arguments{"--model", "13"});
   EXPECT_EQ(both.exitCode, kWrongUsage);

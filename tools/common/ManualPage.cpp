@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cctype>
+#include <sstream>
 
 #include "Language.h"
 #include "SelfDescription.h"
@@ -32,11 +33,18 @@ std::string escaped(const std::string& text) {
   return result;
 }
 
-/// A line of text: with a point at its head it would be a request to groff.
-std::string lineOf(const std::string& text) {
-  std::string line = escaped(text);
-  std::replace(line.begin(), line.end(), '\n', ' ');
-  return (line.starts_with('.') ? "\\&" : "") + line + "\n";
+/// A paragraph of text. A line that is indented stays one of its own, such as a second example; a
+/// point at the head of a line would be a request to groff.
+std::string textOf(const std::string& text) {
+  std::istringstream lines(text);
+  std::string result;
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
+    if (begin > 0) result += ".br\n";
+    if (line.find('.', begin) == begin) result += "\\&";
+    result += escaped(line.substr(begin)) + "\n";
+  }
+  return result;
 }
 
 std::string request(const char* name, const std::string& argument) {
@@ -51,24 +59,24 @@ std::string optionText(const OptionEntry& option) {
   for (const std::string& name : option.names) head += (head.empty() ? "" : ", ") + bold(name);
   if (head.empty()) head = bold(option.argument);
   if (!option.value.empty()) head += " " + italic(option.value);
-  return ".TP\n" + head + "\n" + lineOf(option.about);
+  return ".TP\n" + head + "\n" + textOf(option.about);
 }
 
 std::string synopsisText(const CommandEntry& command) {
   std::string text = ".nf\n";
-  for (const std::string& line : command.synopsis) text += lineOf(line);
+  for (const std::string& line : command.synopsis) text += textOf(line);
   return text + ".fi\n";
 }
 
 std::string paragraphs(const std::vector<std::string>& notes) {
   std::string text;
-  for (const std::string& note : notes) text += ".PP\n" + lineOf(note);
+  for (const std::string& note : notes) text += ".PP\n" + textOf(note);
   return text;
 }
 
 std::string commandText(const CommandEntry& command) {
   std::string text =
-      request("SS", command.name) + lineOf(command.about) + ".PP\n" + synopsisText(command);
+      request("SS", command.name) + textOf(command.about) + ".PP\n" + synopsisText(command);
   for (const OptionGroup& group : command.groups) {
     text += ".PP\n" + italic(group.heading) + "\n";
     for (const OptionEntry& option : group.options) text += optionText(option);
@@ -86,7 +94,7 @@ std::string manualPage(const CommandEntry& program) {
   std::string page = ".\\\" Made from the tables that --help is made of.\n.TH " + title +
                      " 1 \"\" \"" + escaped(versionLine(program.name)) + "\" \"" + say(kSuite) +
                      "\"\n";
-  page += request("SH", say(kName)) + escaped(program.name) + " \\- " + lineOf(program.about);
+  page += request("SH", say(kName)) + escaped(program.name) + " \\- " + textOf(program.about);
   page += request("SH", say(kSynopsis)) + synopsisText(program);
   page += request("SH", say(kOptions));
   for (const OptionGroup& group : program.groups) {

@@ -17,6 +17,8 @@ TEST_PACKAGES=(libgtest-dev libgmock-dev libpugixml-dev zip unzip groff-base)
 RELEASE_PACKAGES=(git zip unzip dpkg-dev)
 # The second compiler, for the preset of its name.
 CLANG_PACKAGES=(clang)
+# The fuzz targets need the run-time of its sanitizers, too.
+FUZZ_PACKAGES=("${CLANG_PACKAGES[@]}" libclang-rt-dev)
 
 set_up_fail() {
   printf '%s: %s\n' "$(basename "$0")" "$*" >&2

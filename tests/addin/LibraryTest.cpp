@@ -1,27 +1,24 @@
 // What the delivered file shows to the process that loads it, and what it needs from it.
 
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Program.h"
+
 namespace {
 
 /// The lines that a command prints.
 std::vector<std::string> linesOf(const std::string& command) {
-  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
+  fixture::Program shell({"sh", "-c", command}, fixture::Program::Errors::Apart);
+  std::istringstream output(shell.rest());
   std::vector<std::string> lines;
-  std::array<char, 4096> line = {};
-  while (pipe && std::fgets(line.data(), line.size(), pipe.get()) != nullptr) {
-    lines.emplace_back(line.data());
-    lines.back().pop_back();
-  }
+  for (std::string line; std::getline(output, line);) lines.push_back(line);
   return lines;
 }
 

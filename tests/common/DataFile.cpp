@@ -44,4 +44,14 @@ std::vector<DataRow> dataRows(const std::string& name) {
   return rows;
 }
 
+std::map<std::string, std::string> dataFields(const std::string& text) {
+  std::map<std::string, std::string> fields;
+  std::istringstream parts(text);
+  for (std::string part; std::getline(parts >> std::ws, part, ',');) {
+    const std::size_t end = std::min(part.find(' '), part.size());
+    fields[part.substr(0, end)] = part.substr(std::min(end + 1, part.size()));
+  }
+  return fields;
+}
+
 }  // namespace fixture

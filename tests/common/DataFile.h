@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -22,5 +23,9 @@ struct DataRow {
 /// The lines of a file that is made of such rows; every other line is a heading. Throws
 /// `std::runtime_error` for a file without rows.
 std::vector<DataRow> dataRows(const std::string& name);
+
+/// The parts of "weight 1250, reply 'I A', stable" by the word that each begins with: what stands
+/// behind it, or nothing.
+std::map<std::string, std::string> dataFields(const std::string& text);
 
 }  // namespace fixture

@@ -10,6 +10,32 @@
 
 namespace fixture {
 
+Descriptor boundToLoopback(int& port) {
+  Descriptor fd = Descriptor::checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket");
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* generic = reinterpret_cast<sockaddr*>(&address);
+  if (::bind(fd.get(), generic, size) != 0) throwErrno("bind");
+  if (::getsockname(fd.get(), generic, &size) != 0) throwErrno("getsockname");
+  port = ntohs(address.sin_port);
+  return fd;
+}
+
+SilentPort::SilentPort() : listener_(boundToLoopback(port_)) {
+  if (::listen(listener_.get(), 0) != 0) throwErrno("listen");
+  sockaddr_in address = {};
+  socklen_t size = sizeof address;
+  auto* generic = reinterpret_cast<sockaddr*>(&address);
+  if (::getsockname(listener_.get(), generic, &size) != 0) throwErrno("getsockname");
+  for (Descriptor& client : queued_) {
+    client = Descriptor::checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0),
+                                 "socket");
+    (void)::connect(client.get(), generic, size);
+  }
+}
+
 void TcpWire::hangUp() {
   end();
   connection_.reset();
@@ -23,17 +49,8 @@ void TcpWire::reset() {
   hangUp();
 }
 
-TcpPeer::TcpPeer(TcpScript script)
-    : listener_(Descriptor::checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket")) {
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* generic = reinterpret_cast<sockaddr*>(&address);
-  if (::bind(listener_.get(), generic, size) != 0) throwErrno("bind");
+TcpPeer::TcpPeer(TcpScript script) : listener_(boundToLoopback(port_)) {
   if (::listen(listener_.get(), 8) != 0) throwErrno("listen");
-  if (::getsockname(listener_.get(), generic, &size) != 0) throwErrno("getsockname");
-  port_ = ntohs(address.sin_port);
   player_ = std::thread([this, script = std::move(script)] { run(script); });
 }
 

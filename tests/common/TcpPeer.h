@@ -10,6 +10,21 @@
 
 namespace fixture {
 
+/// A socket on a port of the loopback that the system chose. Nobody listens there yet.
+Descriptor boundToLoopback(int& port);
+
+/// A listener whose queue is full, so that a connect to it gets no answer at all.
+class SilentPort {
+ public:
+  SilentPort();
+  int port() const { return port_; }
+
+ private:
+  int port_ = 0;  // before the listener, which fills it in
+  Descriptor listener_;
+  Descriptor queued_[3];
+};
+
 /// The scale's end of a TCP connection.
 class TcpWire final : public Wire {
  public:
@@ -48,8 +63,8 @@ class TcpPeer {
   void run(const TcpScript& script);
 
   StopSignal stop_;
+  int port_ = 0;  // before the listener, which fills it in
   Descriptor listener_;
-  int port_ = 0;
   std::atomic<int> connections_ = 0;
   std::thread player_;
 };

@@ -18,23 +18,15 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-std::string textOf(LogBase& log) {
+std::string rendered(LogBase& log, bool (LogBase::*render)(StringBuffer&)) {
   StringBuffer out;
-  log.getText(out);
+  (log.*render)(out);
   return std::string(out.view());
 }
 
-std::string htmlOf(LogBase& log) {
-  StringBuffer out;
-  log.getHtml(out);
-  return std::string(out.view());
-}
-
-std::string xmlOf(LogBase& log) {
-  StringBuffer out;
-  log.getXml(out);
-  return std::string(out.view());
-}
+std::string textOf(LogBase& log) { return rendered(log, &LogBase::getText); }
+std::string htmlOf(LogBase& log) { return rendered(log, &LogBase::getHtml); }
+std::string xmlOf(LogBase& log) { return rendered(log, &LogBase::getXml); }
 
 TEST(LogTree, EachKindOfEntryHasItsThreeRenderings) {
   _ckLogger log;

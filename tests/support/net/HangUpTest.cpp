@@ -26,16 +26,6 @@ using fixture::SystemCalls;
 using fixture::TcpPeer;
 using fixture::TcpWire;
 
-/// Asks until the peer's end has come through.
-bool becomesDisconnected(CkSocket& socket) {
-  const Stopwatch clock;
-  while (socket.get_IsConnected()) {
-    if (clock.ms() > 5000) return false;
-    ::usleep(1000);
-  }
-  return true;
-}
-
 class HangUp : public testing::Test {
  protected:
   CkSocket socket;
@@ -102,19 +92,6 @@ TEST_F(HangUp, AnyOtherErrorOfASendIsASocketError) {
   EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::SocketError);
   EXPECT_EQ(calls.count("close"), 1U);
   EXPECT_FALSE(socket.get_IsConnected());
-}
-
-// A half-closed scale says nothing any more, though it would still listen.
-TEST_F(HangUp, AHalfClosedPeerIsGone) {
-  TcpPeer peer([](TcpWire& wire) {
-    wire.send(fixture::text("ab"));
-    wire.halfClose();
-    wire.receiveSome();
-  });
-  fixture::connectTo(socket, peer.port());
-  socket.put_MaxReadIdleMs(5000);
-  EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "ab"}));
-  EXPECT_TRUE(becomesDisconnected(socket));
 }
 
 TEST(Closing, APeerThatNeverClosesCostsTheWholeTime) {

@@ -31,18 +31,6 @@ constexpr int kSlack_ms = 1500;
 /// A port of the loopback that no one listens on.
 int refusingPort();
 
-/// A listener whose queue is full, so that a connect to it gets no answer at all.
-class SilentPort {
- public:
-  SilentPort();
-  int port() const { return port_; }
-
- private:
-  int port_ = 0;  // before the listener, which fills it in
-  Descriptor listener_;
-  Descriptor queued_[3];
-};
-
 /// Connected as the port layer does it: 100 ms for receiving, 7 s for sending.
 void connectTo(CkSocket& socket, int port);
 bool sendBytes(CkSocket& socket, std::string_view bytes);

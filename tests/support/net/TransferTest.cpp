@@ -126,21 +126,6 @@ TEST_F(Transfer, AKeptRestIsFollowedByWhatComes) {
   EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "gh"}));
 }
 
-TEST_F(Transfer, AnAnswerMayComeInAnyPieces) {
-  for (std::size_t cut = 1; cut < kAnswer.size(); ++cut) {
-    TcpPeer peer([&](TcpWire& wire) {
-      wire.send(fixture::text(kAnswer.substr(0, cut)));
-      wire.pause(5);
-      wire.send(fixture::text(kAnswer.substr(cut)));
-      wire.receiveSome();
-    });
-    CkSocket client;
-    fixture::connectTo(client, peer.port());
-    client.put_MaxReadIdleMs(5000);
-    EXPECT_EQ(receiveBytes(client, kAnswer.size()), (ReceivedBytes{true, kAnswer})) << cut;
-  }
-}
-
 // The idle limit counts from the last byte, so that a slow answer may take longer than the limit.
 TEST_F(Transfer, AnAnswerMayComeByteByByte) {
   TcpPeer peer([&](TcpWire& wire) {

@@ -1,15 +1,14 @@
 // The programs' manual pages and completion scripts: they tell all that --help tells, and the
 // programs that read them take them.
 
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "Program.h"
 
 namespace {
 
@@ -22,16 +21,9 @@ using Words = std::vector<std::string>;
 
 /// What a command line of bash writes.
 std::string outputOf(const std::string& commandLine) {
-  const std::string command = "bash -c \"$COMMAND_LINE\"";
-  ::setenv("COMMAND_LINE", commandLine.c_str(), 1);
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
-                                                             &::pclose);
-  std::string text;
-  std::array<char, 4096> buffer = {};
-  while (const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), pipe.get())) {
-    text.append(buffer.data(), got);
-  }
-  return text;
+  fixture::Program bash({"bash", "-c", commandLine}, fixture::Program::Errors::Apart);
+  bash.closeInput();
+  return bash.rest();
 }
 
 Words linesOf(const std::string& text) {

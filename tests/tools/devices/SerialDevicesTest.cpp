@@ -78,63 +78,57 @@ TEST(SerialDevices, TellsAnAdapterByNamesMakerDriverAndLatency) {
   EXPECT_FALSE(devices::deviceAt(machine.device("ttyUSB7"), machine.roots()));
 }
 
-class Replugged : public testing::Test {
- protected:
-  /// Takes the adapter out of socket 1-1 and looks for it after `meanwhile`.
-  template <typename Meanwhile>
-  std::optional<SerialDevice> after(const FakeMachine::Adapter& adapter, Meanwhile meanwhile) {
-    machine_.plugIn("ttyUSB0", "1-1", adapter);
-    const auto before = devices::deviceAt(machine_.device("ttyUSB0"), machine_.roots());
-    const auto others = devices::serialDevices(machine_.roots());
-    machine_.unplug("ttyUSB0", "1-1");
-    meanwhile();
-    return devices::findAgain(before.value(), others, machine_.roots());
-  }
-
-  FakeMachine machine_;
+/// An adapter in a socket, under a name.
+struct Plugged {
+  const char* name;
+  const char* socket;
+  FakeMachine::Adapter adapter;
 };
 
-TEST_F(Replugged, IsFoundBySerialNumberInAnySocket) {
-  FakeMachine::Adapter other = kFtdi;
-  other.serialNumber = "B1";
-  const auto found = after(kFtdi, [&] {
-    machine_.plugIn("ttyUSB0", "1-1", other);
-    machine_.plugIn("ttyUSB3", "2-4", kFtdi);
-  });
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->path, machine_.device("ttyUSB3"));
+TEST(Replugged, AdapterIsFoundAgainWhereNothingElseCanBeMeant) {
+  FakeMachine::Adapter otherFtdi = kFtdi;
+  otherFtdi.serialNumber = "B1";
+  const struct {
+    const char* what;
+    FakeMachine::Adapter adapter;
+    std::vector<Plugged> others;
+    std::vector<Plugged> meanwhile;
+    const char* found;
+  } rows[] = {
+      {"by serial number in any socket",
+       kFtdi,
+       {},
+       {{"ttyUSB0", "1-1", otherFtdi}, {"ttyUSB3", "2-4", kFtdi}},
+       "ttyUSB3"},
+      {"by socket", kCheap, {{"ttyUSB5", "1-7", kCheap}}, {{"ttyUSB1", "1-1", kCheap}}, "ttyUSB1"},
+      {"the only one of its kind",
+       kCheap,
+       {{"ttyUSB5", "1-7", kFtdi}},
+       {{"ttyUSB1", "1-3", kCheap}},
+       "ttyUSB1"},
+      {"one of twins", kCheap, {}, {{"ttyUSB1", "1-3", kCheap}, {"ttyUSB2", "1-4", kCheap}}, ""},
+      {"its neighbour", kCheap, {{"ttyUSB5", "1-7", kCheap}}, {}, ""},
+      {"away", kFtdi, {}, {}, ""},
+  };
+  for (const auto& row : rows) {
+    FakeMachine machine;
+    for (const Plugged& one : row.others) machine.plugIn(one.name, one.socket, one.adapter);
+    machine.plugIn("ttyUSB0", "1-1", row.adapter);
+    const auto before = devices::deviceAt(machine.device("ttyUSB0"), machine.roots());
+    const auto all = devices::serialDevices(machine.roots());
+    machine.unplug("ttyUSB0", "1-1");
+    machine.addBoardPort("ttyS0", 4);
+    for (const Plugged& one : row.meanwhile) machine.plugIn(one.name, one.socket, one.adapter);
+    const auto found = devices::findAgain(before.value(), all, machine.roots());
+    EXPECT_EQ(found ? found->path.filename() : "", row.found) << row.what;
+  }
 }
 
-TEST_F(Replugged, IsFoundBySocketWithoutSerialNumber) {
-  machine_.plugIn("ttyUSB5", "1-7", kCheap);
-  const auto found = after(kCheap, [&] { machine_.plugIn("ttyUSB1", "1-1", kCheap); });
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->path, machine_.device("ttyUSB1"));
-}
-
-TEST_F(Replugged, IsFoundElsewhereIfItIsTheOnlyOneOfItsKind) {
-  machine_.plugIn("ttyUSB5", "1-7", kFtdi);
-  const auto found = after(kCheap, [&] { machine_.plugIn("ttyUSB1", "1-3", kCheap); });
-  ASSERT_TRUE(found);
-  EXPECT_EQ(found->path, machine_.device("ttyUSB1"));
-}
-
-TEST_F(Replugged, IsNotGuessedAmongTwins) {
-  EXPECT_FALSE(after(kCheap, [&] {
-    machine_.plugIn("ttyUSB1", "1-3", kCheap);
-    machine_.plugIn("ttyUSB2", "1-4", kCheap);
-  }));
-}
-
-TEST_F(Replugged, IsNotTakenForItsNeighbour) {
-  machine_.plugIn("ttyUSB5", "1-7", kCheap);
-  EXPECT_FALSE(after(kCheap, [] {}));
-}
-
-TEST_F(Replugged, IsNotThereWhileItIsAway) {
-  EXPECT_FALSE(after(kFtdi, [&] { machine_.addBoardPort("ttyS0", 4); }));
-  const auto board = devices::deviceAt(machine_.device("ttyS0"), machine_.roots());
-  EXPECT_FALSE(devices::findAgain(board.value(), {}, machine_.roots()));
+TEST(Replugged, APortOfTheBoardIsNoAdapter) {
+  FakeMachine machine;
+  machine.addBoardPort("ttyS0", 4);
+  const auto board = devices::deviceAt(machine.device("ttyS0"), machine.roots());
+  EXPECT_FALSE(devices::findAgain(board.value(), {}, machine.roots()));
 }
 
 }  // namespace

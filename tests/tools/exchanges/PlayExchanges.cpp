@@ -17,6 +17,8 @@
 namespace {
 
 namespace fs = std::filesystem;
+using exchange::ExchangeCase;
+using exchange::PollOutcome;
 
 /// Most of the time goes in waiting for scales that don't answer.
 constexpr std::size_t kSideBySide = 24;
@@ -90,8 +92,8 @@ PollOutcome poll(host::Component& component, const ExchangeCase& recorded) {
 /// Plays the cases of a kind of line on many threads, each with a component of its own.
 void playAll(bool overTcp) {
   std::vector<ExchangeCase> cases;
-  for (const fs::path& file : caseFiles(EXCHANGES)) {
-    ExchangeCase read = readCase(file);
+  for (const fs::path& file : exchange::caseFiles(EXCHANGES)) {
+    ExchangeCase read = exchange::readCase(file);
     if (read.overTcp == overTcp) cases.push_back(std::move(read));
   }
   ASSERT_FALSE(cases.empty());
@@ -127,9 +129,9 @@ TEST(RecordedExchanges, ComeToTheirOutcomesOverTcp) { playAll(true); }
 TEST(RecordedExchanges, CoverEveryModel) {
   std::set<int> serial;
   std::set<int> tcp;
-  const std::vector<fs::path> files = caseFiles(EXCHANGES);
+  const std::vector<fs::path> files = exchange::caseFiles(EXCHANGES);
   for (const fs::path& file : files) {
-    const ExchangeCase read = readCase(file);
+    const ExchangeCase read = exchange::readCase(file);
     (read.overTcp ? tcp : serial).insert(read.model);
   }
   EXPECT_GE(files.size(), 300U);

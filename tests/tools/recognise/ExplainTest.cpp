@@ -11,16 +11,17 @@
 namespace recognise {
 namespace {
 
+using exchange::ExchangeCase;
 using exchange::Log;
 
 std::vector<ExchangeCase> allCases() {
   std::vector<ExchangeCase> cases;
-  for (const auto& file : caseFiles(EXCHANGES)) cases.push_back(readCase(file));
+  for (const auto& file : exchange::caseFiles(EXCHANGES)) cases.push_back(exchange::readCase(file));
   return cases;
 }
 
 ExchangeCase oneCase(const std::string& name) {
-  return readCase(std::filesystem::path(EXCHANGES) / (name + ".log"));
+  return exchange::readCase(std::filesystem::path(EXCHANGES) / (name + ".log"));
 }
 
 const Verdict& lastVerdict(const Explanation& explanation) {

@@ -39,13 +39,8 @@ bool firstOrTied(const std::vector<Candidate>& ranked, int model) {
 std::string told(const std::vector<Candidate>& ranked) {
   std::string text;
   for (const Candidate& candidate : ranked) {
-    text += "\n  " + std::to_string(candidate.model->number) + ": good " +
-            std::to_string(candidate.good) + " bad " + std::to_string(candidate.bad) + " guarded " +
-            std::to_string(candidate.checks.guarded) + " used " +
-            std::to_string(candidate.checks.used) + "/" + std::to_string(candidate.checks.size) +
-            " explained " + std::to_string(candidate.explained) + "/" +
-            std::to_string(candidate.bytes) + " evidence " +
-            std::to_string(candidate.weightOfEvidence()) + " doubts " +
+    text += "\n  " + std::to_string(candidate.model->number) + ": evidence " +
+            std::to_string(candidate.weightOfEvidence()) + ", doubts " +
             std::to_string(candidate.doubts);
   }
   return text;

@@ -21,14 +21,27 @@ Bytes sentFor(Misbehaviour& misbehaviour) {
   return sent;
 }
 
-TEST(Faults, NoneLeaveTheFrameAlone) {
-  Misbehaviour none;
-  EXPECT_EQ(sentFor(none), goodFrame());
-}
-
-TEST(Faults, SilenceSendsNothing) {
-  Misbehaviour silent({.silent = true});
-  EXPECT_TRUE(sentFor(silent).empty());
+TEST(Faults, SpoilTheFramesThatTheyAreToldTo) {
+  const Bytes good = goodFrame();
+  Bytes damaged = good;
+  damaged.back() = 0xFB;
+  const struct {
+    const char* what;
+    Faults faults;
+    std::vector<Bytes> sent;
+  } rows[] = {
+      {"none", {}, {good, good}},
+      {"silence", {.silent = true}, {{}, {}}},
+      // The first of every three, at a byte that is checked.
+      {"corruption", {.corruptEvery = 3}, {damaged, good, good, damaged}},
+      {"a cut", {.cut = 4}, {{0x06, 0x01, 0x02, 'S'}, {0x06, 0x01, 0x02, 'S'}}},
+      {"a cut behind the end", {.cut = 1000}, {good}},
+      {"once only", {.cut = 1, .frames = 1}, {{0x06}, good}},
+  };
+  for (const auto& row : rows) {
+    Misbehaviour misbehaviour(row.faults);
+    for (const Bytes& sent : row.sent) EXPECT_EQ(sentFor(misbehaviour), sent) << row.what;
+  }
 }
 
 TEST(Faults, GarbageStandsInFrontOfTheFrame) {
@@ -53,23 +66,6 @@ TEST(Faults, GarbageOpensNoFrameOfAnyModel) {
   }
 }
 
-TEST(Faults, CorruptionHitsTheFirstOfEveryFewAtAByteThatIsChecked) {
-  Misbehaviour corrupt({.corruptEvery = 3});
-  Bytes damaged = goodFrame();
-  damaged.back() = 0xFB;
-  EXPECT_EQ(sentFor(corrupt), damaged);
-  EXPECT_EQ(sentFor(corrupt), goodFrame());
-  EXPECT_EQ(sentFor(corrupt), goodFrame());
-  EXPECT_EQ(sentFor(corrupt), damaged);
-}
-
-TEST(Faults, ACutKeepsTheHeadAndNoMoreThanThereIs) {
-  Misbehaviour cut({.cut = 4});
-  EXPECT_EQ(sentFor(cut), (Bytes{0x06, 0x01, 0x02, 'S'}));
-  Misbehaviour wide({.cut = 1000});
-  EXPECT_EQ(sentFor(wide), goodFrame());
-}
-
 TEST(Faults, DribbleSendsByteByByteWithAPauseBeforeEach) {
   Misbehaviour dribble({.cut = 3, .dribble = milliseconds{7}});
   const auto pieces = dribble.transmit(cas(), goodFrame()).pieces;
@@ -80,19 +76,13 @@ TEST(Faults, DribbleSendsByteByByteWithAPauseBeforeEach) {
   }
 }
 
-TEST(Faults, HangUpComesBehindEveryFewFrames) {
-  Misbehaviour hangUp({.silent = true, .hangUpAfter = 2});
-  EXPECT_FALSE(hangUp.transmit(cas(), goodFrame()).hangUp);
-  EXPECT_TRUE(hangUp.transmit(cas(), goodFrame()).hangUp);
-  EXPECT_FALSE(hangUp.transmit(cas(), goodFrame()).hangUp);
-  EXPECT_TRUE(hangUp.transmit(cas(), goodFrame()).hangUp);
-}
-
-TEST(Faults, EndAfterSoManyFramesWhenToldSo) {
-  Misbehaviour once({.cut = 1, .hangUpAfter = 1, .frames = 1});
-  EXPECT_EQ(sentFor(once).size(), 1U);
-  EXPECT_EQ(sentFor(once), goodFrame());
-  EXPECT_FALSE(once.transmit(cas(), goodFrame()).hangUp);
+TEST(Faults, HangUpComesBehindEveryFewFramesAndEndsWithTheFaults) {
+  Misbehaviour always({.silent = true, .hangUpAfter = 2});
+  Misbehaviour once({.hangUpAfter = 2, .frames = 2});
+  for (int frame = 1; frame <= 4; ++frame) {
+    EXPECT_EQ(always.transmit(cas(), goodFrame()).hangUp, frame % 2 == 0) << frame;
+    EXPECT_EQ(once.transmit(cas(), goodFrame()).hangUp, frame == 2) << frame;
+  }
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
+#include <iterator>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DataFile.h"
 #include "ModelSheet.h"
 #include "Options.h"
 
@@ -63,45 +67,17 @@ TEST_F(OptionsTest, TellTheTasksApart) {
   EXPECT_EQ(read({"--replay", "x.log", "--tcp"}).task, Options::Task::Replay);
 }
 
-struct WrongUsage {
-  std::vector<const char*> arguments;
-  const char* message;
-};
-
 TEST_F(OptionsTest, RefuseWhatMakesNoSense) {
-  const WrongUsage cases[] = {
-      {{}, "no model was named"},
-      {{"20"}, "no simulator of model 20"},
-      {{"abc"}, "no simulator of model abc"},
-      {{"13", "--price", "5"}, "model 13 has no --price; it knows: --weight --decimals --unstable"},
-      {{"7", "--unstable"}, "model 7 has no --unstable"},
-      {{"7", "--overload"}, "model 7 has no --overload"},
-      {{"28", "--decimals", "2"}, "model 28 has no --decimals"},
-      {{"13", "--decimals", "5"}, "takes 0 to 4 decimals"},
-      {{"13", "--weight", "heavy"}, "--weight wants a number"},
-      {{"13", "--weight", "1000"}, "can't show 1000.000 kg; with 3 decimals it shows -99.999"},
-      {{"28", "--weight", "-1"}, "with 3 decimals it shows 0.000 to 999.999"},
-      {{"21", "--price", "1000"}, "prices from 0 to 999.99"},
-      {{"13", "--pty", "--tcp"}, "exclude each other"},
-      {{"13", "--tcp", "--link", "x"}, "--link goes with"},
-      {{"13", "--tcp", "--speed", "9600"}, "--speed goes with"},
-      {{"13", "--speed", "300"}, "--speed"},
-      {{"13", "--replay", "x.log"}, "--replay takes no model"},
-      {{"--replay", "x.log", "--silent"}, "--replay takes no model"},
-      {{"--replay", "x.log", "--pty", "--tcp"}, "exclude each other"},
-      {{"13", "--tcp", "65536"}, "--tcp"},
-      {{"13", "--corrupt", "0"}, "--corrupt"},
-      {{"13", "--cut", "-1"}, "--cut"},
-      {{"13", "--bogus"}, "unknown argument: --bogus"},
-      {{"13", "--all", "x"}, "--all takes no model"},
-      {{"13", "--lang", "xx"}, "--lang xx"},
-  };
-  for (const WrongUsage& wrong : cases) {
+  for (const fixture::DataRow& row : fixture::dataRows("scalesim_usage.txt")) {
+    std::istringstream words(row.left);
+    const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+    std::vector<const char*> argv;
+    for (const std::string& argument : arguments) argv.push_back(argument.c_str());
     try {
-      read(wrong.arguments);
-      ADD_FAILURE() << "taken, where was wanted: " << wrong.message;
+      read(argv);
+      ADD_FAILURE() << "taken: " << row.left;
     } catch (const UsageError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(wrong.message));
+      EXPECT_THAT(error.what(), HasSubstr(row.right));
     }
   }
 }

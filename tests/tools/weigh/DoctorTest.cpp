@@ -1,11 +1,8 @@
 // The doctor, on lines, hosts and scales that have what it tells of.
 
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <grp.h>
-#include <netinet/in.h>
 #include <sys/ioctl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -109,12 +106,6 @@ TEST(Doctor, SpeaksRussianAndShowsVerdictAndRemedy) {
   EXPECT_THAT(run.err, HasSubstr("Это займёт до "));
 }
 
-TEST(Doctor, TakesAFolderOrAScaleButNotBoth) {
-  const ProgramRun run = weigh({"doctor", "/tmp", "--model", "13"});
-  EXPECT_EQ(run.exitCode, kWrongUsage);
-  EXPECT_THAT(run.err, HasSubstr("not both"));
-}
-
 // --- The device -------------------------------------------------------------------------------
 
 /// Runs weigh as a user without rights; as it is for one who has none anyway. Credentials are a
@@ -133,6 +124,10 @@ ProgramRun weighAsNobody(const Arguments& arguments) {
   return run;
 }
 
+json diagnoseAsNobody(const std::string& device) {
+  return diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, device)));
+}
+
 /// Whether that user can start the program at all.
 bool nobodyCanRun() { return weighAsNobody({"models"}).exitCode == kGood; }
 
@@ -145,8 +140,7 @@ TEST(DoctorOfADevice, NamesOwnerGroupAndTheCommandThatMendsDeniedRights) {
   // Root hands it to a group; anybody else takes the rights from himself.
   ASSERT_TRUE(!root || ::chown(device.c_str(), 0, kDialout) == 0);
   ASSERT_EQ(::chmod(device.c_str(), root ? 0660 : 0060), 0);
-  const json diagnosis =
-      diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, device)));
+  const json diagnosis = diagnoseAsNobody(device);
   EXPECT_EQ(diagnosis["verdict"], "no-permission");
   EXPECT_THAT(diagnosis["cause"],
               HasSubstr(root ? "owner root, group dialout, rights rw-rw----" : "rights ---rw----"));
@@ -158,8 +152,7 @@ TEST(DoctorOfADevice, TellsAFolderThatKeepsItFromTheUser) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs a folder of another user, which only root can make";
   if (!nobodyCanRun()) GTEST_SKIP() << "the build folder is closed to other users";
   PtyLine line;
-  const json diagnosis =
-      diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, line.path())));
+  const json diagnosis = diagnoseAsNobody(line.path());
   EXPECT_EQ(diagnosis["verdict"], "line-fails");
   EXPECT_THAT(diagnosis["cause"], HasSubstr("Permission denied"));
 }
@@ -180,8 +173,7 @@ TEST(DoctorOfADevice, KnowsAHiddenHolderByTheSystemsRefusal) {
   ASSERT_EQ(::chmod(device.c_str(), 0666), 0);
   const fixture::Descriptor own(::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
   ASSERT_EQ(::ioctl(own.get(), TIOCEXCL), 0);
-  const json diagnosis =
-      diagnosisOf(weighAsNobody(Arguments{"doctor", "--json"} + serial(13, device)));
+  const json diagnosis = diagnoseAsNobody(device);
   EXPECT_EQ(diagnosis["verdict"], "held");
   EXPECT_THAT(diagnosis["cause"], HasSubstr("for itself alone"));
 }
@@ -276,22 +268,8 @@ TEST(DoctorOfAHost, TellsRefusalAndHangingUp) {
 }
 
 TEST(DoctorOfAHost, TellsThatNoAnswerCameInTime) {
-  // A listener whose queue is full doesn't answer at all.
-  const fixture::Descriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* const any = reinterpret_cast<sockaddr*>(&address);
-  ASSERT_EQ(::bind(listener.get(), any, size), 0);
-  ASSERT_EQ(::listen(listener.get(), 0), 0);
-  ASSERT_EQ(::getsockname(listener.get(), any, &size), 0);
-  std::vector<fixture::Descriptor> waiting;
-  for (int i = 0; i < 8; ++i) {
-    waiting.emplace_back(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    ::connect(waiting.back().get(), any, size);
-  }
-  const json diagnosis = diagnose(network(13, "127.0.0.1", ::ntohs(address.sin_port)));
+  const fixture::SilentPort silent;
+  const json diagnosis = diagnose(network(13, fixture::TcpPeer::kHost, silent.port()));
   EXPECT_EQ(diagnosis["verdict"], "no-answer");
   EXPECT_THAT(diagnosis["cause"], HasSubstr("within 10 s"));
 }
@@ -364,25 +342,13 @@ TEST(DoctorOfAScale, CountsPollsThatFailAmongGoodOnes) {
 
 // --- A folder ---------------------------------------------------------------------------------
 
-std::string scaleEntry(int id, int model, const std::string& where) {
-  return "<SCALES" + std::to_string(id) + " fNum=\"" + std::to_string(id) + "\" fType=\"" +
-         std::to_string(model) + "\" " + where + " fCoeff=\"2\"/>";
-}
-
 TEST(DoctorOfAFolder, LooksAtEveryScaleAndStopsOnCtrlC) {
   SimulatedScale scale(17, Transport::Pty);
   scale.setWeight(1.5);
   SimulatedScale silent(13, Transport::Tcp, {.silent = true});
   const fixture::TempFolder folder;
-  folder.write("settings.xml",
-               "<S>" +
-                   scaleEntry(1, 17,
-                              "fIsComPort=\"1\" fComBaudRate=\"9600\" fComPortName=\"" +
-                                  scale.devicePath() + "\"") +
-                   scaleEntry(2, 13,
-                              "fIsComPort=\"0\" fHost=\"127.0.0.1\" fTCPPort=\"" +
-                                  std::to_string(silent.port()) + "\"") +
-                   "</S>");
+  folder.write("settings.xml", "<S>" + serialEntry(1, 1, 17, scale.devicePath(), "2") +
+                                   networkEntry(2, 2, 13, silent.port()) + "</S>");
   const ProgramRun whole = weigh({"doctor", folder.path(), "--json"});
   EXPECT_EQ(whole.exitCode, kScaleFailed);
   ASSERT_EQ(whole.records().size(), 2U);

@@ -84,16 +84,9 @@ TEST(Explain, TurnsDownWhatIsNoLog) {
     const char* told;
   };
   for (const auto& [arguments, told] : std::vector<Wrong>{
-           {{"explain"}, "log is required"},
-           {{"explain", "/no/such.log"}, "can't be read: No such file"},
            {{"explain", folder.path()}, "can't be read"},
            {{"explain", folder.write("empty.log", "")}, "has no record of an exchange"},
            {{"explain", recorded("13-serial-load"), "--model", "20"}, "model 20 has no protocol"},
-           {{"find"}, "--port DEVICE or --host HOST"},
-           {{"find", "--port", "/dev/x", "--models", "20"}, "'20' is no list of models"},
-           {{"find", "--port", "/dev/x", "--models", "1-"}, "'1-' is no list of models"},
-           {{"find", "--port", "/dev/x", "--speeds", "300"}, "'300' is no list of speeds"},
-           {{"find", "--port", "/dev/x", "--listen", "0"}, "'0' is no number of seconds"},
        }) {
     const ProgramRun run = weigh(arguments);
     EXPECT_EQ(run.exitCode, kWrongUsage) << testing::PrintToString(arguments);

@@ -66,27 +66,19 @@ TEST(Host, LoadsTheComponentAnew) {
   }
 }
 
-TEST(Host, ConvertsTextBothWays) {
-  struct Case {
-    std::string utf8;
-    std::basic_string<WCHAR_T> utf16;
-  };
-  for (const auto& [utf8, utf16] : std::vector<Case>{
-           {"", {}},
-           {"Вес", {0x0412, 0x0435, 0x0441}},
-           {"a\xF0\x9F\x8D\x8E", {'a', 0xD83C, 0xDF4E}},
-       }) {
+TEST(Host, ConvertsTextBothWaysAndStepsOverWhatIsNone) {
+  using Utf16 = std::basic_string<WCHAR_T>;
+  const std::pair<std::string, Utf16> texts[] = {
+      {"", {}}, {"Вес", {0x0412, 0x0435, 0x0441}}, {"a\xF0\x9F\x8D\x8E", {'a', 0xD83C, 0xDF4E}}};
+  for (const auto& [utf8, utf16] : texts) {
     EXPECT_EQ(host::toUtf16(utf8), utf16);
     EXPECT_EQ(host::toUtf8(utf16.c_str(), utf16.size()), utf8);
     EXPECT_EQ(host::toUtf8(utf16.c_str()), utf8);
   }
   EXPECT_EQ(host::toUtf8(nullptr), "");
-}
-
-TEST(Host, StepsOverWhatIsNoText) {
-  EXPECT_EQ(host::toUtf16("a\xC0z"), (std::basic_string<WCHAR_T>{'a', 0xFFFD, 'z'}));
-  EXPECT_EQ(host::toUtf16("a\xD0"), (std::basic_string<WCHAR_T>{'a', 0xFFFD}));
-  const std::basic_string<WCHAR_T> halves = {'a', 0xDF4E, 'z', 0xD83C};
+  EXPECT_EQ(host::toUtf16("a\xC0z"), (Utf16{'a', 0xFFFD, 'z'}));
+  EXPECT_EQ(host::toUtf16("a\xD0"), (Utf16{'a', 0xFFFD}));
+  const Utf16 halves = {'a', 0xDF4E, 'z', 0xD83C};
   EXPECT_EQ(host::toUtf8(halves.c_str(), halves.size()), "a\xEF\xBF\xBDz\xEF\xBF\xBD");
 }
 

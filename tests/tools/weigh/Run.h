@@ -29,7 +29,15 @@ ProgramRun weigh(const Arguments& arguments);
 /// Sends it a signal as soon as it has written a line.
 ProgramRun weighUntil(int signal, const Arguments& arguments);
 
+/// The words of a row of test data: "read --host ''", where '' is an empty one.
+Arguments wordsOf(const std::string& text);
+
 Arguments operator+(Arguments first, const Arguments& second);
 
 /// The options that lead to a simulated scale.
 Arguments optionsOf(const sim::SimulatedScale& scale);
+
+/// Elements of a settings file. The id is the one under which the component knows the scale.
+std::string serialEntry(int element, int id, int model, const std::string& device,
+                        const char* coefficient = "1");
+std::string networkEntry(int element, int id, int model, int port, const char* coefficient = "1");

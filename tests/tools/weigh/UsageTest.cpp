@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DataFile.h"
 #include "Run.h"
 #include "TempFolder.h"
 
@@ -28,35 +29,15 @@ TEST(Usage, HelpTellsEveryCommandWithAnExample) {
 }
 
 TEST(Usage, WrongWordsEndWithCodeTwoAndARemedy) {
-  struct Wrong {
-    Arguments arguments;
-    const char* told;
-  };
-  for (const auto& [arguments, told] : std::vector<Wrong>{
-           {{}, "which command?"},
-           {{"weight"}, "which command?"},
-           {{"read", "--modle", "13"}, "--modle"},
-           {{"read", "--model"}, "--model"},
-           {{"read", "--model", "x"}, "'x' is no whole number from 0 to"},
-           {{"read", "--model", "99999999999"}, "'99999999999' is no whole number"},
-           {{"read", "--baud", "9600baud"}, "'9600baud' is no whole number"},
-           {{"read", "--host", "h", "--tcp-port", "65536"}, "from 1 to 65535"},
-           {{"read", "--host", "h", "--port", "4001"}, "--tcp-port 4001"},
-           {{"read", "--host", ""}, "may not be empty"},
-           {{"read", "--conntype", "usb"}, "'usb' is no connection type"},
-           {{"read", "--coeff", "-1"}, "'-1' is no factor"},
-           {{"read", "--coeff", "1.2.3"}, "'1.2.3' is no factor"},
-           {{"read", "--count", "0"}, "'0' is no whole number from 1"},
-           {{"read", "--interval", "nan"}, "'nan' is no number of seconds"},
-           {{"price"}, "price is required"},
-           {{"price", "12.50"}, "'12.50' is no whole number"},
-           {{"price", "--", "-1"}, "'-1' is no whole number"},
-           {{"settings"}, "folder is required"},
-       }) {
-    const ProgramRun run = weigh(arguments);
-    EXPECT_EQ(run.exitCode, kWrongUsage) << testing::PrintToString(arguments);
+  for (const fixture::DataRow& row : fixture::dataRows("weigh_usage.txt")) {
+    SCOPED_TRACE(row.left);
+    const ProgramRun run = weigh(wordsOf(row.left));
+    EXPECT_EQ(run.exitCode, kWrongUsage);
     EXPECT_EQ(run.out, "");
-    EXPECT_THAT(run.err, AllOf(HasSubstr(told), HasSubstr("--help` shows how it is used")));
+    EXPECT_THAT(run.err, HasSubstr(row.right));
+    if (row.heading == "words") {
+      EXPECT_THAT(run.err, HasSubstr("--help` shows how it is used"));
+    }
   }
 }
 

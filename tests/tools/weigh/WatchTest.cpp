@@ -1,13 +1,11 @@
 // `weigh watch` as a user meets it.
 
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Program.h"
 #include "Run.h"
 #include "TempFolder.h"
 
@@ -26,15 +24,8 @@ class WatchFolder : public testing::Test {
  protected:
   WatchFolder() {
     scale_.setWeight(1.25);
-    folder_.write("settings.xml",
-                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?><SETTINGS>"
-                  "<SCALES0 fNum=\"7\" fType=\"13\" fIsComPort=\"1\" fComPortName=\"" +
-                      scale_.devicePath() +
-                      "\" fComBaudRate=\"9600\" fTCPPort=\"0\" fHost=\"\" fLeaveConnect=\"0\" "
-                      "fCoeff=\"1\"/>"
-                      "<SCALES1 fNum=\"8\" fType=\"14\" fIsComPort=\"0\" fComPortName=\"\" "
-                      "fComBaudRate=\"0\" fTCPPort=\"1\" fHost=\"127.0.0.1\" fLeaveConnect=\"0\" "
-                      "fCoeff=\"1\"/></SETTINGS>");
+    folder_.write("settings.xml", "<S>" + serialEntry(0, 7, 13, scale_.devicePath()) +
+                                      networkEntry(1, 8, 14, 1) + "</S>");
   }
 
   SimulatedScale scale_{13, Transport::Pty};
@@ -111,21 +102,15 @@ TEST_F(WatchFolder, TellsOfEveryScale) {
       AllOf(StartsWith("reading,time,weight,unit,"),
             ContainsRegex("\n2,[^,]+,1.25,kg,[^\n]*,7,13,\"[^\"]+\",2,0,0,"),
             ContainsRegex("\n2,[^,]+,,,,,,1,\"[^\n]*\",[0-9.]+,8,14,\"127.0.0.1:1\",0,2,0,")));
-
-  const ProgramRun both = weigh(watch + Arguments{"--model", "13"});
-  EXPECT_EQ(both.exitCode, kWrongUsage);
-  EXPECT_THAT(both.err, HasSubstr("leave out --model or the folder"));
 }
 
 TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {
-  const std::string command = "script -qefc 'stty cols 60 rows 12; " WEIGH_PROGRAM " watch " +
-                              folder_.path() +
-                              " --lang en --count 2 --interval 0' /dev/null </dev/null";
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"),
-                                                             &::pclose);
-  ASSERT_TRUE(pipe);
-  std::string shown;
-  for (int c = 0; (c = std::fgetc(pipe.get())) != EOF;) shown += static_cast<char>(c);
+  const std::string watch = "stty cols 60 rows 12; " WEIGH_PROGRAM " watch " + folder_.path() +
+                            " --lang en --count 2 --interval 0";
+  fixture::Program terminal({"script", "-qefc", watch, "/dev/null"},
+                            fixture::Program::Errors::Apart);
+  terminal.closeInput();
+  const std::string shown = terminal.rest();
   EXPECT_THAT(shown, AllOf(HasSubstr("SCALE"), HasSubstr("1.250 kg"), HasSubstr("no connection"),
                            HasSubstr("\x1B[K"), HasSubstr("Ctrl-C ends")));
   // Up over what was drawn, which begins with the headings again.

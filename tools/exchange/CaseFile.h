@@ -6,6 +6,8 @@
 
 #include "ExchangeRecords.h"
 
+namespace exchange {
+
 /// What a poll came to, as the platform gets it.
 struct PollOutcome {
   /// The numbers count only where it is 0.
@@ -32,7 +34,7 @@ struct ExchangeCase {
   bool overTcp = false;
   std::string special;
   PollOutcome outcome;
-  exchange::Log log;
+  Log log;
 };
 
 /// Throws std::runtime_error with the name of the file and what is wrong in it.
@@ -40,3 +42,5 @@ ExchangeCase readCase(const std::filesystem::path& file);
 
 /// All of a folder, by name.
 std::vector<std::filesystem::path> caseFiles(const std::filesystem::path& folder);
+
+}  // namespace exchange

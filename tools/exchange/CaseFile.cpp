@@ -9,6 +9,7 @@
 #include <sstream>
 #include <stdexcept>
 
+namespace exchange {
 namespace {
 
 /// Numbers of the platform are compared as people write them.
@@ -109,7 +110,7 @@ ExchangeCase readCase(const std::filesystem::path& file) {
     read.outcome = outcomeFrom(head["Outcome"]);
     std::ostringstream rest;
     rest << stream.rdbuf();
-    read.log = exchange::readLog(rest.str());
+    read.log = readLog(rest.str());
     if (read.log.records.empty()) throw std::runtime_error("no exchange log behind the head");
     return read;
   } catch (const std::exception& error) {
@@ -125,3 +126,5 @@ std::vector<std::filesystem::path> caseFiles(const std::filesystem::path& folder
   std::ranges::sort(files);
   return files;
 }
+
+}  // namespace exchange

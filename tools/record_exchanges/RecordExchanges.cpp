@@ -2,26 +2,27 @@
 // has to come of each follows from what was laid on the scale and what was done to its frames, by
 // the protocol's rules as the simulator knows them; the driver's own result is held against it, and
 // an exchange that differs isn't written but told.
-//
-//   record_exchanges DIR
 
 #include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <thread>
+
+#include <CLI/CLI.hpp>
 
 #include "CaseFile.h"
 #include "CkString.h"
 #include "Models.h"
 #include "SimulatedScale.h"
-#include "TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using exchange::PollOutcome;
 using sim::ScaleModel;
 using sim::ScaleState;
 using sim::Transport;
@@ -213,8 +214,10 @@ PollOutcome poll(IScalesObject& driver) {
   return got;
 }
 
-/// The line's own name means nothing elsewhere.
-std::string withoutPath(std::string log, const std::string& path) {
+/// A log that was written; the line's own name means nothing elsewhere.
+std::string readWithoutPath(const fs::path& file, const std::string& path) {
+  std::ifstream stream(file, std::ios::binary);
+  std::string log{std::istreambuf_iterator<char>(stream), {}};
   static const std::string kUsual = "/dev/ttyS0";
   if (path.empty()) return log;
   for (std::size_t at = 0; (at = log.find(path, at)) != std::string::npos; at += kUsual.size()) {
@@ -230,8 +233,9 @@ bool record(const Scenario& scenario, const ScaleModel& model, Transport transpo
   scenario.lay(state, model);
   sim::Faults faults = scenario.faults;
   if (faults.cut) faults.cut = model.frame(state).size() - *faults.cut;
-  const fixture::TempFolder logs;
-  logs.write("log.txt", "");
+  const sim::TemporaryDirectory logs;
+  // The marker that switches the log on.
+  std::ofstream(logs.path() / "log.txt").close();
   PollOutcome got;
   std::string path;
   {
@@ -239,7 +243,7 @@ bool record(const Scenario& scenario, const ScaleModel& model, Transport transpo
     path = scale.devicePath();
     const std::unique_ptr<IScalesObject> driver = createScales(model.number);
     CkString pathToDll;
-    pathToDll.setString(logs.path().c_str());
+    pathToDll.setString((logs.path() / "").c_str());
     driver->SetPathToDll(pathToDll);
     driver->SetScalesName("case");
     if (transport == Transport::Pty) {
@@ -263,19 +267,28 @@ bool record(const Scenario& scenario, const ScaleModel& model, Transport transpo
        << "Special: " << scenario.special << '\n'
        << "Outcome: " << wanted.text() << '\n'
        << "Reckoned: " << reckoning(scenario, model, state) << "\n\n"
-       << withoutPath(logs.read("log_scales_case.log"), path);
+       << readWithoutPath(logs.path() / "log_scales_case.log", path);
   return true;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "record_exchanges DIR\n";
-    return 2;
+  fs::path folder;
+  CLI::App app(
+      "Records one poll of every simulated scale under every fault, as exchanges_test plays them");
+  app.add_option("DIR", folder, "Folder for the recorded exchanges; made if there is none")
+      ->required();
+  try {
+    app.parse(argc, argv);
+    fs::create_directories(folder);
+  } catch (const CLI::ParseError& error) {
+    constexpr int kWrongUsage = 2;
+    return app.exit(error) == 0 ? EXIT_SUCCESS : kWrongUsage;
+  } catch (const fs::filesystem_error& error) {
+    std::cerr << "record_exchanges: " << error.what() << '\n';
+    return EXIT_FAILURE;
   }
-  const fs::path folder = argv[1];
-  fs::create_directories(folder);
   std::vector<std::thread> models;
   std::atomic<int> written = 0;
   std::atomic<int> failed = 0;
@@ -294,5 +307,5 @@ int main(int argc, char** argv) {
   }
   for (std::thread& model : models) model.join();
   std::cout << written << " exchanges recorded, " << failed << " not\n";
-  return failed == 0 ? 0 : 1;
+  return failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -86,18 +86,10 @@ class Reader {
 void drain(COrbComLanPort& port, std::size_t readSize) {
   const auto scratch = std::make_unique_for_overwrite<unsigned char[]>(readSize);
   // By the clock and not by a number of reads: a network connection that was flooded holds
-  // megabytes, and a read that leaves them there finds garbage for many polls. On a machine too
-  // busy to read them in that time they still go, as far as the system's buffers can hold any.
+  // megabytes, and a read that leaves them there finds garbage for many polls.
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds{kLongestDrain_ms};
-  std::size_t drained = 0;
-  for (bool goOn = true; goOn;) {
-    const int got = port.read(scratch.get(), readSize, kLongestDrain_ms);
-    if (got <= 0) return;
-    drained += static_cast<std::size_t>(got);
-    const bool caughtUp = static_cast<std::size_t>(got) < readSize || drained >= kLargestBacklog;
-    goOn = !caughtUp || Clock::now() < end;
-  }
+  while (port.read(scratch.get(), readSize, kLongestDrain_ms) > 0 && Clock::now() < end) continue;
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

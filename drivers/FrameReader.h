@@ -11,11 +11,8 @@
 /// answer. What has piled up between the scale and the port is through in a fraction of this.
 inline constexpr int kLongestDrain_ms = 500;
 
-/// More bytes than the buffers of a connection, its own and the peer's, can hold.
-inline constexpr std::size_t kLargestBacklog = std::size_t{16} << 20;
-
 /// Throws away what waits on the line: reads `readSize` bytes at a time until nothing comes, or
-/// until `kLongestDrain_ms` have passed and the backlog is through.
+/// until `kLongestDrain_ms` have passed.
 void drain(COrbComLanPort& port, std::size_t readSize);
 
 /// Reads one answer into `frame` (at least as long as the style's frame) and returns the number

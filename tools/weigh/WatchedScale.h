@@ -63,7 +63,7 @@ class WatchedScale {
 
   PollStatistics statistics_;
   WeightHistory history_;
-  Reading last_;
+  Reading last_ = {};
   std::string lastTime_;
   host::LastError lastError_{};
   std::string errorClock_;

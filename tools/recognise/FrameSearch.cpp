@@ -12,6 +12,8 @@ template <typename... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 const Bytes* startBytes(const ReadStyle& style) {
   if (const auto* start = std::get_if<StartByteRead>(&style)) return &start->start;

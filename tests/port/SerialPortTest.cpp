@@ -219,7 +219,7 @@ TEST(SerialPort, RefusesWhatALineCantHave) {
   for (const auto& [error, values, set] : rows) {
     for (const int value : values) {
       COMPort open(line.path().c_str());
-      EXPECT_THAT(errorOf([&] { set(open, value); }), StrEq(error));
+      EXPECT_THAT(errorOf([&, apply = set] { apply(open, value); }), StrEq(error));
       // Before opening it is stored, and the opening meets it.
       COMPort later;
       set(later, value);

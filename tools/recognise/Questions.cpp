@@ -139,8 +139,8 @@ bool makesCommand(const Bytes& before, const Bytes& next) {
 
 std::vector<Question> questionsFor(std::span<const ScalesModel* const> models) {
   std::vector<Question> asked = distinctQuestions(models);
-  std::ranges::stable_partition(asked,
-                                [](const Question& question) { return isLine(question.bytes()); });
+  std::stable_partition(asked.begin(), asked.end(),
+                        [](const Question& question) { return isLine(question.bytes()); });
   if (asked.empty()) return {};
   if (isLine(asked.front().bytes())) asked.insert(asked.begin(), asked.front());
 

@@ -130,8 +130,8 @@ void writeRanking(const std::vector<Sighting>& sightings) {
                say(text::kUsedColumn), say(text::kWeightColumn), say(text::kNameColumn)});
   int rank = 0;
   for (const auto& [candidate, setting, asked] : sightings) {
-    const auto ofFrame = [&](std::size_t part) {
-      return fill(text::kOfBytes, {std::to_string(part), std::to_string(candidate.checks.size)});
+    const auto ofFrame = [size = candidate.checks.size](std::size_t part) {
+      return fill(text::kOfBytes, {std::to_string(part), std::to_string(size)});
     };
     table.add({std::to_string(++rank), std::to_string(candidate.model->number),
                setting.bitsPerSecond == 0 ? say(text::kNetworkName) : setting.text(),

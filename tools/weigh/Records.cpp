@@ -74,7 +74,7 @@ std::string readingCsv(const Reading& reading, Units units) {
   std::string row = good ? shortest(reading.weight) : "";
   row.append(",").append(unit == nullptr ? "" : unit).append(",");
   if (reading.details) {
-    const Reading::Details& details = *reading.details;
+    const ReadingDetails& details = *reading.details;
     if (good)
       row += shortest(details.price) + ',' + shortest(details.cost) + ',' +
              (details.stable ? '1' : '0');

@@ -14,17 +14,19 @@ namespace weigh {
 
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
+/// Price, cost and stability of a reading.
+struct ReadingDetails {
+  double price = 0.0;
+  double cost = 0.0;
+  bool stable = false;
+};
+
 /// One reading. The numbers count only when it is good.
 struct Reading {
   host::LastError error;
   double weight = 0.0;
-  /// Price, cost and stability, if they were asked for.
-  struct Details {
-    double price = 0.0;
-    double cost = 0.0;
-    bool stable = false;
-  };
-  std::optional<Details> details;
+  /// If they were asked for.
+  std::optional<ReadingDetails> details;
   Milliseconds poll{0};
 
   bool good() const { return error.code == 0; }

@@ -189,7 +189,8 @@ TEST(CkByteDataTest, ReadsNumbersAndRanges) {
 
   CkByteData copy;
   copy = bytes;
-  copy = copy;
+  const CkByteData& itself = copy;
+  copy = itself;
   EXPECT_TRUE(copy.equals(bytes));
   copy.append(copy);
   EXPECT_EQ(copy.getSize(), 10U);

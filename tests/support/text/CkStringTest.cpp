@@ -43,7 +43,8 @@ TEST_F(CkStringTest, CopiesTextAndFlag) {
   EXPECT_TRUE(copy.get_Utf8());
   CkString assigned;
   assigned = source;
-  assigned = assigned;
+  const CkString& itself = assigned;
+  assigned = itself;
   EXPECT_FALSE(assigned.get_Utf8());
   EXPECT_STREQ(assigned.getUtf8(), "Вес");
   EXPECT_EQ(assigned.compareStr(copy), 0);

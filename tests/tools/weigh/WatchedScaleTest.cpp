@@ -20,18 +20,19 @@ using testing::StartsWith;
 using weigh::Milliseconds;
 using weigh::PollStatistics;
 using weigh::Reading;
+using weigh::ReadingDetails;
 using weigh::WatchedScale;
 using weigh::WeightHistory;
 
 Reading good(double weight, double poll_ms = 10) {
   return {.error = {0, "OK"},
           .weight = weight,
-          .details = Reading::Details{.stable = true},
+          .details = ReadingDetails{.stable = true},
           .poll = Milliseconds(poll_ms)};
 }
 
 Reading failed(std::uint32_t code, const std::string& text = "no answer") {
-  return {.error = {code, text}, .details = Reading::Details{}};
+  return {.error = {code, text}, .details = ReadingDetails{}};
 }
 
 TEST(PollStatistics, TellTimesByTheirRank) {

@@ -83,13 +83,14 @@ class Reader {
 
 }  // namespace
 
-void drain(COrbComLanPort& port, std::size_t readSize) {
+bool drain(COrbComLanPort& port, std::size_t readSize) {
   const auto scratch = std::make_unique_for_overwrite<unsigned char[]>(readSize);
   // By the clock and not by a number of reads: a network connection that was flooded holds
   // megabytes, and a read that leaves them there finds garbage for many polls.
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds{kLongestDrain_ms};
   while (port.read(scratch.get(), readSize, kLongestDrain_ms) > 0 && Clock::now() < end) continue;
+  return Clock::now() < end;
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

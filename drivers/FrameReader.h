@@ -12,8 +12,8 @@
 inline constexpr int kLongestDrain_ms = 500;
 
 /// Throws away what waits on the line: reads `readSize` bytes at a time until nothing comes, or
-/// until `kLongestDrain_ms` have passed.
-void drain(COrbComLanPort& port, std::size_t readSize);
+/// until `kLongestDrain_ms` have passed. False if they have: bytes may be left then.
+bool drain(COrbComLanPort& port, std::size_t readSize);
 
 /// Reads one answer into `frame` (at least as long as the style's frame) and returns the number
 /// of bytes in it. Sleeps while the line is silent, and takes what waiting costs off `budget_ms`.

@@ -43,6 +43,9 @@ class COrbComLanPort {
   int OpenNetworkPort(const char* host, int port);
   /// Closes the transport if `really`; returns 0.
   int Close(bool really);
+  /// Closes a network connection at once, without listening to the end of what the scale still
+  /// says; leaves a serial line as it is, since that holds nothing back.
+  void Drop();
 
   /// Reads up to `size` bytes. A serial line gives at once what it has; a network port waits up
   /// to 100 ms after each byte and gives all `size` bytes or none. 0 if nothing came.
@@ -82,6 +85,7 @@ class COrbComLanPort {
   };
 
   void InitAllM();
+  void CloseSocket(int farewell_ms);
   int OpenSerial();
   int OpenNetwork();
   int ReadSerial(unsigned char* buffer, unsigned long size);

@@ -102,13 +102,13 @@ TEST(FrameReads, DrainEnds) {
   COrbComLanPort port;
   ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
   line.send(fixture::Bytes(3000, 'x'));
-  drain(port, 1000);
+  EXPECT_TRUE(drain(port, 1000));
   std::array<std::uint8_t, 1> byte = {};
   EXPECT_EQ(port.read(byte.data(), byte.size()), 0);
   line.play([](fixture::Wire& wire) {
     while (wire.send(fixture::Bytes(4000, 'x'))) continue;
   });
-  drain(port, 1000);
+  EXPECT_FALSE(drain(port, 1000));
 }
 
 }  // namespace

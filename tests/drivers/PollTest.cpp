@@ -207,6 +207,24 @@ TEST(PollsOverTcp, LinesOfAnyLengthCannotComeIn) {
   }
 }
 
+/// Model 21's answer has neither start nor check: any 17 bytes that still come from a flood are a
+/// weight. The flood stays behind on the old connection.
+TEST(PollsOverTcp, FloodedConnectionIsLeft) {
+  const fixture::Script answer = fixture::answering(fixture::bytes("00 00 03 00 00 00 00 00"),
+                                                    fixture::bytes("'43210005210245100'"));
+  int connection = 0;
+  Pair pair(21, Transport::Tcp, [&](fixture::Wire& wire) {
+    if (connection++ > 0) return answer(wire);
+    while (wire.send(fixture::bytes("'9'")) && wire.pause(20)) continue;
+  });
+  for (int i = 0; i < 2; ++i) {
+    const Poll poll = pair.poll();
+    EXPECT_EQ(poll.code, kSuccess);
+    EXPECT_DOUBLE_EQ(poll.reading.weight, 1.234);
+    EXPECT_EQ(pair.connections(), 2);
+  }
+}
+
 /// A speed that the line refuses closes the port without a word; the poll then finds no answer.
 TEST(PollsOverPty, SpeedThatTheLineRefuses) {
   Pair pair(10, Transport::Pty, "'E'", {"E2 04"});

@@ -22,6 +22,15 @@ milliseconds longestDrain(bool overTcp, Talk talk) {
   return std::min(talk.stretch, limit) + (talk.stretch > limit ? talk.gap : emptyRead(overTcp));
 }
 
+/// Once in a poll a flooded network connection is dropped, and the new one drained.
+milliseconds leavingFlood(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
+  constexpr milliseconds kReconnect{100};
+  const bool flooded = talk.stretch > milliseconds{kLongestDrain_ms};
+  return overTcp && flooded && !sheet.request.first.empty()
+             ? kReconnect + longestDrain(overTcp, talk)
+             : milliseconds{0};
+}
+
 /// A scale that transmits by itself may send a frame at the very end of an idle wait, which then
 /// begins anew and takes nothing off a budget: once in the drain and once in the read.
 milliseconds streamedFrames(const ProtocolSheet& sheet, bool overTcp) {
@@ -52,7 +61,8 @@ milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
       overTcp ? std::visit(MostBytes{sheet.budget_ms}, sheet.read) * talk.gap : milliseconds{0};
   const milliseconds reading =
       silencesIn(sheet.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
-  return sheet.attempts * asking + (sheet.oneBudgetForAll ? 1 : sheet.attempts) * reading;
+  return leavingFlood(sheet, overTcp, talk) + sheet.attempts * asking +
+         (sheet.oneBudgetForAll ? 1 : sheet.attempts) * reading;
 }
 
 milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp, Talk talk) {

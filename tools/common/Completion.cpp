@@ -105,7 +105,7 @@ std::string bashBranch(const CommandEntry& program, const CommandEntry& command)
 
 // zsh
 
-/// A description within the brackets of a specification.
+/// A description within the brackets that zsh's _arguments reads.
 std::string bracketed(const std::string& text) {
   std::string result;
   for (const char c : text) {

@@ -23,8 +23,9 @@ using exchange::PollOutcome;
 /// Most of the time goes in waiting for scales that don't answer.
 constexpr std::size_t kSideBySide = 24;
 
-/// On a busy machine a scale may answer too late; what is wrong is so every time.
+/// On a busy machine a scale may answer too late. Only that is tried again, never a wrong reading.
 constexpr int kTries = 3;
+bool mayBeLate(const PollOutcome& outcome) { return outcome.code == kNoAnswer; }
 
 /// A recorded scale at a line of its own.
 class RecordedScale {
@@ -109,7 +110,7 @@ void playAll(bool overTcp) {
       for (std::size_t at = 0; (at = next++) < cases.size();) {
         const ExchangeCase& recorded = cases[at];
         PollOutcome got = poll(component, recorded);
-        for (int again = 1; again < kTries && got != recorded.outcome; ++again) {
+        for (int again = 1; again < kTries && got != recorded.outcome && mayBeLate(got); ++again) {
           got = poll(component, recorded);
         }
         if (got == recorded.outcome) continue;

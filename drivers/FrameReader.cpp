@@ -89,8 +89,13 @@ bool drain(COrbComLanPort& port, std::size_t readSize) {
   // megabytes, and a read that leaves them there finds garbage for many polls.
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds{kLongestDrain_ms};
-  while (port.read(scratch.get(), readSize, kLongestDrain_ms) > 0 && Clock::now() < end) continue;
-  return Clock::now() < end;
+  bool full = false;
+  int got = 0;
+  do {
+    got = port.read(scratch.get(), readSize, kLongestDrain_ms);
+    full |= got == static_cast<int>(readSize);
+  } while (got > 0 && Clock::now() < end);
+  return full || Clock::now() >= end;
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

@@ -61,7 +61,7 @@ int PolledScales::poll(Reading& reading) {
   int budget_ms = sheet_.budget_ms;
   std::array<std::uint8_t, kMaxFrame> buffer = {};
   for (int attempt = 0; attempt < sheet_.attempts; ++attempt) {
-    if (!drain(port, sheet_.drainSize) && mayLeaveFlood) {
+    if (drain(port, sheet_.drainSize) && mayLeaveFlood) {
       mayLeaveFlood = false;
       if (const int code = leaveFlood(); code != kSuccess) return code;
     }

@@ -1,3 +1,4 @@
+#include <latch>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -213,10 +214,14 @@ TEST(PollsOverTcp, FloodedConnectionIsLeft) {
   const fixture::Script answer = fixture::answering(fixture::bytes("00 00 03 00 00 00 00 00"),
                                                     fixture::bytes("'43210005210245100'"));
   int connection = 0;
+  std::latch flooding(1);
   Pair pair(21, Transport::Tcp, [&](fixture::Wire& wire) {
     if (connection++ > 0) return answer(wire);
-    while (wire.send(fixture::bytes("'9'")) && wire.pause(20)) continue;
+    wire.send(fixture::Bytes(4096, '9'));
+    flooding.count_down();
+    while (wire.send(fixture::Bytes(4096, '9'))) continue;
   });
+  flooding.wait();
   for (int i = 0; i < 2; ++i) {
     const Poll poll = pair.poll();
     EXPECT_EQ(poll.code, kSuccess);

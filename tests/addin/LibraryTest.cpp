@@ -1,5 +1,8 @@
 // What the delivered file shows to the process that loads it, and what it needs from it.
 
+#include <dlfcn.h>
+#include <malloc.h>
+
 #include <regex>
 #include <set>
 #include <sstream>
@@ -62,6 +65,20 @@ TEST(Library, NeedsNothingButTheSystemsLibc) {
   EXPECT_THAT(needed, testing::Contains("libc.so.6"));
   EXPECT_THAT(needed, testing::Each(testing::AnyOf("libc.so.6", "libm.so.6", "libpthread.so.0",
                                                    "libdl.so.2", "ld-linux-x86-64.so.2")));
+}
+
+TEST(Library, LeavesNoMemoryBehindWhenItIsUnloaded) {
+  constexpr std::size_t kMost = 4096;
+  const auto loadAndUnload = [] {
+    void* library = ::dlopen(ORBELO_COMPONENT, RTLD_NOW);
+    ASSERT_NE(library, nullptr) << ::dlerror();
+    ::dlclose(library);
+  };
+  // The first time the loader keeps something for itself.
+  loadAndUnload();
+  const std::size_t before = ::mallinfo2().uordblks;
+  for (int i = 0; i < 10; ++i) loadAndUnload();
+  EXPECT_LT(::mallinfo2().uordblks, before + kMost);
 }
 
 TEST(Library, CallsItsOwnClassesWhateverTheProcessHolds) {

@@ -114,7 +114,7 @@ bool decodeInto(int encoding, StringBuffer& text, DataBuffer& out, LogBase& log)
     case _clsEncode::Fingerprint:
       text.trim2();
       if (encoding == _clsEncode::Fingerprint) text.removeCharOccurances(':');
-      return ContentCoding::decodeHex(text.getString(), text.getSize(), out);
+      return text.hexStringToBinary(out);
     case _clsEncode::Url:
     case _clsEncode::UrlRfc1738:
     case _clsEncode::UrlRfc2396:

@@ -200,6 +200,8 @@ bool _clsEncode::decodeBinary(int encoding, const StringBuffer& text, DataBuffer
   DataBuffer decoded;
   copy.setSecureBuf(text.getSecureBuf());
   decoded.setSecure(out.getSecure());
+  // A block that grows leaves its bytes behind unwiped.
+  if (out.getSecure()) decoded.ensureBuffer(text.getSize());
   if (!append) out.clear();
   if (!copy.append(text) || !decodeInto(encoding, copy, decoded, log)) return false;
   if (!out.empty()) return out.append(decoded);

@@ -134,6 +134,11 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
               bytes.put_SecureClear(true);
               bytes.append2(secret.data(), secret.size());
               bytes.to_s();
+              bytes.getEncoded("qp");
+              bytes.appendEncoded(secret.c_str(), "qp");
+              CkString text;
+              text.put_SecureClear(true);
+              bytes.encode("qp", text);
             }),
             0);
 }
@@ -184,6 +189,7 @@ TEST(AllocationTest, StringsLiveOnWithoutMemory) {
     copy.trim();
     copy.setStringU(L"wide");
     copy.getAnsi();
+    copy.getUtf8();
     CkByteData bytes;
     bytes.append2(piece.data(), piece.size());
     bytes.getEncoded("hex");

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "CkLogger.h"
+#include "CkSettings.h"
 #include "CkUtf.h"
 #include "DataFile.h"
 #include "EncodingConvert.h"
@@ -44,7 +46,7 @@ TEST(EncodingConvertTest, ErrorActions) {
     EncodingConvert converter;
     converter.setErrorAction(action);
     converter.setDefBytes("??", 2);
-    converter.setAltDestCodepage(0);
+    converter.setAltDestCodepage(932);
     return convert(from, to, text, converter).text;
   };
   using Action = EncodingConvert::ErrorAction;
@@ -52,8 +54,12 @@ TEST(EncodingConvertTest, ErrorActions) {
   EXPECT_EQ(withAction(Action::Replace, kUtf8, 1251, "a中z"), "a??z");
   EXPECT_EQ(withAction(Action::HexReference, kUtf8, 1251, "a中z"), "a&#x4E2D;z");
   EXPECT_EQ(withAction(Action::KeepBytes, kUtf8, 1251, "a中z"), "a\x2D\x4Ez");
-  EXPECT_EQ(withAction(Action::AlternativePage, kUtf8, 1251, "a中z"), "az");
+  EXPECT_EQ(withAction(Action::AlternativePage, kUtf8, 1251, "a中z"), "az");  // a second stage
+  EXPECT_EQ(withAction(Action::AlternativePage, 1200, 1251, asUtf16(u"a中z")), "a\x92\x86z");
+  EXPECT_EQ(withAction(Action::HexReference, 1251, 1200, "\x98"), "&#x98;");
   EXPECT_EQ(withAction(Action::WidenByte, 1251, 1200, "\x98"), std::string("\x98\0", 2));
+  EXPECT_EQ(withAction(Action::Replace, kUtf8, 1200, "a\xD0\0z"s), "a\0??\0\0z\0"s);
+  EXPECT_EQ(withAction(3, kUtf8, 1251, "a中z"), "az");
   // From one page to another, what the first stage writes is marked and passes the second.
   EXPECT_EQ(withAction(Action::Replace, 1251, 866, "a\x98z"), "a??z");
   EXPECT_EQ(withAction(Action::KeepBytes, 1251, 866, "a\x98z"), "a\x98z");
@@ -71,7 +77,40 @@ TEST(EncodingConvertTest, Preamble) {
   EXPECT_FALSE(converter.ChConvert2("nonsense", kUtf8, "A", 1, out, log));
   out.clear();
   EXPECT_TRUE(converter.ChConvert("koi8-r", "windows-1251", "\xC1", 1, out, log));
-  EXPECT_EQ(toString(out), "\xE0");
+  EXPECT_TRUE(converter.ChConvert3(1251, "koi8-r", "\xE0", 1, out, log));
+  EXPECT_TRUE(converter.ChConvert3(1251, "no such name", "\xE0", 1, out, log));
+  EXPECT_EQ(toString(out), "\xE0\xC1а");
+}
+
+TEST(EncodingConvertTest, ThePagesOfThisHost) {
+  const AnsiIs ansi(1251);
+  CkSettings::setOemCodePage(866);
+  DataBuffer out;
+  LogNull log;
+  EncodingConvert converter;
+  converter.AnsiToMultiByte(20866, "\xE0", 1, out, log);
+  converter.MultiByteToAnsi(20866, "\xC1", 1, out, log);
+  converter.OemToMultiByte(20866, "\xA0", 1, out, log);
+  converter.MultiByteToOem(20866, "\xC1", 1, out, log);
+  EXPECT_EQ(toString(out), "\xC1\xE0\xC1\xA0");
+  CkSettings::setOemCodePage(65001);
+}
+
+TEST(EncodingConvertTest, TellsItsWayWhenAsked) {
+  _ckLogger log;
+  log.m_verboseEncoding = true;
+  DataBuffer out;
+  EXPECT_TRUE(EncodingConvert().EncConvert(kUtf8, 1200, "\xD0\0", 2, out, log));
+  StringBuffer text;
+  log.getText(text);
+  EXPECT_STREQ(text.getString(),
+               "KestrumLog:\n"
+               "  EncConvert:\n"
+               "    fromCodePage: 65001\n"
+               "    toCodePage: 1200\n"
+               "    Found invalid utf-8 when trying to convert to utf-16.\n"
+               "  --EncConvert\n"
+               "--KestrumLog\n");
 }
 
 TEST(EncodingConvertTest, SurrogatesStayApartWhile4BytesAreOff) {

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -143,7 +144,6 @@ COMPort::~COMPort() {
     Close();
   } catch (const std::exception&) {
     // A device that was pulled out may refuse to close; nobody can do anything about it.
-    fileDesc = kNoDescriptor;
   }
 }
 
@@ -163,11 +163,10 @@ void COMPort::Open(const char* path) {
 }
 
 void COMPort::Close() {
-  if (fileDesc != kNoDescriptor) {
-    if (::close(fileDesc) != 0) {
-      throw std::runtime_error("Tried to close serial port, but close() failed.");
-    }
-    fileDesc = kNoDescriptor;
+  // The number is given up in any case: once close() has failed it may soon be another file's.
+  const int closing = std::exchange(fileDesc, kNoDescriptor);
+  if (closing != kNoDescriptor && ::close(closing) != 0) {
+    throw std::runtime_error("Tried to close serial port, but close() failed.");
   }
   state = kClosed;
 }

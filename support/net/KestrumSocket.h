@@ -57,8 +57,6 @@ class KestrumSocket {
 
   /// -1 without a connection.
   int getSocketFd() const { return m_socketFd; }
-  /// The address connected to, or tried last.
-  const StringBuffer& lastConnectedIp() const { return m_lastConnectedIp; }
 
  private:
   static constexpr std::uint32_t kMagic = 0x4901FB2A;
@@ -94,7 +92,6 @@ class KestrumSocket {
   void receiveAfterFin(std::uint32_t maxWaitMs);
   void waitForTransfers() const;
   void closeDescriptor(LogBase& log);
-  bool isBusyElsewhere(std::atomic<bool>& busy, const char* complaint, LogBase& log);
   void setBufferSize(std::uint32_t& current, std::uint32_t size, int option, LogBase& log);
   void setOption(int level, int option, int value, LogBase& log);
 
@@ -107,6 +104,7 @@ class KestrumSocket {
   std::atomic<bool> m_isConnected{false};
   std::atomic<bool> m_finSent{false};
   std::atomic<int> m_socketFd{-1};
+  /// The address connected to, or tried last.
   StringBuffer m_lastConnectedIp;
   int m_gaiStatus = 0;
 };

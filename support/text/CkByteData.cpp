@@ -200,6 +200,7 @@ const char* CkByteData::to_s() { return getRangeStr(0, getSize()); }
 void CkByteData::encode(const char* encoding, CkString& out) const {
   if (m_impl == nullptr) return;
   StringBuffer text;
+  text.setSecureBuf(m_secure);
   m_impl->encodeDB(encoding, text);
   out.setStringUtf8(text.getString());
 }

@@ -114,7 +114,7 @@ bool decodeInto(int encoding, StringBuffer& text, DataBuffer& out, LogBase& log)
     case _clsEncode::Fingerprint:
       text.trim2();
       if (encoding == _clsEncode::Fingerprint) text.removeCharOccurances(':');
-      return ContentCoding::decodeHex(text.getString(), text.getSize(), out);
+      return text.hexStringToBinary(out);
     case _clsEncode::Url:
     case _clsEncode::UrlRfc1738:
     case _clsEncode::UrlRfc2396:
@@ -200,6 +200,8 @@ bool _clsEncode::decodeBinary(int encoding, const StringBuffer& text, DataBuffer
   DataBuffer decoded;
   copy.setSecureBuf(text.getSecureBuf());
   decoded.setSecure(out.getSecure());
+  // A block that grows leaves its bytes behind unwiped.
+  if (out.getSecure()) decoded.ensureBuffer(text.getSize());
   if (!append) out.clear();
   if (!copy.append(text) || !decodeInto(encoding, copy, decoded, log)) return false;
   if (!out.empty()) return out.append(decoded);

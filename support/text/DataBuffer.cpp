@@ -191,10 +191,6 @@ unsigned char* DataBuffer::getDataAt2(std::uint32_t i) const {
 
 unsigned char DataBuffer::byteAt(std::uint32_t i) const { return i < m_size ? m_data[i] : 0; }
 
-bool DataBuffer::equals(const DataBuffer& other) const {
-  return equals2(other.m_data, other.m_size);
-}
-
 bool DataBuffer::equals2(const void* p, std::uint32_t n) const {
   return n == m_size && beginsWith(p, n);
 }

@@ -16,6 +16,7 @@ class DataBuffer : public KestrumObject {
   DataBuffer() = default;
   ~DataBuffer() override;
 
+  /// Bytes of the block that this object owns.
   int heapUsage() override;
 
   // Reading -------------------------------------------------------------------------------
@@ -24,7 +25,6 @@ class DataBuffer : public KestrumObject {
   /// Bytes in the block, used or not.
   std::uint32_t getBufSize() const { return m_capacity; }
   bool empty() const { return m_size == 0; }
-  bool isBorrowed() const { return m_borrowed; }
   bool isValidObject() const { return m_validity == kValid; }
   /// The bytes; null before the first use.
   unsigned char* getData2() const { return m_data; }
@@ -37,7 +37,6 @@ class DataBuffer : public KestrumObject {
   unsigned char firstByte() const { return byteAt(0); }
   unsigned char lastByte() const { return m_size == 0 ? 0 : m_data[m_size - 1]; }
 
-  bool equals(const DataBuffer& other) const;
   bool equals2(const void* p, std::uint32_t n) const;
   bool beginsWith(const void* p, std::uint32_t n) const;
   /// Offset of the first occurrence from `start` on, or kNotFound.

@@ -65,14 +65,16 @@ void DataBuffer::toHexString2(StringBuffer& out, bool colons) const {
 bool DataBuffer::encodeDB(const char* encoding, StringBuffer& out) const {
   LogNull log;
   _clsEncode coder;
-  coder.put_EncodingModeInt(_clsEncode::parseEncodingName(encoding));
+  coder.put_EncodingMode(encoding);
   XString text;
+  text.setSecureX(m_secure || out.getSecureBuf());
   return coder.encodeBinary(*this, text, false, log) && out.append(text.getUtf8Sb());
 }
 
 bool DataBuffer::appendEncoded(const char* text, const char* encoding) {
   LogNull log;
   StringBuffer sb;
+  sb.setSecureBuf(m_secure);
   if (!sb.append(text)) return false;
   return _clsEncode::decodeBinary(_clsEncode::parseEncodingName(encoding), sb, *this, true, log);
 }

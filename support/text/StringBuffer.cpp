@@ -38,11 +38,6 @@ StringBuffer& StringBuffer::operator=(const StringBuffer& other) {
   return *this;
 }
 
-StringBuffer& StringBuffer::operator=(const char* text) {
-  setString(text);
-  return *this;
-}
-
 int StringBuffer::heapUsage() { return static_cast<int>(m_heapCapacity); }
 
 std::uint32_t StringBuffer::memoryUsage() const {

@@ -20,8 +20,8 @@ class StringBuffer : public NonRefCountedObj {
   explicit StringBuffer(const char* text);
   ~StringBuffer() override;
   StringBuffer& operator=(const StringBuffer& other);
-  StringBuffer& operator=(const char* text);
 
+  /// Bytes of the block, 0 while the text lives inside the object.
   int heapUsage() override;
 
   // Reading -------------------------------------------------------------------------------
@@ -75,7 +75,6 @@ class StringBuffer : public NonRefCountedObj {
   /// Bytes of the object with its block.
   std::uint32_t memoryUsage() const;
   bool onHeap() const { return m_heap != nullptr; }
-  std::uint32_t heapCapacity() const { return m_heapCapacity; }
   /// Moves a short text back into the object, or a long one into a block that fits.
   void minimizeMemoryUsage();
 
@@ -115,29 +114,18 @@ class StringBuffer : public NonRefCountedObj {
   std::uint32_t trim();
   /// Tab, blank, CR and LF, at both ends.
   std::uint32_t trim2();
-  std::uint32_t trimRight2();
-  std::uint32_t trimTrailingCRLFs();
-  /// Makes one blank of each run of white space inside the text.
-  std::uint32_t trimInsideSpaces();
 
   // Searching (bytes; "NoCase" for ASCII letters) ---------------------------------------------
 
   /// Offset of the first occurrence, -1 if there is none.
   int indexOf(const char* text) const;
-  const char* findSubstr(const char* text) const;
-  bool containsSubstring(const char* text) const;
-  bool containsSubstringNoCase(const char* text) const;
+  bool containsSubstring(const char* text) const { return indexOf(text) >= 0; }
   bool containsChar(char c) const;
   bool beginsWith(const char* text) const;
-  bool beginsWithIgnoreCase(const char* text) const;
   bool endsWith(const char* text) const;
-  bool endsWithIgnoreCase(const char* text) const;
   bool equals(const char* text) const;
   bool equals(const StringBuffer& text) const { return view() == text.view(); }
   bool equalsIgnoreCase(const char* text) const;
-  bool equalsIgnoreCase(const StringBuffer& text) const;
-  int compare(const char* text) const;
-  std::uint32_t countCharOccurances(char c) const;
 
   // Replacing -----------------------------------------------------------------------------------
 
@@ -152,28 +140,19 @@ class StringBuffer : public NonRefCountedObj {
   // Case, tests, numbers ------------------------------------------------------------------------
 
   void toLowerCase();
-  void toUpperCase();
   bool is7bit() const;
-  bool isDecimalNumber() const;
   /// Decimal value behind leading tabs and blanks and one sign, up to the first other character;
   /// 32 bits, wrapping around.
   int intValue() const;
-  std::uint32_t uintValue() const;
 
   // Line ends -----------------------------------------------------------------------------------
 
   bool toLF();
   bool toCRLF();
 
-  // Encodings -----------------------------------------------------------------------------------
-
   /// Hexadecimal text to bytes, appended. Characters that are no digits give garbage; an odd
   /// first digit is a byte of its own.
   bool hexStringToBinary(DataBuffer& out) const;
-  /// Replaces the text, read in one code page, by the same text in another.
-  bool convertEncoding(int fromCodePage, int toCodePage);
-  /// Appends the text with the escapes of a JSON string.
-  bool jsonEscape();
 
  private:
   static constexpr std::uint8_t kValid = 0xAA;

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "AsciiText.h"
+#include "ContentCoding.h"
 #include "StringBuffer.h"
 
 namespace {
@@ -49,78 +50,23 @@ std::uint32_t StringBuffer::trim2() {
   return keepRange(from, to);
 }
 
-std::uint32_t StringBuffer::trimRight2() {
-  std::size_t to = m_length;
-  while (to > 0 && isAsciiSpace(m_data[to - 1])) --to;
-  return keepRange(0, to);
-}
-
-std::uint32_t StringBuffer::trimTrailingCRLFs() {
-  std::size_t to = m_length;
-  while (to > 0 && (m_data[to - 1] == '\r' || m_data[to - 1] == '\n')) --to;
-  return keepRange(0, to);
-}
-
-std::uint32_t StringBuffer::trimInsideSpaces() {
-  char* to = m_data;
-  bool inRun = false;
-  for (const char* from = m_data; from != m_data + m_length; ++from) {
-    const bool space = isAsciiSpace(*from);
-    if (!space || !inRun) *to++ = space ? ' ' : *from;
-    inRun = space;
-  }
-  const std::uint32_t removed = static_cast<std::uint32_t>(m_data + m_length - to);
-  shorten(removed);
-  return removed;
-}
-
 // Searching ------------------------------------------------------------------------------------
 
-const char* StringBuffer::findSubstr(const char* text) const {
-  return text == nullptr || *text == '\0' ? nullptr : std::strstr(m_data, text);
-}
-
 int StringBuffer::indexOf(const char* text) const {
-  const char* const found = findSubstr(text);
+  const char* const found = viewOf(text).empty() ? nullptr : std::strstr(m_data, text);
   return found == nullptr ? -1 : static_cast<int>(found - m_data);
-}
-
-bool StringBuffer::containsSubstring(const char* text) const { return findSubstr(text) != nullptr; }
-
-bool StringBuffer::containsSubstringNoCase(const char* text) const {
-  return !viewOf(text).empty() && searchNoCase(m_data, text) != nullptr;
 }
 
 bool StringBuffer::containsChar(char c) const { return view().find(c) != std::string_view::npos; }
 
 bool StringBuffer::beginsWith(const char* text) const { return view().starts_with(viewOf(text)); }
 
-bool StringBuffer::beginsWithIgnoreCase(const char* text) const {
-  const std::string_view wanted = viewOf(text);
-  return equalsNoCase(view().substr(0, wanted.size()), wanted);
-}
-
 bool StringBuffer::endsWith(const char* text) const { return view().ends_with(viewOf(text)); }
-
-bool StringBuffer::endsWithIgnoreCase(const char* text) const {
-  const std::string_view wanted = viewOf(text);
-  return wanted.size() <= m_length && equalsNoCase(view().substr(m_length - wanted.size()), wanted);
-}
 
 bool StringBuffer::equals(const char* text) const { return view() == viewOf(text); }
 
 bool StringBuffer::equalsIgnoreCase(const char* text) const {
   return equalsNoCase(view(), viewOf(text));
-}
-
-bool StringBuffer::equalsIgnoreCase(const StringBuffer& text) const {
-  return equalsNoCase(view(), text.view());
-}
-
-int StringBuffer::compare(const char* text) const { return view().compare(viewOf(text)); }
-
-std::uint32_t StringBuffer::countCharOccurances(char c) const {
-  return static_cast<std::uint32_t>(std::count(m_data, m_data + m_length, c));
 }
 
 // Replacing ------------------------------------------------------------------------------------
@@ -196,7 +142,7 @@ int StringBuffer::replaceFirstOccurance(const char* from, const char* to, bool n
 }
 
 int StringBuffer::replaceCharAnsi(char from, char to) {
-  const int count = static_cast<int>(countCharOccurances(from));
+  const int count = static_cast<int>(std::count(m_data, m_data + m_length, from));
   std::replace(m_data, m_data + m_length, from, to);
   return count;
 }
@@ -214,30 +160,24 @@ void StringBuffer::toLowerCase() {
   std::transform(m_data, m_data + m_length, m_data, [](char c) { return asciiLower(c); });
 }
 
-void StringBuffer::toUpperCase() {
-  std::transform(m_data, m_data + m_length, m_data, [](char c) { return asciiUpper(c); });
-}
-
 bool StringBuffer::is7bit() const {
   return std::none_of(m_data, m_data + m_length,
                       [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-bool StringBuffer::isDecimalNumber() const {
-  return m_length != 0 && std::all_of(m_data, m_data + m_length, isAsciiDigit);
-}
-
-std::uint32_t StringBuffer::uintValue() const {
+int StringBuffer::intValue() const {
   const char* p = m_data;
   while (isTabOrSpace(*p)) ++p;
   const bool negative = *p == '-';
   if (*p == '-' || *p == '+') ++p;
   std::uint32_t value = 0;
   for (; isAsciiDigit(*p); ++p) value = value * 10 + static_cast<std::uint32_t>(*p - '0');
-  return negative ? 0U - value : value;
+  return static_cast<int>(negative ? 0U - value : value);
 }
 
-int StringBuffer::intValue() const { return static_cast<int>(uintValue()); }
+bool StringBuffer::hexStringToBinary(DataBuffer& out) const {
+  return ContentCoding::decodeHex(m_data, m_length, out);
+}
 
 // Line ends ------------------------------------------------------------------------------------
 

@@ -22,7 +22,6 @@ inline unsigned char* storeUtf32(unsigned char* p, std::uint32_t codePoint) {
   return p + sizeof codePoint;
 }
 
-constexpr bool isSurrogate(std::uint32_t unit) { return (unit & 0xFFFFF800) == 0xD800; }
 constexpr bool isHighSurrogate(std::uint32_t unit) { return (unit & 0xFFFFFC00) == 0xD800; }
 constexpr bool isLowSurrogate(std::uint32_t unit) { return (unit & 0xFFFFFC00) == 0xDC00; }
 

@@ -403,12 +403,9 @@ bool XString::equalsX(XString& other) { return getUtf8Sb().equals(other.getUtf8S
 
 bool XString::equalsIgnoreCaseUtf8(const char* text) { return getUtf8Sb().equalsIgnoreCase(text); }
 
-bool XString::beginsWithUtf8(const char* text, bool ignoreCase) {
-  StringBuffer& utf8 = getUtf8Sb();
-  return ignoreCase ? utf8.beginsWithIgnoreCase(text) : utf8.beginsWith(text);
-}
+bool XString::beginsWithUtf8(const char* text) { return getUtf8Sb().beginsWith(text); }
 
-bool XString::endsWithUtf8(const char* text, bool ignoreCase) {
+bool XString::endsWithUtf8(const char* text) {
   if (text == nullptr) return false;
   // Whatever begins like a mark counts as one, as far as it goes. So a character from U+F000 on
   // at the start loses its first byte.
@@ -416,8 +413,7 @@ bool XString::endsWithUtf8(const char* text, bool ignoreCase) {
     if (*text != markByte) break;
     ++text;
   }
-  StringBuffer& utf8 = getUtf8Sb();
-  return ignoreCase ? utf8.endsWithIgnoreCase(text) : utf8.endsWith(text);
+  return getUtf8Sb().endsWith(text);
 }
 
 bool XString::containsSubstringUtf8(const char* text) {

@@ -121,8 +121,8 @@ class XString : public KestrumObject {
   bool equalsUtf8(const char* text);
   bool equalsX(XString& other);
   bool equalsIgnoreCaseUtf8(const char* text);
-  bool beginsWithUtf8(const char* text, bool ignoreCase = false);
-  bool endsWithUtf8(const char* text, bool ignoreCase = false);
+  bool beginsWithUtf8(const char* text);
+  bool endsWithUtf8(const char* text);
   bool containsSubstringUtf8(const char* text);
   int indexOfUtf8(const char* text);
   bool is7bit();

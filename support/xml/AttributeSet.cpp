@@ -12,10 +12,6 @@ AttributeSet::AttributeSet(const AttributeSet& other)
       m_lengths(other.m_lengths),
       m_text(other.m_text) {}
 
-int AttributeSet::heapUsage() {
-  return static_cast<int>(m_lengths.capacity() * sizeof(std::uint32_t) + m_text.capacity());
-}
-
 void AttributeSet::addAttribute(std::string_view name, std::string_view value) {
   if (name.empty()) return;
   std::string lower;

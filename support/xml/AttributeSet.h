@@ -23,14 +23,11 @@ class AttributeSet : public KestrumObject {
   /// The copy takes no more memory than its attributes need.
   AttributeSet(const AttributeSet& other);
 
-  int heapUsage() override;
-
   /// Adds at the end. Without a name, which nothing could look up, there is nothing to add.
   void addAttribute(std::string_view name, std::string_view value);
   /// Empties `out`, then appends the value of the first attribute of exactly this name. True if
   /// there is one, also with an empty value; false for an empty name.
   bool getAttributeValue(std::string_view name, StringBuffer& out) const;
-  bool hasAttribute(std::string_view name) const { return find(name).found; }
 
   bool empty() const { return m_lengths.empty(); }
   std::size_t getNumAttributes() const { return m_lengths.size() / 2; }

@@ -16,7 +16,6 @@ class ParseEngine {
   /// False for an engine over a null pointer.
   bool hasText() const { return m_text.data() != nullptr; }
   bool atEnd() const { return m_pos == m_text.size(); }
-  std::size_t getPos() const { return m_pos; }
   /// What has not been read yet.
   std::string_view rest() const { return m_text.substr(m_pos); }
 

@@ -345,6 +345,24 @@ TEST(SerialPort, AClosedLineSaysSo) {
   EXPECT_EQ(port.write(&byte, 1), 1U);
 }
 
+TEST(SerialPort, ARefusedCloseGivesTheDescriptorUp) {
+  PtyLine line;
+  const auto openNext = [] { return ::open("/dev/null", O_RDONLY | O_CLOEXEC); };
+  const int next = openNext();
+  ::close(next);
+  COMPort port(line.path().c_str());
+  ASSERT_EQ(::close(next), 0);
+  EXPECT_EQ(errorOf([&] { port.Close(); }), "Tried to close serial port, but close() failed.");
+  // From now on the number is another file's, which the port must leave alone.
+  ASSERT_EQ(openNext(), next);
+  const std::uint8_t byte = 0;
+  EXPECT_EQ(errorOf([&] { port.write(&byte, 1); }),
+            "long unsigned int COMPort::write(const void*, long unsigned int) called but file "
+            "descriptor < 0, indicating file has not been opened.");
+  port.Close();
+  EXPECT_EQ(::close(next), 0);
+}
+
 TEST(SerialPort, DescriptorZeroCountsAsNotOpened) {
   PtyLine line;
   const int input = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);

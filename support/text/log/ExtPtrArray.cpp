@@ -113,8 +113,9 @@ void ExtPtrArray::removeAllObjects() {
 bool ExtPtrArray::transferPtrs(ExtPtrArray& source) {
   if (&source == this) return true;
   for (int i = 0; i < source.m_size; ++i) {
+    const int before = m_size;
     if (!appendPtr(source.m_items[static_cast<std::size_t>(i)])) {
-      if (m_size > 0 && m_items[static_cast<std::size_t>(m_size - 1)] == nullptr) --m_size;
+      m_size = before;  // without the place of an object that was refused
       source.discardFirstN(i);
       return false;
     }

@@ -19,7 +19,6 @@ class ExtPtrArray : public NonRefCountedObj {
   // Reading: null for an index out of range, also for an object without its validity word --------
 
   int getSize() const { return m_size; }
-  int getCapacity() const { return m_capacity; }
   KestrumObject* elementAt(int i) const;
   KestrumObject* lastElement() const { return elementAt(m_size - 1); }
 

@@ -36,7 +36,6 @@ class LogEntry2 : public KestrumObject {
   /// Ends the measuring: from now on the time is known.
   void computeElapsed(std::uint32_t nowTick);
   bool isTimed() const { return m_elapsed != 0; }
-  bool isElapsedKnown() const { return m_elapsedValid; }
   std::uint32_t getElapsed() const { return m_elapsed; }
 
   // Rendering: appends to `out`; lines end in CR LF

@@ -10,6 +10,7 @@
 #include "CkString.h"
 #include "ClsBase.h"
 #include "TempFolder.h"
+#include "XString.h"
 
 namespace {
 
@@ -65,13 +66,58 @@ TEST(CkMultiByteBase, ADestroyedHandleSaysSo) {
   EXPECT_STREQ(probe->lastErrorXml(), "Not a valid Kestrum object.");
   EXPECT_STREQ(probe->version(), "Not a valid Kestrum object.");
   EXPECT_STREQ(probe->debugLogFilePath(), "Not a valid Kestrum object.");
-  CkString text("before");
-  probe->LastErrorText(text);
-  EXPECT_STREQ(text.getUtf8(), "Not a valid Kestrum object.");
+  for (const auto read : {&CkProbe::LastErrorText, &CkProbe::LastErrorHtml, &CkProbe::LastErrorXml,
+                          &CkProbe::get_Version, &CkProbe::get_DebugLogFilePath}) {
+    CkString text("before");
+    (probe->*read)(text);
+    EXPECT_STREQ(text.getUtf8(), "Not a valid Kestrum object.");
+  }
   EXPECT_FALSE(probe->get_VerboseLogging());
   EXPECT_FALSE(probe->get_LastMethodSuccess());
   EXPECT_FALSE(probe->SaveLastError("/dev/null"));
   probe->put_VerboseLogging(true);
+  probe->put_LastMethodSuccess(true);
+}
+
+TEST(CkMultiByteBase, AHandleWhoseInnerObjectIsGoneHasNothingToTell) {
+  alignas(ClsProbe) std::array<unsigned char, sizeof(ClsProbe)> memory = {};
+  auto* impl = new (memory.data()) ClsProbe;
+  CkProbe probe(impl);
+  probe.put_LastMethodSuccess(false);
+  EXPECT_FALSE(probe.get_LastMethodSuccess());
+  probe.put_LastMethodSuccess(true);
+  EXPECT_TRUE(probe.get_LastMethodSuccess());
+  impl->~ClsProbe();
+  EXPECT_STREQ(probe.lastErrorText(), "");
+  EXPECT_FALSE(probe.get_LastMethodSuccess());
+  EXPECT_FALSE(probe.SaveLastError("/dev/null"));
+}
+
+TEST(CkMultiByteBase, ALineCanBePutInFromOutside) {
+  auto* impl = new ClsProbe;
+  CkProbe probe(impl);
+  probe.put_VerboseLogging(true);
+  EXPECT_TRUE(probe.get_VerboseLogging());
+  impl->injectStatus("Check", false);
+  EXPECT_THAT(probe.lastErrorText(), HasSubstr("VerboseLogging: 1\n    Failed.\n  --Check"));
+  impl->injectError("Note", "no paper");
+  EXPECT_THAT(probe.lastErrorText(), HasSubstr("\n    no paper\n  --Note"));
+  EXPECT_THAT(probe.lastErrorText(), testing::Not(HasSubstr("Check")));
+}
+
+TEST(CkMultiByteBase, LocksCanBeSwitchedOffForAllThatFollow) {
+  const auto option = [](ClsProbe& object, const char* text) {
+    XString options;
+    options.setFromUtf8(text);
+    object.put_UncommonOptions(options);
+    return LogBase::m_singleThreaded.load();
+  };
+  ClsProbe probe;
+  EXPECT_TRUE(option(probe, "singlethreaded"));
+  ClsProbe without;
+  without.work("still works");
+  EXPECT_TRUE(option(probe, "else"));
+  EXPECT_FALSE(option(probe, "MultiThreaded"));
 }
 
 TEST(CkMultiByteBase, AHandleWithoutItsInnerObjectSaysSo) {
@@ -133,18 +179,13 @@ TEST(CkMultiByteBase, SavesTheLogAsXml) {
   EXPECT_THAT(content, testing::EndsWith("</KestrumLog>\r\n"));
 }
 
-class ProgrammingLanguage : public testing::TestWithParam<int> {
- protected:
-  ~ProgrammingLanguage() override { CkMultiByteBase::setLastErrorProgrammingLanguage(0); }
-};
-
-TEST_P(ProgrammingLanguage, DecidesAboutLineEnds) {
-  CkMultiByteBase::setLastErrorProgrammingLanguage(GetParam());
+TEST(CkMultiByteBase, TheProgrammingLanguageDecidesAboutLineEnds) {
   CkProbe probe(new ClsProbe);
-  EXPECT_STREQ(probe.lastErrorText(), "KestrumLog:\r\n--KestrumLog\r\n");
+  for (const int language : {1, 2, 3, 4, 5, 6, 33, 264, 464, 564, 664, 0}) {
+    CkMultiByteBase::setLastErrorProgrammingLanguage(language);
+    EXPECT_STREQ(probe.lastErrorText(),
+                 language == 0 ? "KestrumLog:\n--KestrumLog\n" : "KestrumLog:\r\n--KestrumLog\r\n");
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(WithCrLf, ProgrammingLanguage,
-                         testing::Values(1, 2, 3, 4, 5, 6, 33, 264, 464, 564, 664));
 
 }  // namespace

@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include "CkHashMap.h"
+#include "DataBuffer.h"
 #include "ExtPtrArray.h"
+#include "KestrumCritSec.h"
+#include "XString.h"
 
 namespace {
 
@@ -116,6 +119,46 @@ TEST_F(PtrArray, RefusesADeadObjectAndKeepsItsPlace) {
   EXPECT_EQ(array.getSize(), 1);
   EXPECT_EQ(array.lastElement(), nullptr);
   EXPECT_FALSE(array.setAt(0, dead));
+  KestrumObject::deleteObject(dead);  // leaves it alone
+}
+
+TEST_F(PtrArray, FindsOutWhatDiedMeanwhile) {
+  alignas(Number) unsigned char memory[sizeof(Number)];
+  Number first(0);
+  auto* second = new (memory) Number(1);
+  Number third(2);
+  ExtPtrArray source;
+  for (Number* number : {&first, second, &third}) source.appendPtr(number);
+  second->~Number();
+  EXPECT_EQ(source.elementAt(1), nullptr);
+  // What comes before it goes over, the rest stays.
+  EXPECT_FALSE(array.transferPtrs(source));
+  EXPECT_THAT(valuesOf(array), ElementsAre(0));
+  EXPECT_THAT(valuesOf(source), ElementsAre(-1, 2));
+}
+
+/// What `use` says of an object that has ended.
+template <typename Object, typename Use>
+bool afterItsEnd(Use use) {
+  alignas(Object) unsigned char memory[sizeof(Object)];
+  auto* object = new (memory) Object;
+  object->~Object();
+  return use(*object);
+}
+
+TEST(DeadObjects, TakeNothing) {
+  EXPECT_FALSE(afterItsEnd<StringBuffer>([](auto& text) { return text.expectNumBytes(1); }));
+  EXPECT_FALSE(afterItsEnd<DataBuffer>([](auto& bytes) {
+    return bytes.append("x", 1) || bytes.appendChar('x') || bytes.appendCharN('x', 2);
+  }));
+  EXPECT_FALSE(afterItsEnd<XString>([](auto& text) {
+    return text.isValidObject() || text.setFromUtf8("x") || text.appendUtf8("x") ||
+           text.appendWideStr(L"x");
+  }));
+  EXPECT_TRUE(afterItsEnd<KestrumCritSec>([](auto& lock) {
+    const CritSecExitor exitor(&lock);
+    return true;
+  }));
 }
 
 TEST(HashMap, HoldsOneValueForAKey) {

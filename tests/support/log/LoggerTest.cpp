@@ -10,6 +10,7 @@
 #include "CkLogger.h"
 #include "ClsBase.h"
 #include "TempFolder.h"
+#include "TickCount.h"
 #include "XString.h"
 
 namespace {
@@ -32,7 +33,7 @@ TEST(LogTree, EachKindOfEntryHasItsThreeRenderings) {
   _ckLogger log;
   {
     const LogContextExitor connect(log, "Connect");
-    log.LogInfo("a & b");
+    log.LogInfo("a & \"b\"");
     const LogContextExitor inner(log, "inner");
     log.LogError("x < y");
     log.LogXml("<raw/>");
@@ -41,7 +42,7 @@ TEST(LogTree, EachKindOfEntryHasItsThreeRenderings) {
   EXPECT_EQ(textOf(log),
             "KestrumLog:\n"
             "  Connect:\n"
-            "    a & b\n"
+            "    a & \"b\"\n"
             "    inner:\n"
             "      x < y\n"
             "      <raw/>\n"
@@ -52,7 +53,7 @@ TEST(LogTree, EachKindOfEntryHasItsThreeRenderings) {
   EXPECT_EQ(htmlOf(log),
             "KestrumLog:<blockquote>\r\n"
             "Connect:<blockquote>\r\n"
-            "a &amp; b<br>\r\n"
+            "a &amp; &quot;b&quot;<br>\r\n"
             "inner:<blockquote>\r\n"
             "x &lt; y<br>\r\n"
             "&lt;raw/&gt;<br>\r\n"
@@ -63,7 +64,7 @@ TEST(LogTree, EachKindOfEntryHasItsThreeRenderings) {
   EXPECT_EQ(xmlOf(log),
             "<KestrumLog>\r\n"
             "  <Connect>\r\n"
-            "    <info><![CDATA[a & b]]></info>\r\n"
+            "    <info><![CDATA[a & \"b\"]]></info>\r\n"
             "    <inner>\r\n"
             "      <error><![CDATA[x < y]]></error>\r\n"
             "      <raw/>\r\n"
@@ -210,6 +211,16 @@ TEST(LogTree, WhileNullLoggingNothingIsAdded) {
   EXPECT_FALSE(log.m_nullLogging);
   log.popNullLogging();  // one too many changes nothing
   EXPECT_EQ(textOf(log), "KestrumLog:\n  seen\n--KestrumLog\n");
+}
+
+TEST(LogTree, ElapsedTimeIsToldUnlessTheCounterWrapped) {
+  _ckLogger log;
+  log.LogElapsedMs("past", ckTickCount() - 5);
+  log.LogElapsedMs("future", ckTickCount() + 1'000'000);
+  log.LogElapsedMs("long ago", ckTickCount() - 900'000'000);
+  EXPECT_THAT(textOf(log), testing::MatchesRegex("KestrumLog:\n"
+                                                 "  past: Elapsed time: [0-9]+ millisec\n"
+                                                 "--KestrumLog\n"));
 }
 
 TEST(LogTree, ThePushBeyondTheStackIsIgnored) {

@@ -1,3 +1,4 @@
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include <gmock/gmock.h>
@@ -133,6 +134,33 @@ TEST_F(Connect, IsMadeToTheFirstIpv4AddressAndElseToTheFirstIpv6Address) {
     EXPECT_FALSE(connect("scale.shop"));
     // One address for each of the three modes: the others of the list are left alone.
     EXPECT_THAT(calls.only("connect"), ElementsAre(c.connect, c.connect, c.connect));
+  }
+}
+
+TEST_F(Connect, ARemoteHostThatAnswersIsAskedOnce) {
+  fixture::TcpPeer peer(fixture::silent());
+  calls.resolver = [](const std::string& host) {
+    return SystemCalls::Resolved{0, {host == "scale.shop" ? "127.0.0.1" : host}};
+  };
+  for (const char* host : {"scale.shop", "0x7f.1"}) {
+    calls.forget();
+    EXPECT_TRUE(connect(host, peer.port())) << socket.lastErrorText();
+    EXPECT_EQ(attempts().size(), 2U);
+    EXPECT_EQ(socket.get_ConnectFailReason(), 0);
+    EXPECT_TRUE(socket.get_IsConnected());
+  }
+}
+
+TEST_F(Connect, WithoutADescriptorThereIsNoSocket) {
+  rlimit limit = {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit none = {0, limit.rlim_max};
+  for (const char* host : {"127.0.0.1", "127.0.0.2"}) {
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_FALSE(connect(host));
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(socket.get_ConnectFailReason(), kInternalError);
+    EXPECT_THAT(socket.lastErrorText(), HasSubstr("osErrorMessage: Too many open files"));
   }
 }
 

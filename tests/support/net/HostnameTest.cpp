@@ -2,7 +2,9 @@
 #include <sys/socket.h>
 
 #include <array>
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -80,6 +82,17 @@ TEST_F(Cache, KeepsANameForTwoGenerations) {
   EXPECT_EQ(lookup("a"), "3.3.3.3");
   rotate();
   rotate();
+  EXPECT_EQ(lookup("a"), "");
+}
+
+TEST_F(Cache, ForgetsWhatIsTooOld) {
+  insert("a", "1.1.1.1");
+  DnsCache::m_timeToLiveMs = 3'600'000;
+  EXPECT_EQ(lookup("a"), "1.1.1.1");
+  DnsCache::m_timeToLiveMs = 1;
+  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_EQ(lookup("a"), "");
+  DnsCache::m_timeToLiveMs = 0;
   EXPECT_EQ(lookup("a"), "");
 }
 

@@ -1,3 +1,4 @@
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -31,10 +32,10 @@ class Plain : public testing::Test {
     std::uint32_t received = 0;
     return socket.sockRecv_nb(buffer.data(), kBufferSize, idleMs, received, params, log);
   }
-  int option(int name) const {
+  int option(int name, int level = SOL_SOCKET) const {
     int value = 0;
     socklen_t size = sizeof value;
-    EXPECT_EQ(::getsockopt(socket.getSocketFd(), SOL_SOCKET, name, &value, &size), 0);
+    EXPECT_EQ(::getsockopt(socket.getSocketFd(), level, name, &value, &size), 0);
     return value;
   }
 
@@ -56,7 +57,7 @@ TEST_F(Plain, OnASocketThatIsNoneEverythingFails) {
   socket.passiveClose(log);
 }
 
-TEST_F(Plain, BufferSizesAreRoundedAndLimited) {
+TEST_F(Plain, TakesOptionsAndRoundsBufferSizes) {
   TcpPeer peer(fixture::silent());
   socket.setSoRcvBuf(100'000, log);
   ASSERT_TRUE(connectTo(peer));
@@ -69,6 +70,9 @@ TEST_F(Plain, BufferSizesAreRoundedAndLimited) {
   EXPECT_EQ(option(SO_KEEPALIVE), 0);
   socket.SetKeepAlive(true, log);
   EXPECT_NE(option(SO_KEEPALIVE), 0);
+  EXPECT_EQ(option(TCP_NODELAY, IPPROTO_TCP), 0);
+  socket.setTcpNoDelay(true, log);
+  EXPECT_NE(option(TCP_NODELAY, IPPROTO_TCP), 0);
 }
 
 TEST_F(Plain, ACloseInAnotherThreadEndsAWait) {
@@ -77,7 +81,7 @@ TEST_F(Plain, ACloseInAnotherThreadEndsAWait) {
   std::thread closer([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     LogNull quiet;
-    socket.terminateConnection(400, quiet);
+    socket.terminateConnection(1, quiet);
   });
   const Stopwatch clock;
   EXPECT_FALSE(receive(20'000));

@@ -58,26 +58,14 @@ TEST_F(Transfer, NothingIsReceivedButNotSent) {
   EXPECT_TRUE(socket.get_IsConnected());
 }
 
-TEST_F(Transfer, SilenceCostsTheIdleLimitInTwoSlices) {
-  TcpPeer peer(fixture::silent());
-  fixture::connectTo(socket, peer.port());
-  SystemCalls calls;
-  const Stopwatch clock;
-  EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, ""}));
-  EXPECT_GE(clock.ms(), 99);
-  EXPECT_LT(clock.ms(), 100 + kSlack_ms);
-  EXPECT_THAT(calls.only("select"), ElementsAre("select 50", "select 50"));
-  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
-  EXPECT_TRUE(socket.get_IsConnected());
-}
-
-TEST_F(Transfer, IdleLimitsAreCutIntoSlices) {
+TEST_F(Transfer, SilenceCostsTheIdleLimitInSlices) {
   struct {
     int limit_ms;
     std::vector<std::string> slices;
   } const cases[] = {
       {1, {"select 1"}},
       {3, {"select 1", "select 2"}},
+      {100, {"select 50", "select 50"}},
       {334, {"select 166", "select 168"}},
       {500, {"select 166", "select 333"}},
   };
@@ -86,9 +74,14 @@ TEST_F(Transfer, IdleLimitsAreCutIntoSlices) {
   for (const auto& c : cases) {
     SystemCalls calls;
     socket.put_MaxReadIdleMs(c.limit_ms);
-    EXPECT_FALSE(receiveBytes(socket, 1).ok);
+    const Stopwatch clock;
+    EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, ""}));
+    EXPECT_GE(clock.ms(), c.limit_ms - 1);
+    EXPECT_LT(clock.ms(), c.limit_ms + kSlack_ms);
     EXPECT_EQ(calls.only("select"), c.slices) << c.limit_ms;
+    EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
   }
+  EXPECT_TRUE(socket.get_IsConnected());
 }
 
 TEST_F(Transfer, AShortAnswerFailsWithItsBytesAtHand) {
@@ -140,6 +133,24 @@ TEST_F(Transfer, AnAnswerMayComeByteByByte) {
   const Stopwatch clock;
   EXPECT_EQ(receiveBytes(socket, kAnswer.size()), (ReceivedBytes{true, kAnswer}));
   EXPECT_GE(clock.ms(), 13 * 30 - 20);
+}
+
+TEST_F(Transfer, AnEndlessAnswerCostsTheLongestTime) {
+  TcpPeer peer([](TcpWire& wire) {
+    while (wire.pause(5) && wire.send(fixture::text("x"))) {
+    }
+  });
+  fixture::connectTo(socket, peer.port());
+  socket.put_MaxReadIdleMs(5000);
+  socket.put_MaxReadMs(150);
+  const Stopwatch clock;
+  const ReceivedBytes received = receiveBytes(socket, 1'000'000);
+  EXPECT_FALSE(received.ok);
+  EXPECT_FALSE(received.bytes.empty());
+  EXPECT_GE(clock.ms(), 150);
+  EXPECT_LT(clock.ms(), 150 + kSlack_ms);
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+  EXPECT_TRUE(socket.get_IsConnected());
 }
 
 TEST_F(Transfer, SendsInChunksThatNoSignalEnds) {

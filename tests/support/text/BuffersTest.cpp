@@ -1,13 +1,18 @@
+#include <memory>
 #include <numeric>
 #include <string>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "CkByteData.h"
+#include "CkString.h"
 #include "DataBuffer.h"
 #include "DataFile.h"
 #include "HexBytes.h"
 #include "StringBuffer.h"
+#include "TempFolder.h"
 #include "TextTesting.h"
 
 namespace {
@@ -42,6 +47,18 @@ TEST(DataBufferTest, GrowsByTheLadder) {
     EXPECT_EQ(buffer.getBufSize(), step.capacity) << step.size << " + " << step.piece;
     EXPECT_EQ(buffer.getSize(), step.size + step.piece);
   }
+}
+
+TEST(DataBufferTest, GrowsByLessForSingleBytes) {
+  DataBuffer buffer;
+  std::vector<int> capacities;
+  for (int i = 0; i < 2000; ++i) {
+    ASSERT_TRUE(buffer.appendChar('x'));
+    if (capacities.empty() || capacities.back() != buffer.heapUsage()) {
+      capacities.push_back(buffer.heapUsage());
+    }
+  }
+  EXPECT_THAT(capacities, testing::ElementsAre(64, 320, 1344, 11'344));
 }
 
 TEST(DataBufferTest, AppendsItsOwnBytesAcrossAGrowth) {
@@ -138,7 +155,11 @@ TEST(DataBufferTest, RemovesAndInserts) {
   EXPECT_EQ(after([](DataBuffer& b) { b.resize(12); }), std::string("0123456789\0\0", 12));
   EXPECT_EQ(after([](DataBuffer& b) { b.resize(1); }), "0");
   EXPECT_EQ(after([](DataBuffer& b) { b.byteSwap21(); }), "1032547698");
-  EXPECT_EQ(after([](DataBuffer& b) { b.byteSwap4321(); }), "3210765489");
+  EXPECT_EQ(after([](DataBuffer& b) { b.clearBuffer(); }), std::string(10, '\0'));
+  EXPECT_EQ(after([](DataBuffer& b) { b.appendStr("ab"); }), "0123456789ab");
+  StringBuffer hex(">");
+  after([&](DataBuffer& b) { b.removeHead(8), b.toHexString(hex), b.toHexString2(hex, true); });
+  EXPECT_STREQ(hex.getString(), ">383938:39");
 }
 
 TEST(DataBufferTest, RecognisesObviousEncodings) {
@@ -171,6 +192,48 @@ TEST(CkByteDataTest, GivesAPointerEvenWhenEmpty) {
   EXPECT_EQ(bytes.getImpl()->getBufSize(), 20'000U);
 }
 
+TEST(CkByteDataTest, WritesAndReshapes) {
+  const auto after = [](auto change) {
+    CkByteData bytes;
+    bytes.append2("abcde", 5);
+    CkByteData other;
+    other.append2("01234", 5);
+    change(bytes, other);
+    return std::string(bytes.getData(), bytes.getSize());
+  };
+  using Data = CkByteData;
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendChar('-'); }), "abcde-");
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendCharN('-', 3); }), "abcde---");
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendStr("fg"); }), "abcdefg");
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendInt(0x34333231); }), "abcde1234");
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendShort(0x3231); }), "abcde12");
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendEncoded("QUI=", "base64"); }), "abcdeAB");
+  EXPECT_EQ(after([](Data& b, Data& o) { b.appendRange(o, 3, 9); }), "abcde34");
+  EXPECT_EQ(after([](Data& b, Data& o) { b.appendRange(o, 5, 1); }), "abcde");
+  EXPECT_EQ(after([](Data& b, Data& o) { b.takeByteData(o), b.append(o); }), "01234");
+  EXPECT_EQ(after([](Data& b, Data&) { b.borrowData("xyz", 2); }), "xy");
+  EXPECT_EQ(after([](Data& b, Data&) { b.setImpl(std::make_unique<DataBuffer>()); }), "");
+  EXPECT_EQ(after([](Data& b, Data&) { b.setImpl(nullptr); }), "abcde");
+  EXPECT_EQ(after([](Data& b, Data&) { b.shorten(2); }), "abc");
+  EXPECT_EQ(after([](Data& b, Data&) { b.replaceChar('b', 'x'); }), "axcde");
+  EXPECT_EQ(after([](Data& b, Data&) { b.byteSwap4321(); }), "dcbae");
+  EXPECT_EQ(after([](Data& b, Data&) { b.appendRandom(7); }).size(), 12U);
+  EXPECT_EQ(after([](Data& b, Data&) { EXPECT_FALSE(b.ensureBuffer(1UL << 32)); }), "abcde");
+}
+
+TEST(CkByteDataTest, GoesToAFileAndBack) {
+  const fixture::TempFolder folder;
+  CkByteData bytes;
+  bytes.append2("a\0b", 3);
+  ASSERT_TRUE(bytes.saveFile(folder.file("saved").c_str()));
+  EXPECT_TRUE(bytes.appendFile(folder.file("saved").c_str()));
+  EXPECT_FALSE(bytes.appendFile(folder.file("missing").c_str()));
+  EXPECT_FALSE(bytes.saveFile(folder.path().c_str()));
+  EXPECT_TRUE(bytes.equals2("a\0ba\0b", 6));
+  EXPECT_TRUE(bytes.loadFile(folder.file("saved").c_str()));
+  EXPECT_TRUE(bytes.equals2("a\0b", 3));
+}
+
 TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   CkByteData bytes;
   bytes.append2("\x01\x02\x03\x04\xFF", 5);
@@ -179,15 +242,27 @@ TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   EXPECT_EQ(bytes.getShort(3), static_cast<short>(0xFF04));
   EXPECT_EQ(bytes.getUShort(4), 0);
   EXPECT_EQ(bytes.getByte(4), 0xFF);
+  EXPECT_EQ(bytes.getChar(4), '\xFF');
   EXPECT_EQ(bytes.getByte(5), 0);
   EXPECT_EQ(bytes.getUInt(0xFFFFFFFFFFFFFFFE), 0U);
   EXPECT_STREQ(bytes.getEncoded("hex"), "01020304FF");
+  CkString text;
+  bytes.encode("fingerprint", text);
+  EXPECT_STREQ(text.getUtf8(), "01:02:03:04:FF");
   EXPECT_STREQ(bytes.getEncodedRange("base64", 0, 3), "AQID");
   EXPECT_STREQ(bytes.getEncodedRange("hex", 9, 3), "");
   EXPECT_EQ(bytes.findBytes2("\x03\x04", 2), 2U);
   EXPECT_EQ(bytes.findBytes2("\x05", 1), 0xFFFFFFFFU);
+  CkByteData part;
+  part.append2("\x01\x02", 2);
+  EXPECT_EQ(bytes.findBytes(part), 0);
+  EXPECT_EQ(part.findBytes(bytes), -1);
+  EXPECT_TRUE(bytes.beginsWith(part));
+  EXPECT_FALSE(part.beginsWith(bytes));
+  EXPECT_TRUE(part.is7bit());
+  EXPECT_FALSE(bytes.is7bit());
 
-  CkByteData copy;
+  CkByteData copy(part);
   copy = bytes;
   const CkByteData& itself = copy;
   copy = itself;
@@ -196,6 +271,8 @@ TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   EXPECT_EQ(copy.getSize(), 10U);
   copy.removeChunk(5, 100);
   EXPECT_TRUE(copy.equals(bytes));
+  copy = CkByteData();
+  EXPECT_EQ(copy.getSize(), 0U);
 }
 
 }  // namespace

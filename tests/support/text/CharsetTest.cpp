@@ -6,6 +6,8 @@
 
 #include "CharsetNames.h"
 #include "CharsetNaming.h"
+#include "CkCharset.h"
+#include "CkSettings.h"
 #include "DataFile.h"
 #include "Psdk.h"
 #include "TextTesting.h"
@@ -54,6 +56,41 @@ TEST(CharsetTest, SpecialNames) {
       {"thumbprint", 18},  {"gb18030", 936},   {"iso-8859-8 visual", 28598}};
   for (const auto& [name, codePage] : cases) {
     EXPECT_EQ(CharsetNaming::GetCodePage_p(name), codePage) << name;
+    EXPECT_EQ(CharsetNaming::CharsetValid_p(name), codePage != 0) << name;
+    StringBuffer normalised(name);
+    EXPECT_EQ(CharsetNaming::CharsetValid(normalised), codePage != 0) << name;
+  }
+  StringBuffer ansiName;
+  EXPECT_TRUE(CharsetNaming::GetAnsiCharset(ansiName));
+  EXPECT_STREQ(ansiName.getString(), "windows-1251");
+}
+
+TEST(CharsetTest, ACharsetIsSetByNameWithTheWishForAMark) {
+  const AnsiIs ansi(1251);
+  using Mark = _ckCharset::Mark;
+  struct Case {
+    const char* name;
+    bool known;
+    int codePage;
+    const char* canonical;
+    Mark mark;
+  };
+  for (const Case& test :
+       {Case{nullptr, true, 1251, "windows-1251", Mark::Unset},
+        Case{"ANSI", true, 1251, "windows-1251", Mark::Unset},
+        Case{"Oem", true, CkSettings::getOemCodePage(), "utf-8", Mark::Unset},
+        Case{"bom-utf-8", true, 65001, "utf-8", Mark::Wanted},
+        Case{"no-bom:utf16", true, 1200, "unicode", Mark::NotWanted},
+        Case{"BOM-none", false, 0, "", Mark::Unset}, Case{"default", true, 0, "", Mark::Unset}}) {
+    _ckCharset named;
+    EXPECT_EQ(named.setByName(test.name), test.known) << test.canonical;
+    _ckCharset charset;
+    charset.setByCodePage(1252);
+    charset.copy(named);
+    EXPECT_TRUE(charset.equals(named));
+    EXPECT_EQ(charset.getCodePage(), test.codePage);
+    EXPECT_STREQ(charset.getName(), test.canonical);
+    EXPECT_EQ(charset.getMark(), test.mark) << test.canonical;
   }
 }
 

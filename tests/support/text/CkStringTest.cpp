@@ -5,6 +5,7 @@
 
 #include "CkSettings.h"
 #include "CkString.h"
+#include "CkUtf.h"
 #include "ClsBase.h"
 #include "TextTesting.h"
 
@@ -26,6 +27,11 @@ TEST_F(CkStringTest, ReadsAnsiUnlessToldOtherwise) {
   EXPECT_STREQ(text, "Цена 1");
   EXPECT_STREQ(text.getAnsi(), "\xD6\xE5\xED\xE0 1");
   EXPECT_STREQ(CkString("Вес", false).getUtf8(), "Вес");  // UTF-8 either way
+  text.setStringAnsi("\xC2\xE5\xF1");
+  text.minimizeMemory();
+  EXPECT_EQ(text.getSizeAnsi(), 3);
+  EXPECT_EQ(text.getSizeUtf8(), 6);
+  EXPECT_EQ(text.getSizeUnicode(), 12);
 
   CkSettings::m_utf8 = true;
   EXPECT_TRUE(CkString().get_Utf8());
@@ -119,6 +125,43 @@ TEST_F(CkStringTest, GivesBytesInNamedEncodings) {
   EXPECT_STREQ(text.getEnc("base64"), "ABC");
   text.setStringUtf8("QQA=");  // a NUL byte at the end doesn't count
   EXPECT_STREQ(text.getEnc("base64"), "A");
+}
+
+TEST_F(CkStringTest, ItsBytesBecomeTextAndBack) {
+  using Coder = void (CkString::*)(const char*);
+  struct Case {
+    Coder encode, decode;
+    const char* charset;
+    const char* encoded;
+  };
+  for (const Case& test : {
+           Case{&CkString::hexEncode, &CkString::hexDecode, "windows-1251", "C2E5F1"},
+           Case{&CkString::hexEncode, &CkString::hexDecode, "utf-32", "120400003504000041040000"},
+           Case{&CkString::base64Encode, &CkString::base64Decode, "utf-8", "0JLQtdGB"},
+           Case{&CkString::qpEncode, &CkString::qpDecode, "windows-1251", "=C2=E5=F1"},
+           Case{&CkString::urlEncode, &CkString::urlDecode, "koi8-r", "%F7%C5%D3"},
+       }) {
+    CkString text;
+    text.setStringU(L"Вес");
+    (text.*test.encode)(test.charset);
+    EXPECT_STREQ(text.getUtf8(), test.encoded);
+    (text.*test.decode)(test.charset);
+    EXPECT_STREQ(text.getUtf8(), "Вес") << test.encoded;
+  }
+  // An unknown character set is UTF-8 on the way out.
+  CkString text;
+  text.setStringUtf8("\r\n ж\t");
+  text.trim2();
+  text.hexEncode("no-such-charset");
+  EXPECT_STREQ(text.getUtf8(), "D0B6");
+}
+
+TEST_F(CkStringTest, GivesSurrogatesWhile4BytesAreOff) {
+  CkString text;
+  text.setStringUtf8("😀");
+  g_allow_4byte_utf8 = false;
+  EXPECT_STREQ(text.getUtf8(), "\xED\xA0\xBD\xED\xB8\x80");
+  g_allow_4byte_utf8 = true;
 }
 
 TEST_F(CkStringTest, ComparesByCodePoint) {

@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "CkSettings.h"
 #include "CodePageTables.h"
 #include "DataFile.h"
-#include "EncodingConvert.h"
 #include "HashConvert.h"
 #include "TextTesting.h"
 #include "UnicodeLookup.h"
@@ -94,7 +94,7 @@ TEST(CodePageTest, TablesEqualThePublishedMappings) {
 }
 
 TEST(CodePageTest, ThreadsBuildTablesAtOnce) {
-  EncodingConvert::cleanupMemory();
+  CkSettings::cleanupMemory();
   std::vector<std::thread> threads;
   std::vector<std::string> results(8);
   for (std::string& result : results) {

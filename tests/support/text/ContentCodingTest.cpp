@@ -1,3 +1,4 @@
+#include <cstring>
 #include <random>
 #include <string>
 
@@ -26,11 +27,13 @@ std::string encoded(int encoding, const std::string& bytes) {
 }
 
 std::string decoded(int encoding, const std::string& text) {
-  StringBuffer sb;
-  sb.append(std::string_view(text));
+  XString given;
+  given.setFromUtf8N(text.data(), text.size());
+  _clsEncode coder;
+  coder.put_EncodingModeInt(encoding);
   DataBuffer out;
   LogNull log;
-  EXPECT_TRUE(_clsEncode::decodeBinary(encoding, sb, out, false, log));
+  EXPECT_TRUE(coder.decodeBinary(given, out, false, log));
   return toString(out);
 }
 
@@ -53,7 +56,29 @@ TEST(ContentCodingTest, Base64IsForgiving) {
     DataBuffer out;
     EXPECT_TRUE(ContentCoding::decodeBase64ToDb(exact.data(), exact.size(), out));
     EXPECT_EQ(toString(out), bytes) << text;
+    std::uint32_t length = 77;
+    const CkBlock block = ContentCoding::decodeBase64(exact.data(), exact.size(), length);
+    EXPECT_EQ(length, bytes.size());
+    StringBuffer appended(">");
+    EXPECT_TRUE(ContentCoding::appendBase64(appended, text.c_str()));
+    EXPECT_EQ(appended.view(), ">" + bytes) << text;
   }
+}
+
+TEST(ContentCodingTest, TestsOfBase64) {
+  struct Case {
+    const char* text;
+    bool valid;
+    bool strictly;
+  };
+  for (const Case& test :
+       {Case{"QU+/\t\r\n Q==", true, true}, Case{"", true, true}, Case{"QU.J", true, false},
+        Case{"QU!J", false, false}, Case{"QU{J", false, false}, Case{"QU=!", true, false}}) {
+    const std::size_t n = std::strlen(test.text);
+    EXPECT_EQ(ContentCoding::validateBase64(test.text, n), test.valid) << test.text;
+    EXPECT_EQ(ContentCoding::isBase64(test.text, n), test.strictly) << test.text;
+  }
+  EXPECT_FALSE(ContentCoding::validateBase64(nullptr, 0));
 }
 
 TEST(ContentCodingTest, WrappedBase64AlwaysEndsItsLine) {

@@ -134,6 +134,11 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
               bytes.put_SecureClear(true);
               bytes.append2(secret.data(), secret.size());
               bytes.to_s();
+              bytes.getEncoded("qp");
+              bytes.appendEncoded(secret.c_str(), "qp");
+              CkString text;
+              text.put_SecureClear(true);
+              bytes.encode("qp", text);
             }),
             0);
 }
@@ -142,8 +147,8 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
 /// crash, throw or leak on the way.
 template <typename Use>
 void withShrinkingMemory(Use use) {
-  EncodingConvert::cleanupMemory();
-  for (int available = 0; available < 200; ++available) {
+  for (int available = 0; available < 1000; ++available) {
+    EncodingConvert::cleanupMemory();  // so that each round needs the same
     const MemoryShortage shortage(available);
     use();
     if (!shortage.isHit()) return;

@@ -15,14 +15,15 @@ TEST(StringBufferTest, KeepsShortTextsInsideAndGrowsOnTheHeap) {
   EXPECT_FALSE(text.onHeap());
   text.appendChar('y');
   EXPECT_TRUE(text.onHeap());
-  EXPECT_EQ(text.heapCapacity(), 285U);
+  EXPECT_EQ(text.heapUsage(), 285);
+  EXPECT_EQ(text.memoryUsage(), 285 + sizeof text);
   EXPECT_EQ(text.getExtendSize(), 202U);
 
   text.appendCharN('z', 285 - 82 - 1);  // just fills the block
-  EXPECT_EQ(text.heapCapacity(), 285U);
+  EXPECT_EQ(text.heapUsage(), 285);
   text.appendChar('z');
-  EXPECT_EQ(text.heapCapacity(), 284U + 1 + 202 + 1);
-  EXPECT_EQ(text.getExtendSize(), text.heapCapacity() / 2);
+  EXPECT_EQ(text.heapUsage(), 284 + 1 + 202 + 1);
+  EXPECT_EQ(text.getExtendSize(), 488U / 2);
   EXPECT_EQ(text.view(), std::string(81, 'x') + "y" + std::string(203, 'z'));
 
   const char* const block = text.getString();
@@ -38,7 +39,7 @@ TEST(StringBufferTest, SlackStopsGrowingAtHalfAMillion) {
   const std::string piece(100'000, 'x');
   for (int i = 0; i < 60; ++i) ASSERT_TRUE(text.append(piece));
   EXPECT_EQ(text.getExtendSize(), 500'000U);
-  EXPECT_LE(text.heapCapacity(), text.getSize() + 600'002U);
+  EXPECT_LE(text.memoryUsage(), text.getSize() + 601'000U);
 }
 
 TEST(StringBufferTest, NulBytesAtTheEndDontCount) {
@@ -128,9 +129,18 @@ TEST(StringBufferTest, Trims) {
     text.trim2();
     EXPECT_STREQ(text.getString(), test.trimmed2);
   }
-  StringBuffer text("a \t b\r\n\r\n");
-  text.trimInsideSpaces();
-  EXPECT_STREQ(text.getString(), "a b ");
+}
+
+TEST(StringBufferTest, PutsTogetherAndCopiesOut) {
+  StringBuffer text;
+  text.appendInt64(-9'000'000'000);
+  text.prepend("n=");
+  StringBuffer copy("old");
+  copy = text;
+  EXPECT_STREQ(copy.getString(), "n=-9000000000");
+  char start[] = "????????";
+  copy.copyToBuffer(start, 5);
+  EXPECT_EQ(std::string(start, 8), "n=-9\0???"s);
 }
 
 TEST(StringBufferTest, HandsItsBlockOver) {

@@ -46,6 +46,15 @@ TEST_F(XStringTest, WritersKeepOneFormAndReadersAddTheirs) {
   EXPECT_EQ(forms(x), "w32");
   EXPECT_STREQ(x.getUtf8(), "Вес");
   EXPECT_STREQ(x.getAnsi(), kRussian);
+  x.setFromUtf32_xe(U"В");
+  x.appendUtf32_xe(U"ес");
+  EXPECT_EQ(forms(x), "w32");
+  EXPECT_STREQ(x.getUtf8(), "Вес");
+  DataBuffer bytes;
+  bytes.appendStr(kRussian);
+  x.takeFromAnsiDb(bytes);
+  EXPECT_EQ(forms(x), "a");
+  EXPECT_STREQ(x.getUtf8(), "Вес");
   x.setFromUtf8("");
   EXPECT_EQ(forms(x), "8a");
   x.setFromUtf8("x");
@@ -56,6 +65,7 @@ TEST_F(XStringTest, WritersKeepOneFormAndReadersAddTheirs) {
 TEST_F(XStringTest, AppendsToTheFormAtHand) {
   XString x;
   x.appendAnsi(kRussian);
+  x.appendUsAscii(":");
   EXPECT_EQ(forms(x), "a");
   x.appendInt(-12);
   EXPECT_EQ(forms(x), "8");
@@ -64,12 +74,12 @@ TEST_F(XStringTest, AppendsToTheFormAtHand) {
   x.appendAnsi("");
   x.appendUtf8("\xEF\xBB\xBF!");
   x.appendUsAscii("?");
-  EXPECT_STREQ(x.getUtf8(), "Вес-12Вес!?");
+  EXPECT_STREQ(x.getUtf8(), "Вес:-12Вес!?");
   x.appendWideStr(L"\xFEFF\x416");
   EXPECT_EQ(forms(x), "w32");
   x.appendUtf16_xe(reinterpret_cast<const std::uint16_t*>(u"ъ"));
   EXPECT_EQ(forms(x), "w16");
-  EXPECT_STREQ(x.getUtf8(), "Вес-12Вес!?Жъ");
+  EXPECT_STREQ(x.getUtf8(), "Вес:-12Вес!?Жъ");
   EXPECT_EQ(forms(x), "8w16");
   x.appendWideStr(L"\xFEFF");  // nothing but a mark changes nothing
   EXPECT_EQ(forms(x), "8w16");
@@ -135,7 +145,29 @@ TEST_F(XStringTest, EndsWithTakesTheStartOfAMarkForOne) {
   for (const char* end : {"\xBB\x62", "cab", static_cast<const char*>(nullptr)}) {
     EXPECT_FALSE(x.endsWithUtf8(end));
   }
-  EXPECT_TRUE(x.endsWithUtf8("AB", true));
+}
+
+TEST_F(XStringTest, ComparesThroughUtf8) {
+  XString x;
+  x.setFromAnsi("Net: \xC2\xE5\xF1");
+  EXPECT_TRUE(x.equalsUtf8("Net: Вес"));
+  EXPECT_FALSE(x.equalsUtf8("Net: вес"));
+  EXPECT_TRUE(x.equalsIgnoreCaseUtf8("nEt: Вес"));  // of ASCII alone
+  EXPECT_FALSE(x.equalsIgnoreCaseUtf8("net: вес"));
+  EXPECT_TRUE(x.beginsWithUtf8("Net"));
+  EXPECT_FALSE(x.beginsWithUtf8("et"));
+  EXPECT_TRUE(x.containsSubstringUtf8("ес"));
+  EXPECT_FALSE(x.containsSubstringUtf8("нет"));
+  EXPECT_EQ(x.indexOfUtf8("ес"), 7);
+  EXPECT_EQ(x.indexOfUtf8("нет"), -1);
+  EXPECT_FALSE(x.is7bit());
+  EXPECT_TRUE(x.isValidUtf8());
+  XString other;
+  other.setFromSbUtf8(StringBuffer("Net: Вес"));
+  EXPECT_TRUE(other.equalsX(x));
+  other.setFromUtf8("Net\xD0");
+  EXPECT_FALSE(other.equalsX(x));
+  EXPECT_FALSE(other.isValidUtf8());
 }
 
 TEST_F(XStringTest, RandomTextsSurviveEveryRoad) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "CkFileAccess.h"
+#include "CkSettings.h"
 #include "FileSys.h"
 #include "LogBase.h"
 #include "Psdk.h"
@@ -94,10 +95,10 @@ TEST_F(FileType, FindsNamesInTheAnsiCodePage) {
   EXPECT_EQ(files_.FileType(folder_.file(kYaAnsi).c_str()), 2);
   ASSERT_EQ(::rmdir(ansiFolder.c_str()), 0);
 
-  Psdk::setOemCodePage(866);
+  CkSettings::setOemCodePage(866);
   folder_.write("\xEF", "x");
   EXPECT_EQ(type(folder_.file(kYaUtf8)), 1);
-  Psdk::setOemCodePage(65001);
+  CkSettings::setOemCodePage(65001);
 }
 
 TEST_F(FileType, TellsWhy) {

@@ -51,7 +51,8 @@ TEST(TreeNode, LinksItsChildrenInDocumentOrder) {
   TreeNode* const a = TreeNode::createNode(*root, "a");
   TreeNode* const b = TreeNode::createNode(*root, "b");
   TreeNode* const deep = TreeNode::createNode(*b, "deep");
-  EXPECT_EQ(outline(root), "root(a b(deep))");
+  EXPECT_TRUE(deep->addAttributeSb(StringBuffer("1 a?"), StringBuffer("v")));
+  EXPECT_EQ(outline(root), "root(a b(deep[A1a='v']))");
   EXPECT_EQ(root->getFirstChild(), a);
   EXPECT_EQ(root->getLastChild(), b);
   EXPECT_EQ(a->getNextSibling(), b);

@@ -94,6 +94,10 @@ int socket(int family, int type, int protocol) noexcept {
   if (SystemCalls* watch = SystemCalls::current()) {
     watch->note("socket " + fixture::familyName(family));
     watch->socketTypes.push_back(type);
+    if (watch->noSocket != 0) {
+      errno = watch->noSocket;
+      return -1;
+    }
   }
   return fixture::real<decltype(::socket)>("socket")(family, type, protocol);
 }

@@ -38,6 +38,8 @@ class SystemCalls {
   static constexpr ssize_t kAskSystem = -1'000'000;
   std::function<ssize_t(std::size_t n)> sender;
   std::function<ssize_t(std::size_t n)> receiver;
+  /// An errno that socket fails with; 0 leaves it to the system.
+  int noSocket = 0;
   /// An errno that connect fails with at once; 0 leaves it to the system.
   std::function<int()> connecter;
   /// The flags of each send.

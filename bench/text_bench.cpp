@@ -11,6 +11,7 @@ extern "C" {
 #include <openssl/evp.h>
 #include <unicode/ucnv.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -70,7 +71,7 @@ void ours(benchmark::State& state, const Encoding& from, const Encoding& to,
 void byIconv(benchmark::State& state, const Encoding& from, const Encoding& to,
              const std::string& text) {
   const iconv_t converter = iconv_open(to.iconvName, from.iconvName);
-  if (converter == reinterpret_cast<iconv_t>(-1)) std::abort();
+  if (reinterpret_cast<std::intptr_t>(converter) == -1) std::abort();
   std::vector<char> out(text.size() * 4 + 16);
   for (auto _ : state) {
     char* in = const_cast<char*>(text.data());

@@ -154,9 +154,7 @@ bool Soak::judge(const Usage& before, const Usage& after) const {
   return same;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   int polls = 100000;
   CLI::App app(
       "A hundred scales, half serial and half TCP, polled in turn with conleave off and on");
@@ -169,13 +167,19 @@ int main(int argc, char** argv) {
     constexpr int kWrongOption = 2;
     return app.exit(error) == 0 ? EXIT_SUCCESS : kWrongOption;
   }
+  Fleet fleet(kScales);
+  bool same = true;
+  for (const bool keepConnections : {false, true}) {
+    same = Soak(polls / 2, keepConnections).run(fleet) && same;
+  }
+  return same ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    Fleet fleet(kScales);
-    bool same = true;
-    for (const bool keepConnections : {false, true}) {
-      same = Soak(polls / 2, keepConnections).run(fleet) && same;
-    }
-    return same ? EXIT_SUCCESS : EXIT_FAILURE;
+    return run(argc, argv);
   } catch (const std::exception& error) {
     std::cerr << "soak: " << error.what() << '\n';
     return EXIT_FAILURE;

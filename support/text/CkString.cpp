@@ -21,8 +21,7 @@ CkString::CkString(const char* utf8, bool /*ignored*/) : CkString() {
   if (m_x != nullptr) m_x->setFromUtf8(utf8);
 }
 
-CkString::CkString(const CkString& other)
-    : CkObject(), m_x(XString::createNewObject()), m_utf8(other.m_utf8) {
+CkString::CkString(const CkString& other) : m_x(XString::createNewObject()), m_utf8(other.m_utf8) {
   append(other);
 }
 

@@ -34,7 +34,7 @@ StringBuffer::~StringBuffer() {
 }
 
 StringBuffer& StringBuffer::operator=(const StringBuffer& other) {
-  setString(other);
+  if (&other != this) setString(other);
   return *this;
 }
 

@@ -6,8 +6,7 @@
 #include "StringBuffer.h"
 
 AttributeSet::AttributeSet(const AttributeSet& other)
-    : KestrumObject(),
-      m_preventDuplicates(other.m_preventDuplicates),
+    : m_preventDuplicates(other.m_preventDuplicates),
       m_lowercaseNames(other.m_lowercaseNames),
       m_lengths(other.m_lengths),
       m_text(other.m_text) {}

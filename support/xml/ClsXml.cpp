@@ -53,7 +53,7 @@ ClsXml* ClsXml::createNewCls() {
 
 ClsXml::ClsXml() { standOnNewRoot("unnamed"); }
 
-ClsXml::ClsXml(const ClsXml& other) : ClsBase() {
+ClsXml::ClsXml(const ClsXml& other) {
   // Locking leaves the other cursor as it is.
   const CritSecExitor lock(const_cast<ClsXml*>(&other));
   if (other.m_tree == nullptr) return;

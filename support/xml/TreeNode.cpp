@@ -58,7 +58,7 @@ TreeNode* TreeNode::createNode(TreeNode& parent, std::string_view tag) {
     auto* const node = new TreeNode(*parent.m_treeInfo);
     std::unique_ptr<KestrumObject> owner(node);
     if (!node->setTnTag(tag) || !parent.m_children->appendPtr(node)) return nullptr;
-    owner.release();  // The document's now.
+    static_cast<void>(owner.release());  // The document's now.
     node->m_parent = &parent;
     node->m_prevSibling = previous;
     if (previous != nullptr) previous->m_nextSibling = node;

@@ -35,7 +35,8 @@ class Descriptor {
 class StopSignal {
  public:
   StopSignal();
-  void raise();
+  /// Can't fail: the count of an open event is far from full.
+  void raise() noexcept;
   int descriptor() const { return event_.get(); }
 
  private:

@@ -1,6 +1,8 @@
 #include "Variant.h"
 
+#include <algorithm>
 #include <cstring>
+#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -16,7 +18,9 @@ tVariant junk() {
   return result;
 }
 
-bool sameBytes(const tVariant& a, const tVariant& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+bool sameBytes(const tVariant& a, const tVariant& b) {
+  return std::ranges::equal(std::as_bytes(std::span(&a, 1)), std::as_bytes(std::span(&b, 1)));
+}
 
 void release(MemoryManager& memory, tVariant& variant) {
   if (variant.vt != kVariantWideString) return;

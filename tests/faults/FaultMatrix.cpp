@@ -144,9 +144,8 @@ int runMatrix(const Options& options) {
   // itself. A wrong weight never is.
   std::size_t again = 0;
   for (int round = 0; round < kMostRounds; ++round) {
-    const std::vector<Cell*> late = select(cells, [](const Cell& cell) {
-      return !cell.failures.empty() && cell.wasOnlyLate;
-    });
+    const std::vector<Cell*> late =
+        select(cells, [](const Cell& cell) { return !cell.failures.empty() && cell.wasOnlyLate; });
     if (late.empty() || late.size() > kMostLate) break;
     again += late.size();
     runAll(late, 1);
@@ -177,9 +176,7 @@ int runMatrix(const Options& options) {
                                                                            : EXIT_FAILURE;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   Options options;
   CLI::App app("Every model, over both transports, against every fault of scale and line");
   app.add_option("--threads", options.threads, "Cells at a time")
@@ -191,4 +188,15 @@ int main(int argc, char** argv) {
       ->check(CLI::IsMember({"serial", "TCP"}));
   CLI11_PARSE(app, argc, argv);
   return runMatrix(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "fault_matrix: " << error.what() << '\n';
+    return EXIT_FAILURE;
+  }
 }

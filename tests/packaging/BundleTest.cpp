@@ -1,6 +1,5 @@
 // The delivered archive, unpacked and attached as the platform does it.
 
-#include <cstdlib>
 #include <filesystem>
 #include <pugixml.hpp>
 #include <string>
@@ -10,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "ComponentFixture.h"
+#include "Program.h"
 #include "TempFolder.h"
 
 namespace {
@@ -22,9 +22,11 @@ constexpr const char* kManifest = "MANIFEST.XML";
 class Bundle : public testing::Test {
  protected:
   void SetUp() override {
-    const std::string unpack = "cd '" + folder_.path() + "' && '" ORBELO_CMAKE "' -E tar xf '" +
-                               std::string(ORBELO_BUNDLE) + "'";
-    ASSERT_EQ(std::system(unpack.c_str()), 0);
+    fixture::Program unpack({ORBELO_CMAKE, "-E", "chdir", folder_.path(), ORBELO_CMAKE, "-E", "tar",
+                             "xf", ORBELO_BUNDLE},
+                            fixture::Program::Errors::WithOutput);
+    EXPECT_EQ(unpack.rest(), "");
+    ASSERT_EQ(unpack.end(), 0);
   }
 
   fixture::TempFolder folder_;

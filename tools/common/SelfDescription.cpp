@@ -6,8 +6,7 @@ std::string selfDescription(const CLI::App& app, const std::string& form) {
   const CommandEntry program = commandLineOf(app);
   if (form == "man") return manualPage(program);
   if (form == "bash") return bashCompletion(program);
-  if (form == "zsh") return zshCompletion(program);
-  return {};
+  return zshCompletion(program);
 }
 
 std::string versionLine(const std::string& program) { return program + " " + ORBELO_VERSION; }

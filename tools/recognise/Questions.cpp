@@ -89,7 +89,7 @@ std::vector<Question> distinctQuestions(std::span<const ScalesModel* const> mode
 Question between(const Question& before, const Question& next) {
   for (const ScalesModel& model : scalesModels()) {
     if (model.sheet == nullptr || model.sheet->request.first.empty()) continue;
-    const Question candidate{&model.sheet->request, before.line, model.sheet->budget_ms, {}};
+    Question candidate{&model.sheet->request, before.line, model.sheet->budget_ms, {}};
     if (!makesCommand(before.bytes(), candidate.bytes()) &&
         !makesCommand(candidate.bytes(), next.bytes())) {
       return candidate;

@@ -3,14 +3,13 @@
 // the protocol's rules as the simulator knows them; the driver's own result is held against it, and
 // an exchange that differs isn't written but told.
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iostream>
 #include <iterator>
 #include <memory>
 #include <sstream>
-#include <thread>
 
 #include <CLI/CLI.hpp>
 
@@ -271,9 +270,26 @@ bool record(const Scenario& scenario, const ScaleModel& model, Transport transpo
   return true;
 }
 
-}  // namespace
+/// Of one model under all that can happen to it.
+struct Recorded {
+  int written = 0;
+  int failed = 0;
+};
+Recorded recordAll(const ScaleModel& model, const fs::path& folder) {
+  Recorded recorded;
+  for (const Scenario& scenario : scenarios()) {
+    for (const Transport transport : {Transport::Pty, Transport::Tcp}) {
+      const bool tcp = transport == Transport::Tcp;
+      if (!scenario.applies(model) || (tcp && !(scenario.tcpToo && model.worksOverTcp()))) {
+        continue;
+      }
+      ++(record(scenario, model, transport, folder) ? recorded.written : recorded.failed);
+    }
+  }
+  return recorded;
+}
 
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   fs::path folder;
   CLI::App app(
       "Records one poll of every simulated scale under every fault, as exchanges_test plays them");
@@ -281,31 +297,32 @@ int main(int argc, char** argv) {
       ->required();
   try {
     app.parse(argc, argv);
-    fs::create_directories(folder);
   } catch (const CLI::ParseError& error) {
     constexpr int kWrongUsage = 2;
     return app.exit(error) == 0 ? EXIT_SUCCESS : kWrongUsage;
-  } catch (const fs::filesystem_error& error) {
+  }
+  fs::create_directories(folder);
+  std::vector<std::future<Recorded>> models;
+  for (const ScaleModel& model : sim::scaleModels()) {
+    models.push_back(std::async(std::launch::async, [&] { return recordAll(model, folder); }));
+  }
+  Recorded all;
+  for (std::future<Recorded>& model : models) {
+    const Recorded recorded = model.get();
+    all.written += recorded.written;
+    all.failed += recorded.failed;
+  }
+  std::cout << all.written << " exchanges recorded, " << all.failed << " not\n";
+  return all.failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
     std::cerr << "record_exchanges: " << error.what() << '\n';
     return EXIT_FAILURE;
   }
-  std::vector<std::thread> models;
-  std::atomic<int> written = 0;
-  std::atomic<int> failed = 0;
-  for (const ScaleModel& model : sim::scaleModels()) {
-    models.emplace_back([&] {
-      for (const Scenario& scenario : scenarios()) {
-        for (const Transport transport : {Transport::Pty, Transport::Tcp}) {
-          const bool tcp = transport == Transport::Tcp;
-          if (!scenario.applies(model) || (tcp && !(scenario.tcpToo && model.worksOverTcp()))) {
-            continue;
-          }
-          ++(record(scenario, model, transport, folder) ? written : failed);
-        }
-      }
-    });
-  }
-  for (std::thread& model : models) model.join();
-  std::cout << written << " exchanges recorded, " << failed << " not\n";
-  return failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

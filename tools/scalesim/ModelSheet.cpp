@@ -30,7 +30,7 @@ std::string lineText(const sim::LineSettings& line) {
 }
 
 std::string commandText(const sim::Command& command) {
-  const std::string bytes = hexText(command.bytes);
+  std::string bytes = hexText(command.bytes);
   if (command.payload == 0) return bytes;
   return fill(texts::kAndBytes, {bytes, std::to_string(command.payload)});
 }

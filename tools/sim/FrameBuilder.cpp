@@ -46,11 +46,6 @@ FrameBuilder& FrameBuilder::text(std::string_view characters) {
   return *this;
 }
 
-FrameBuilder& FrameBuilder::bytes(const Bytes& more) {
-  frame_.insert(frame_.end(), more.begin(), more.end());
-  return *this;
-}
-
 FrameBuilder& FrameBuilder::digitsUnitsFirst(std::int64_t magnitude, int places, char zero) {
   for (int i = 0; i < places; ++i, magnitude /= 10) {
     character(static_cast<char>(zero + static_cast<char>(magnitude % 10)));

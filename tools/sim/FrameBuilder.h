@@ -47,7 +47,6 @@ class FrameBuilder {
   FrameBuilder& byte(std::uint8_t value);
   FrameBuilder& character(char value) { return byte(static_cast<std::uint8_t>(value)); }
   FrameBuilder& text(std::string_view characters);
-  FrameBuilder& bytes(const Bytes& more);
   /// Decimal digits, the units first, each with `zero` added: '0' for characters, 0 for numbers.
   FrameBuilder& digitsUnitsFirst(std::int64_t magnitude, int places, char zero);
   FrameBuilder& littleEndian(std::uint64_t value, int width);

@@ -64,8 +64,9 @@ Bytes received(std::span<const std::uint8_t> bytes, const LineEnd& sender, const
   for (double start = line.nextFall(0); start < line.length();) {
     double sample = start + kMiddleOfFirst * bit;
     unsigned byte = 0;
-    for (int i = 0; i < receiver.settings.dataBits; ++i, sample += bit) {
+    for (int i = 0; i < receiver.settings.dataBits; ++i) {
       byte |= (line.at(sample) ? 1U : 0U) << static_cast<unsigned>(i);
+      sample += bit;
     }
     bool good = true;
     if (receiver.settings.parity == Parity::Even) {

@@ -31,28 +31,20 @@ constexpr std::array<DoubtName, 6> kDoubts = {{{recognise::kKin, "kin"},
                                                {recognise::kStrayBytes, "stray_bytes"},
                                                {recognise::kImplausible, "implausible"}}};
 
-const Text& noiseText(Noise noise) {
+struct NoiseName {
+  const char* name;
+  const Text& text;
+};
+NoiseName nameOf(Noise noise) {
   switch (noise) {
-    case Noise::TooFew: return text::kNoiseTooFew;
-    case Noise::CleanText: return text::kNoiseText;
-    case Noise::EvenParity: return text::kNoiseEven;
-    case Noise::OddParity: return text::kNoiseOdd;
-    case Noise::WrongSpeed: return text::kNoiseSpeed;
+    case Noise::TooFew: return {"too_few", text::kNoiseTooFew};
+    case Noise::CleanText: return {"text", text::kNoiseText};
+    case Noise::EvenParity: return {"even_parity", text::kNoiseEven};
+    case Noise::OddParity: return {"odd_parity", text::kNoiseOdd};
+    case Noise::WrongSpeed: return {"wrong_speed", text::kNoiseSpeed};
     case Noise::Unclear: break;
   }
-  return text::kNoiseUnclear;
-}
-
-const char* noiseName(Noise noise) {
-  switch (noise) {
-    case Noise::TooFew: return "too_few";
-    case Noise::CleanText: return "text";
-    case Noise::EvenParity: return "even_parity";
-    case Noise::OddParity: return "odd_parity";
-    case Noise::WrongSpeed: return "wrong_speed";
-    case Noise::Unclear: break;
-  }
-  return "unclear";
+  return {"unclear", text::kNoiseUnclear};
 }
 
 const char* endName(FindResult::End end) {
@@ -167,7 +159,7 @@ void writeUnexplained(const std::vector<Unexplained>& unexplained) {
     std::cout << "  "
               << fill(text::kNoiseLine,
                       {setting.bitsPerSecond == 0 ? say(text::kNetworkName) : setting.text(),
-                       std::to_string(bytes.size()), say(noiseText(noise)), hexText(shown)})
+                       std::to_string(bytes.size()), say(nameOf(noise).text), hexText(shown)})
               << '\n';
   }
 }
@@ -232,7 +224,7 @@ void writeJson(const Connection& connection, const FindResult& result) {
     Json row;
     row["line"] = setting.text();
     row["bytes"] = bytes.size();
-    row["looks_like"] = noiseName(noise);
+    row["looks_like"] = nameOf(noise).name;
     row["hex"] = hexText(std::span(bytes).first(std::min(bytes.size(), kShownBytes)));
     unexplained.push_back(row);
   }

@@ -69,9 +69,13 @@ class Search {
 
  private:
   bool goOn() {
+    noteEnd();
+    return result_.end == FindResult::End::Done && !(sure() && !asking_);
+  }
+
+  void noteEnd() {
     if (interrupt_.asked()) result_.end = FindResult::End::Interrupted;
     if (!line_.isUp()) result_.end = FindResult::End::LineLost;
-    return result_.end == FindResult::End::Done && !(sure() && !asking_);
   }
 
   /// Whether the best of what was found is beyond doubt, but for kin.
@@ -197,7 +201,8 @@ class Search {
   }
 
   void finish() {
-    rankAll();
+    // The last step may have been cut short, too.
+    if (!sure()) noteEnd();
     // A setting at which a scale was found is the right one, whatever else came there.
     std::erase_if(result_.unexplained, [&](const Unexplained& other) {
       return std::ranges::any_of(result_.sightings, [&](const Sighting& sighting) {

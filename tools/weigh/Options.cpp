@@ -58,15 +58,17 @@ CLI::Option* addText(CLI::App& app, const std::string& names, std::string& targe
 /// Options added while one exists stand under its heading.
 class GroupOfOptions {
  public:
-  GroupOfOptions(CLI::App& app, const Text& heading) : defaults_(*app.option_defaults()) {
+  GroupOfOptions(CLI::App& app, const Text& heading)
+      : defaults_(*app.option_defaults()), before_(defaults_) {
     defaults_.group(say(heading));
   }
-  ~GroupOfOptions() { defaults_.group(say(text::kOptionsGroup)); }
+  ~GroupOfOptions() { std::swap(defaults_, before_); }
   GroupOfOptions(const GroupOfOptions&) = delete;
   GroupOfOptions& operator=(const GroupOfOptions&) = delete;
 
  private:
   CLI::OptionDefaults& defaults_;
+  CLI::OptionDefaults before_;
 };
 
 /// Says on which side of the wire `connection` ends, once all options are known.

@@ -23,9 +23,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::uintmax_t kMostOfLog = 256 * 1024;
+constexpr std::uintmax_t kKibibyte = 1024;
+constexpr std::uintmax_t kMostOfLog = 256 * kKibibyte;
 /// A settings file of a hundred scales takes a twentieth of this.
-constexpr std::uintmax_t kMostOfSettings = 1024 * 1024;
+constexpr std::uintmax_t kMostOfSettings = 1024 * kKibibyte;
 constexpr std::size_t kMostLogs = 32;
 
 struct ReportOptions {
@@ -86,6 +87,7 @@ std::vector<fs::path> logsOf(const fs::path& folder) {
   }
   std::sort(logs.rbegin(), logs.rend());
   std::vector<fs::path> files;
+  files.reserve(logs.size());
   for (auto& [time, file] : logs) files.push_back(std::move(file));
   return files;
 }

@@ -192,7 +192,7 @@ TEST_F(Transfer, APeerThatTakesNothingCostsTheSendLimit) {
   TcpPeer peer([](TcpWire& wire) { wire.pause(10'000); });
   fixture::connectTo(socket, peer.port());
   socket.put_MaxSendIdleMs(200);
-  const std::string much(32 * 1024 * 1024, 'x');
+  const std::string much(std::size_t{32} * 1024 * 1024, 'x');
   const Stopwatch clock;
   EXPECT_FALSE(sendBytes(socket, much));
   EXPECT_GE(clock.ms(), 200);

@@ -153,6 +153,25 @@ TEST_P(SelfDescription, MakesScriptsThatTheShellsTake) {
   EXPECT_EQ(outputOf("zsh -n <(" + print + "zsh) 2>&1"), "");
 }
 
+TEST_P(SelfDescription, SpeaksTheLanguageOfTheEnvironment) {
+  const struct {
+    const char* environment;
+    bool russian;
+  } cases[] = {
+      {"", false},
+      {"LANG=uk_UA.UTF-8", true},
+      {"LANG=rus", false},
+      {"LC_ALL= LC_MESSAGES=ru LANG=C", true},
+      {"LC_ALL=C LC_MESSAGES=ru_RU.UTF-8", false},
+  };
+  for (const auto& [environment, russian] : cases) {
+    const std::string help =
+        outputOf("env -i " + std::string(environment) + ' ' + GetParam().path + " --help");
+    EXPECT_EQ(help.find("весов") != std::string::npos, russian) << environment;
+    EXPECT_THAT(help, HasSubstr("--help"));
+  }
+}
+
 using WeighCompletion = SelfDescription;
 INSTANTIATE_TEST_SUITE_P(Program, WeighCompletion,
                          testing::Values(Program{"weigh", WEIGH_PROGRAM}));

@@ -120,16 +120,17 @@ TEST(Recognise, TellsItsDoubts) {
 
 /// A checksum makes every change of every byte a refused frame; a bare row of digits none.
 TEST(Checks, AreMeasuredByChangingBytes) {
+  constexpr std::size_t kOtherValues = 255;
   const struct {
     int model;
     std::size_t guarded;
     std::size_t used;
     std::size_t refused;
   } rows[] = {
-      {18, 9, 9, 9 * 255},
+      {18, 9, 9, 9 * kOtherValues},
       {28, 0, 18, 0},
       // Six fixed bytes with the start byte, and "S", "F" and seven places of the weight in use.
-      {13, 5, 13, 5 * 255},
+      {13, 5, 13, 5 * kOtherValues},
   };
   for (const auto& row : rows) {
     const Checks checks = checksOf(*findScalesModel(row.model)->sheet, frameOf(row.model, 1.25));

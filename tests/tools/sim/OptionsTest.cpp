@@ -83,12 +83,25 @@ TEST_F(OptionsTest, RefuseWhatMakesNoSense) {
 }
 
 TEST_F(OptionsTest, HelpOnAModelTellsLineAndOptions) {
-  const std::string sheet = modelSheet(*sim::findScaleModel(17));
-  for (const char* part : {"17: Camry", "8E2", "even parity", "00 00 03 00 00 00 00 00",
-                           "--weight --price", "reads 1.250 kg as 1.25"}) {
-    EXPECT_THAT(sheet, HasSubstr(part));
+  const struct {
+    int model;
+    std::vector<const char*> parts;
+  } sheets[] = {
+      {17,
+       {"17: Camry", "8E2", "even parity", "answers to 00 00 03 00 00 00 00 00", "--weight --price",
+        "reads 1.250 kg as 1.25 (kilograms)"}},
+      {8, {"zero: 5A"}},
+      {10, {"no commands", "(the scale's raw count)", "always reports moving"}},
+      {12, {"no parity", "(grams)"}},
+      {18, {"frame after frame without being asked"}},
+      {21, {"tare: 00 00 01; price: 00 00 02 and 6 bytes"}},
+      {23, {"no: the component asks for more"}},
+      {24, {"setup: 53 54 52"}},
+  };
+  for (const auto& [model, parts] : sheets) {
+    const std::string sheet = modelSheet(*sim::findScaleModel(model));
+    for (const char* part : parts) EXPECT_THAT(sheet, HasSubstr(part));
   }
-  EXPECT_THAT(modelSheet(*sim::findScaleModel(23)), HasSubstr("no: the component asks for more"));
 }
 
 TEST_F(OptionsTest, SpeakTheLanguageThatIsAskedFor) {

@@ -14,6 +14,7 @@
 
 namespace {
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -35,6 +36,12 @@ class Scalesim : public fixture::Program {
   }
 };
 
+/// At the address that scalesim told.
+Host hostAt(const std::string& address) {
+  if (address.starts_with('/')) return Host(address);
+  return Host(std::stoi(address.substr(address.find(':') + 1)));
+}
+
 TEST(Program, PlaysOnALinkUntilToldToQuit) {
   const sim::TemporaryDirectory folder;
   const std::string link = folder.path() / "scale";
@@ -52,33 +59,37 @@ TEST(Program, PlaysOnALinkUntilToldToQuit) {
 }
 
 TEST(Program, PlaysOnATcpPortAndLivesOnWhenItsInputEnds) {
-  Scalesim program({"13", "--tcp"});
+  Scalesim program({"23", "--tcp", "--verbose"});
   program.closeInput();
+  EXPECT_THAT(program.line(), HasSubstr("can't read model 23 over TCP"));
   const std::string address = program.line();
   ASSERT_THAT(address, StartsWith("127.0.0.1:"));
-  const Host host(std::stoi(address.substr(address.find(':') + 1)));
-  host.say({0x05, 0x11});
-  EXPECT_EQ(host.hear(16).size(), 16U);
+  const Host host = hostAt(address);
+  host.say({0x05});
+  EXPECT_EQ(host.hear(12).size(), 12U);
   program.signal(SIGINT);
+  EXPECT_THAT(program.rest(), ContainsRegex("[0-9.:]+  23  <-  05\n[0-9.:]+  23  ->  02 42 0D "));
   EXPECT_EQ(program.end(), kGood);
 }
 
 TEST(Program, ReplaysALogTurnByTurnAndTellsOfAStranger) {
-  // Asked once without an answer, then answered; and asked again.
-  Scalesim program({"--replay", EXCHANGES "/13-serial-silent-once.log", "--tcp"});
-  const std::string address = program.line();
-  {
-    const Host host(std::stoi(address.substr(address.find(':') + 1)));
-    host.say({0x05, 0x11});
-    host.say({0x05, 0x12});
-    const sim::Bytes frame = host.hear(16);
-    EXPECT_THAT(std::string(frame.begin(), frame.end()), HasSubstr("1.250kg"));
+  for (const char* line : {"--pty", "--tcp"}) {
+    // Asked once without an answer, then answered; and asked again.
+    Scalesim program({"--replay", EXCHANGES "/13-serial-silent-once.log", "--verbose", line});
+    {
+      const Host host = hostAt(program.line());
+      host.say({0x05, 0x11});
+      host.say({0x05, 0x12});
+      const sim::Bytes frame = host.hear(16);
+      EXPECT_THAT(std::string(frame.begin(), frame.end()), HasSubstr("1.250kg"));
+    }
+    program.signal(SIGTERM);
+    const std::string told = program.rest();
+    EXPECT_THAT(told, HasSubstr("1 turns"));
+    EXPECT_THAT(told, HasSubstr("silent-once.log  <-  05 11"));
+    EXPECT_THAT(told, HasSubstr("sent 05 11 05 12, in the record it was 05 11 05 11"));
+    EXPECT_EQ(program.end(), kGood);
   }
-  program.signal(SIGTERM);
-  const std::string told = program.rest();
-  EXPECT_THAT(told, HasSubstr("1 turns"));
-  EXPECT_THAT(told, HasSubstr("sent 05 11 05 12, in the record it was 05 11 05 11"));
-  EXPECT_EQ(program.end(), kGood);
 }
 
 TEST(Program, PlaysAllAndCleansUp) {
@@ -113,6 +124,10 @@ TEST(Program, TellsWhatWentWrong) {
       {{"13", "--link", folder.path()}, kFailure, "something that is no link"},
       {{"13", "--link", folder.path() / "no" / "link"}, kFailure, "Make the folder first"},
       {{"--replay", "/no/such.log"}, kFailure, "can't be read"},
+      {{"--all", folder.path() / std::string(200, 'a') / std::string(60, 'b')},
+       kFailure,
+       "choose another folder"},
+      {{"--version"}, kGood, "scalesim "},
       {{"--list"}, kGood, "CAS-LP"},
       {{"--help", "13"}, kGood, "05 11"},
   };

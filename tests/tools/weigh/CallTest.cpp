@@ -76,6 +76,7 @@ TEST(Call, OpenGivesAnIdAndGetParametersThePage) {
   const ProgramRun page = weigh({"page"});
   EXPECT_THAT(page.out,
               StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\r\n<Settings>\r\n"));
+  EXPECT_EQ(weigh({"page", "--json"}).records().at(0)["page"], page.out);
   const json raw = weigh({"call", "GetParameters", "--json"}).records().at(0);
   EXPECT_EQ(raw["params"][0]["value"], page.out);
 }

@@ -1,9 +1,13 @@
 // What the doctor knows without a scale: of adapters, and of what protocols say.
 
+#include <bit>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Doctor.h"
+#include "DoctorLine.h"
+#include "DoctorOutput.h"
 #include "FakeMachine.h"
 #include "Library.h"
 #include "SimulatedScale.h"
@@ -66,6 +70,53 @@ TEST(DoctorOfAMachine, ListsTheDevicesInPlaceOfOneThatIsNotThere) {
   ASSERT_EQ(diagnosis.devices.size(), 2U);
   EXPECT_EQ(diagnosis.devices[1].bySocket.filename(), "usb-0:1-1.2:1.0-port0");
   EXPECT_FALSE(diagnosis.weighs);
+  const weigh::Json record = weigh::diagnosisRecord({}, diagnosis)["devices"];
+  EXPECT_EQ(record[0]["device"], machine.device("ttyS0"));
+  EXPECT_FALSE(record[0].contains("usb_id"));
+  EXPECT_EQ(record[1]["usb_id"], "0403:6001");
+  EXPECT_EQ(record[1]["socket"], "1-1.2");
+}
+
+/// Text of 7 data bits and a parity bit, as a line without parity takes it.
+weigh::ByteRow withParity(const std::string& text, int ones) {
+  weigh::ByteRow bytes(text.begin(), text.end());
+  for (std::uint8_t& byte : bytes) {
+    if (std::popcount(byte) % 2 != ones) byte |= 0x80U;
+  }
+  return bytes;
+}
+
+TEST(DoctorOfAMachine, JudgesALineByAllThatCameOfIt) {
+  useLanguage(Language::English);
+  const std::string ticket = "TICKET 0042 GROSS 12.5 NET 11.0\r\n";
+  const struct {
+    weigh::ByteRow bytes;
+    bool hungUp;
+    int framingErrors;
+    int parityErrors;
+    const char* verdict;
+    const char* cause;
+  } cases[] = {
+      {{}, true, 0, 0, "line-fails", "Input/output error"},
+      {{0x55}, false, 1, 0, "wrong-speed", "another speed"},
+      {{0x55}, false, 0, 1, "wrong-parity", "come with the wrong parity"},
+      {withParity(ticket, 0), false, 0, 0, "wrong-parity", "even parity, and model 13"},
+      {withParity(ticket, 1), false, 0, 0, "wrong-parity", "odd parity"},
+      {{ticket.begin(), ticket.end()}, false, 0, 0, "garbled", "Readable text comes in"},
+      {{0x55, 0xAA}, false, 0, 0, "garbled", "never a frame of model 13: 55 AA"},
+  };
+  for (const auto& row : cases) {
+    weigh::Heard heard;
+    heard.unasked = row.bytes;
+    heard.hungUp = row.hungUp;
+    heard.framingErrors = row.framingErrors;
+    heard.parityErrors = row.parityErrors;
+    weigh::Connection connection;
+    connection.model = 13;
+    const weigh::Finding found = weigh::judge(heard, *findScalesModel(13), connection);
+    EXPECT_EQ(found.code, row.verdict) << row.cause;
+    EXPECT_THAT(found.cause, HasSubstr(row.cause));
+  }
 }
 
 TEST(DoctorOfAMachine, CallsAWeightMovingOnlyWhereTheProtocolSaysSo) {

@@ -1,9 +1,13 @@
 // The search for an unknown scale, with the program and simulated scales. The whole table of models
 // at random speeds is run by hand: scripts/find-all.
 
+#include <chrono>
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Program.h"
 #include "Questions.h"
 #include "Run.h"
 
@@ -14,6 +18,7 @@ using sim::Action;
 using sim::SimulatedScale;
 using sim::Transport;
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 
 struct Unknown {
@@ -63,6 +68,12 @@ TEST(Find, AsksANetworkScaleAndTellsPeopleWhatToEnter) {
                              HasSubstr("weigh read --model 24 --host 127.0.0.1")));
 }
 
+TEST(Find, TellsOfALineThatCantBeOpened) {
+  const ProgramRun run = weigh({"find", "--port", "/dev/no-such-scale"});
+  EXPECT_EQ(run.exitCode, kScaleFailed);
+  EXPECT_THAT(run.err, HasSubstr("/dev/no-such-scale can't be opened"));
+}
+
 /// To a scale that says nothing each question goes once, and nothing else does.
 TEST(Find, SendsWeightRequestsAndNothingElse) {
   SimulatedScale scale(28, Transport::Tcp, {.silent = true});
@@ -89,7 +100,31 @@ TEST(Find, PassivelySendsNothingAndSaysWhatGarbageLooksLike) {
   const json end = run.records().at(0);
   EXPECT_EQ(end["candidates"], 0);
   EXPECT_EQ(end["unexplained"].at(0)["looks_like"], "wrong_speed");
+  const ProgramRun told = weigh({"find", "--passive", "--port", scale.devicePath(), "--speeds",
+                                 "9600", "--listen", "0.3", "--models", "13"});
+  EXPECT_THAT(told.out, ContainsRegex("9600 8N1: [0-9]+ bytes, looks like a wrong speed: "));
+  EXPECT_THAT(told.err, HasSubstr("Bytes came that belong to no model"));
   EXPECT_TRUE(scale.received().empty());
+}
+
+/// An uncertain find goes on to the questions, until somebody has had enough.
+TEST(Find, EndsOnCtrlCWithWhatItHas) {
+  SimulatedScale scale(33, Transport::Tcp, {.corruptEvery = 2});
+  const std::string find =
+      WEIGH_PROGRAM " find --lang en --host 127.0.0.1 --tcp-port " + std::to_string(scale.port());
+  fixture::Program terminal({"script", "-qefc", find, "/dev/null"},
+                            fixture::Program::Errors::Apart);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+  while (scale.received().empty() && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(std::chrono::milliseconds{10});
+  }
+  terminal.say("\x03");
+  const std::string told = terminal.rest();
+  EXPECT_THAT(told,
+              AllOf(HasSubstr("listening 127.0.0.1 ... "), HasSubstr("asking 127.0.0.1 ... "),
+                    HasSubstr("Ended early"), HasSubstr("Probably model 33, but uncertain:\r\n"),
+                    HasSubstr("frames were refused")));
+  EXPECT_EQ(terminal.end(), kGood);
 }
 
 }  // namespace

@@ -126,11 +126,47 @@ TEST(Read, EmulatorAnswersWithoutHardware) {
   EXPECT_EQ(run.exitCode, failed ? kScaleFailed : kGood);
 }
 
+TEST(Read, ShowsMoneyAsTheScaleCountsIt) {
+  const struct {
+    int model;
+    const char* text;
+  } cases[] = {
+      {0, "2000 g   price 1250/100   cost 2500/100   stable\n"},
+      {14, "2000 (as shown)   price 1250   cost 2500   stable\n"},
+      {17, "2.000 kg   price 12.50   cost 25.00   stable\n"},
+  };
+  for (const auto& [model, text] : cases) {
+    SimulatedScale scale(model, Transport::Pty, {.weight = 2.0, .price = 12.5});
+    EXPECT_EQ(weigh(Arguments{"read", "--price"} + optionsOf(scale)).out, text);
+  }
+}
+
+TEST(Read, NamesCauseAndRemedyOfAnError) {
+  SimulatedScale scale(13, Transport::Tcp, {.overload = true});
+  const struct {
+    Arguments options;
+    const char* error;
+    const char* remedy;
+  } cases[] = {
+      {{"--model", "13", "--port", "/dev/no-such-scale"},
+       "scale error 1: ",
+       "There is no /dev/no-such-scale"},
+      {{"--model", "13", "--port", "/dev/null"}, "scale error 1: ", "Is /dev/null in use"},
+      {optionsOf(scale), "scale error 7: ", "Take the load off the scale"},
+  };
+  for (const auto& [options, error, remedy] : cases) {
+    const ProgramRun run = weigh(Arguments{"read", "--count", "2", "--interval", "0"} + options);
+    EXPECT_EQ(run.exitCode, kScaleFailed);
+    EXPECT_THAT(run.err, AllOf(HasSubstr(error), HasSubstr(remedy)));
+    EXPECT_EQ(run.err.find(remedy), run.err.rfind(remedy)) << "what to do is said once";
+  }
+}
+
 TEST(Commands, ReachTheScaleOrTellThatItHasNone) {
-  SimulatedScale labelling(14, Transport::Pty);
-  const ProgramRun tare = weigh(Arguments{"tare"} + optionsOf(labelling));
-  EXPECT_EQ(tare.exitCode, labelling.count(sim::Action::Tare) > 0 ? kGood : kScaleFailed);
-  EXPECT_EQ(tare.exitCode, labelling.model().obeys(sim::Action::Tare) ? kGood : kScaleFailed);
+  SimulatedScale scale(35, Transport::Pty);
+  const ProgramRun tare = weigh(Arguments{"tare"} + optionsOf(scale));
+  EXPECT_EQ(tare.exitCode, kGood) << tare.err;
+  EXPECT_EQ(scale.count(sim::Action::Tare), 1);
 
   const ProgramRun price = weigh({"price", "1250"});
   EXPECT_EQ(price.exitCode, kGood) << price.err;

@@ -68,6 +68,12 @@ TEST(Settings, TellsWhatIsWrongWithTheFolder) {
   EXPECT_EQ(run.exitCode, kWrongUsage);
   EXPECT_THAT(run.err, AllOf(HasSubstr("there is no "), HasSubstr("settings.xml")));
 
+  std::filesystem::create_directory(folder.file("settings.xml"));
+  run = weigh(command);
+  EXPECT_EQ(run.exitCode, kWrongUsage);
+  EXPECT_THAT(run.err, HasSubstr("settings.xml can't be read"));
+  std::filesystem::remove(folder.file("settings.xml"));
+
   // The component reads whatever it can from a document, so a text that is none names no scale.
   for (const char* text : {"no document at all", "<S><SCALE0 fNum=\"1\"/></S>"}) {
     folder.write("settings.xml", text);

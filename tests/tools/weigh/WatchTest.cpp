@@ -53,18 +53,6 @@ TEST(Watch, EndsWellOnCtrlC) {
   EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
 }
 
-TEST(Watch, GoesOnWhenTheScaleIsNotThere) {
-  const ProgramRun run = weigh({"watch", "--model", "13", "--port", "/dev/no-such-scale", "--count",
-                                "2", "--interval", "0", "--json"});
-  EXPECT_EQ(run.exitCode, kScaleFailed);
-  ASSERT_EQ(run.records().size(), 2U);
-  EXPECT_EQ(run.records()[1]["code"], 1);
-  EXPECT_EQ(run.records()[1]["polls_failed"], 2);
-  EXPECT_EQ(run.records()[1]["reconnects"], 0);
-  EXPECT_THAT(run.err, AllOf(HasSubstr("2 readings, 0 good, 2 failed"),
-                             HasSubstr("There is no /dev/no-such-scale.")));
-}
-
 TEST(Watch, CountsAScaleThatComesBack) {
   // The device vanishes for half a second after its first frame, and then all is well.
   SimulatedScale scale(13, Transport::Pty, {.hangUpAfter = 1, .frames = 1});

@@ -150,4 +150,16 @@ TEST(WatchLines, KeepToTheirRoom) {
   EXPECT_THAT(few[2], HasSubstr("4 more"));
 }
 
+TEST(WatchLines, NameAFailureInAWordOrTwo) {
+  useLanguage(Language::English);
+  for (const auto& [code, words] : std::map<std::uint32_t, const char*>{
+           {1, "no connection"}, {5, "not supported"}, {7, "overload"}, {1099, "error 1099"}}) {
+    std::vector<WatchedScale> scales;
+    scales.emplace_back("7", "7", weigh::Connection{.network = true});
+    scales[0].add(failed(code));
+    EXPECT_THAT(weigh::watchLines(scales, "0:00:01", {.columns = 80, .rows = 24})[1],
+                HasSubstr(words));
+  }
+}
+
 }  // namespace

@@ -17,8 +17,10 @@ constexpr double kGramsInKilogram = 1000.0;
 double kilogramsAsWritten(std::int64_t units, int decimals) {
   const std::int64_t power = powerOfTen(decimals);
   const std::int64_t magnitude = units < 0 ? -units : units;
-  const double value = static_cast<double>(magnitude / power) +
-                       static_cast<double>(magnitude % power) / static_cast<double>(power);
+  const std::int64_t whole = magnitude / power;
+  const std::int64_t behindThePoint = magnitude % power;
+  const double value =
+      static_cast<double>(whole) + static_cast<double>(behindThePoint) / static_cast<double>(power);
   return units < 0 ? -value : value;
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <stdexcept>
 
 namespace host {
@@ -16,7 +17,7 @@ constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 class Converter {
  public:
   Converter(const char* to, const char* from) : handle_(::iconv_open(to, from)) {
-    if (handle_ == reinterpret_cast<iconv_t>(-1)) {
+    if (reinterpret_cast<std::intptr_t>(handle_) == -1) {
       throw std::runtime_error(std::string("no conversion from ") + from + " to " + to);
     }
   }

@@ -12,8 +12,8 @@
 inline constexpr int kLongestDrain_ms = 500;
 
 /// Throws away what waits on the line: reads `readSize` bytes at a time until nothing comes, or
-/// until `kLongestDrain_ms` have passed. True if the line was flooded: they have, or a read came back
-/// full. More may then be on its way, however silent the line is for a moment.
+/// until `kLongestDrain_ms` have passed. True if the line was flooded, which is when they have or
+/// a read came back full: more may then be on its way, however silent the line is for a moment.
 bool drain(COrbComLanPort& port, std::size_t readSize);
 
 /// Reads one answer into `frame` (at least as long as the style's frame) and returns the number

@@ -164,6 +164,12 @@ void writeUnexplained(const std::vector<Unexplained>& unexplained) {
   }
 }
 
+/// What may help when nothing was found.
+const Text& remedyFor(const FindResult& result) {
+  if (result.end != FindResult::End::Done) return text::kFindUnfinished;
+  return result.bytes == 0 ? text::kFindSilent : text::kFindNoise;
+}
+
 void writeText(const Connection& connection, const FindResult& result) {
   if (result.end == FindResult::End::Interrupted) std::cout << say(text::kFindInterrupted) << '\n';
   if (result.end == FindResult::End::LineLost) std::cout << say(text::kFindLineLost) << '\n';
@@ -174,7 +180,7 @@ void writeText(const Connection& connection, const FindResult& result) {
   }
   writeUnexplained(result.unexplained);
   std::cout << std::flush;
-  complain(say(text::kNothingFound), say(result.bytes == 0 ? text::kFindSilent : text::kFindNoise));
+  complain(say(text::kNothingFound), say(remedyFor(result)));
 }
 
 Json candidateRecord(const Connection& connection, const Sighting& sighting, int rank) {

@@ -101,6 +101,9 @@ inline constexpr Text kTryIt = {"Try it: {0}", "Проверить: {0}"};
 
 inline constexpr Text kNothingFound = {"no model's frames were found",
                                        "кадров известных моделей не найдено"};
+inline constexpr Text kFindUnfinished = {
+    "The search did not come to its end. Start it again for an answer.",
+    "Поиск не дошёл до конца. Запустите его снова."};
 inline constexpr Text kFindSilent = {
     "Nothing came at all. Is the scale on, is the cable the right one (crossed or straight), is "
     "this the port that it is on? A scale may be set to send on its print key only.",

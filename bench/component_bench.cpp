@@ -183,14 +183,20 @@ void poll(benchmark::State& state, const Line& line, Clock clock) {
   const Value id = open(component);
   const host::Method getWeight = *component.findMethod("GetWeight");
   component.call(getWeight, {id});
+  // The host's own work on its variants is none of the poll's.
+  host::Variants params(std::vector<Value>{id, {}}, component.memory());
+  const Value unset;
+  host::Variants result(std::span(&unset, 1), component.memory());
   for (auto _ : state) {
     const auto started = steady_clock::now();
     const auto startedWork = processorTime();
-    const bool good = component.call(getWeight, {id}).good();
+    const bool done = component.object().CallAsFunc(getWeight.number, result.data(), params.data(),
+                                                    params.count());
     const duration<double> work = processorTime() - startedWork;
     const duration<double> wall = steady_clock::now() - started - line.mandated;
     const duration<double> over{std::fmod(wall.count(), kNap.count())};
-    if (!good) state.SkipWithError("the simulated scale gives no weight");
+    if (!done || !result.data()->value.bVal)
+      state.SkipWithError("the simulated scale gives no weight");
     state.SetIterationTime(clock == Clock::Processor ? work.count() : over.count());
   }
   setAim(state, clock == Clock::Processor ? 200e-6 : 2e-3);

@@ -173,5 +173,10 @@ TEST(SimulatedScale, RefusesModelsWithoutSimulator) {
   EXPECT_THROW(SimulatedScale(20, Transport::Pty), std::invalid_argument);
 }
 
+TEST(TcpEndpoint, RefusesAPortThatIsTaken) {
+  const TcpEndpoint first;
+  EXPECT_THROW(TcpEndpoint{first.port()}, std::system_error);
+}
+
 }  // namespace
 }  // namespace sim

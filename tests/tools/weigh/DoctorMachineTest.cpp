@@ -77,18 +77,14 @@ TEST(DoctorOfAMachine, ListsTheDevicesInPlaceOfOneThatIsNotThere) {
   EXPECT_EQ(record[1]["socket"], "1-1.2");
 }
 
-/// Text of 7 data bits and a parity bit, as a line without parity takes it.
-weigh::ByteRow withParity(const std::string& text, int ones) {
-  weigh::ByteRow bytes(text.begin(), text.end());
-  for (std::uint8_t& byte : bytes) {
-    if (std::popcount(byte) % 2 != ones) byte |= 0x80U;
-  }
-  return bytes;
-}
-
+/// What a pseudo-terminal can't bring about: counts of the hardware, an adapter that goes.
 TEST(DoctorOfAMachine, JudgesALineByAllThatCameOfIt) {
   useLanguage(Language::English);
-  const std::string ticket = "TICKET 0042 GROSS 12.5 NET 11.0\r\n";
+  weigh::ByteRow odd;
+  for (const char c : std::string("TICKET 0042 GROSS 12.5 NET 11.0\r\n")) {
+    const auto byte = static_cast<std::uint8_t>(c);
+    odd.push_back(byte | (std::popcount(byte) % 2 == 0 ? 0x80U : 0U));
+  }
   const struct {
     weigh::ByteRow bytes;
     bool hungUp;
@@ -100,9 +96,7 @@ TEST(DoctorOfAMachine, JudgesALineByAllThatCameOfIt) {
       {{}, true, 0, 0, "line-fails", "Input/output error"},
       {{0x55}, false, 1, 0, "wrong-speed", "another speed"},
       {{0x55}, false, 0, 1, "wrong-parity", "come with the wrong parity"},
-      {withParity(ticket, 0), false, 0, 0, "wrong-parity", "even parity, and model 13"},
-      {withParity(ticket, 1), false, 0, 0, "wrong-parity", "odd parity"},
-      {{ticket.begin(), ticket.end()}, false, 0, 0, "garbled", "Readable text comes in"},
+      {odd, false, 0, 0, "wrong-parity", "odd parity"},
       {{0x55, 0xAA}, false, 0, 0, "garbled", "never a frame of model 13: 55 AA"},
   };
   for (const auto& row : cases) {

@@ -64,9 +64,10 @@ fixture::Script repeating(const fixture::Bytes& data) {
   };
 }
 
-/// What comes in on a line of 9600 baud when the scale's has another speed.
-fixture::Bytes sentAt(int bitsPerSecond, const fixture::Bytes& data) {
-  return sim::received(data, {bitsPerSecond, {}}, {9600, {}}, sim::Receiver::TakesAll);
+/// What comes in on a line of 9600 baud, 8N1, when the scale's line is set otherwise.
+fixture::Bytes sentAt(int bitsPerSecond, const sim::LineSettings& settings,
+                      const fixture::Bytes& data) {
+  return sim::received(data, {bitsPerSecond, settings}, {9600, {}}, sim::Receiver::TakesAll);
 }
 
 // --- Nothing to ask ---------------------------------------------------------------------------
@@ -213,8 +214,13 @@ const fixture::Bytes kTicket = fixture::text("TICKET 0042 GROSS 12.5 NET 11.0 OP
 class DoctorOfBabble : public testing::TestWithParam<Babble> {};
 INSTANTIATE_TEST_SUITE_P(
     Lines, DoctorOfBabble,
-    testing::Values(Babble{"HalfSpeed", repeating(sentAt(4800, kTicket)), "wrong-speed",
+    testing::Values(Babble{"HalfSpeed", repeating(sentAt(4800, {}, kTicket)), "wrong-speed",
                            "another speed than the line's (9600 baud)"},
+                    Babble{"Parity",
+                           repeating(sentAt(9600, {.dataBits = 7, .parity = sim::Parity::Even},
+                                            kTicket)),
+                           "wrong-parity", "even parity, and model 13"},
+                    Babble{"Text", repeating(kTicket), "garbled", "54 49 43 4B 45 54 20"},
                     Babble{"Echo", fixture::answering(fixture::bytes("05"), fixture::bytes("05")),
                            "echo", "05"}),
     [](const auto& row) { return row.param.name; });

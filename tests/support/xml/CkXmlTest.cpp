@@ -12,6 +12,9 @@
 #include "CkString.h"
 #include "CkXml.h"
 #include "ClsXml.h"
+#include "DataBuffer.h"
+#include "EncodingConvert.h"
+#include "LogBase.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "TempFolder.h"
@@ -131,13 +134,32 @@ TEST_F(Xml, ReadsArgumentsByItsFlag) {
   EXPECT_EQ(attribute("a"), "\xD1\x8F");
 }
 
-// As an editor of a Russian system leaves a file.
-TEST_F(Xml, LoadsWhatIsNotInUtf8) {
+// As editors on other systems leave a file.
+TEST_F(Xml, LoadsTheEncodingsOfEditors) {
+  constexpr int kUtf8 = 65001;
+  struct Row {
+    std::string declared;
+    int codePage;
+    bool marked;
+  };
   xml_.put_Utf8(true);
-  ASSERT_TRUE(xml_.LoadXmlFile(
-      folder_.write("d.xml", "<?xml encoding='cp866'?>\r\n<r \xE5\xAE='&quot;\xA2&quot;'/>")
-          .c_str()));
-  EXPECT_EQ(attribute("хо"), "\"в\"");
+  for (const auto& [declared, codePage, marked] :
+       {Row{"", kUtf8, false}, Row{"UTF-8", kUtf8, false}, Row{"UTF-8", kUtf8, true},
+        Row{"UTF-16", kUtf8, false}, Row{"UTF-16", 1200, true}, Row{"UTF-16", 1201, true},
+        Row{"windows-1251", 1251, false}, Row{"cp866", 866, false}, Row{"koi8-r", 20866, false}}) {
+    const std::string text =
+        (declared.empty() ? "" : "<?xml version='1.0' encoding='" + declared + "'?>") +
+        "\r\n<НАСТРОЙКИ хост='весы &quot;2&quot;'/>\r\n";
+    LogNull log;
+    DataBuffer file;
+    const auto convert =
+        marked ? &EncodingConvert::EncConvertWithPreamble : &EncodingConvert::EncConvert;
+    EncodingConvert converter;
+    ASSERT_TRUE((converter.*convert)(kUtf8, codePage, text.data(), text.size(), file, log));
+    folder_.write("d.xml", {reinterpret_cast<const char*>(file.getData2()), file.getSize()});
+    ASSERT_TRUE(xml_.LoadXmlFile(folder_.file("d.xml").c_str()));
+    EXPECT_EQ(attribute("хост"), "весы \"2\"") << declared << " " << codePage;
+  }
 }
 
 // Behind a handle that has ended there may still be a caller.

@@ -4,7 +4,10 @@
 #include <cstdio>
 #include <new>
 #include <string>
+#include <string_view>
+#include <utility>
 
+#include "AsciiText.h"
 #include "TickCount.h"
 
 namespace {
@@ -19,10 +22,11 @@ struct CloseFile {
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
 /// Tick 0 is how an untimed context is told from a timed one.
-std::uint32_t startTick(bool measure) {
-  if (!measure) return 0;
+constexpr std::uint32_t kUntimed = 0;
+
+std::uint32_t startTick() {
   const std::uint32_t now = ckTickCount();
-  return now == 0 ? 1 : now;
+  return now == kUntimed ? kUntimed + 1 : now;
 }
 
 }  // namespace
@@ -38,6 +42,7 @@ bool _ckLogger::ensureErrLog() {
   } catch (...) {
     return false;  // no memory, no log
   }
+  m_draft.handOver([this](const LogDraft::Line& line) { addToTree(line); });
   return true;
 }
 
@@ -51,50 +56,72 @@ void _ckLogger::debugLine(Indent indent, std::initializer_list<const char*> part
   for (const char* part : parts) std::fputs(part == nullptr ? "" : part, file.get());
 }
 
-bool _ckLogger::addLine(bool (LogEntry2::*set)(const char*), const char* text) {
-  if (!ensureErrLog()) return false;
+bool _ckLogger::add(const LogDraft::Line& line) {
+  if (!m_tree && m_draft.add(line)) return true;
+  return ensureErrLog() && addToTree(line);
+}
+
+bool _ckLogger::addToTree(const LogDraft::Line& line) {
+  using Kind = LogDraft::Kind;
+  if (line.kind == Kind::Enter) return m_tree->enter(line.tag, kUntimed);
+  if (line.kind == Kind::Leave) {
+    m_tree->leave(false, kUntimed);
+    return true;
+  }
   std::unique_ptr<LogEntry2> entry(new (std::nothrow) LogEntry2);
-  return entry && (entry.get()->*set)(text) && m_tree->append(std::move(entry));
+  if (!entry) return false;
+  bool set = false;
+  switch (line.kind) {
+    case Kind::Error: set = entry->SetError(line.text); break;
+    case Kind::Info: set = entry->SetInfo(line.text); break;
+    case Kind::Xml: set = entry->SetXml(line.text); break;
+    default: set = entry->SetMessage(line.tag, line.text); break;
+  }
+  return set && m_tree->append(std::move(entry));
 }
 
 bool _ckLogger::LogError(const char* message) {
   if (m_nullLogging) return true;
   const CritSecExitor lock(this);
   debugLine(Indent::ByDepth, {message, "\n"});
-  return addLine(&LogEntry2::SetError, message);
+  return add({LogDraft::Kind::Error, nullptr, message});
 }
 
 bool _ckLogger::LogInfo(const char* message) {
   if (m_nullLogging) return true;
   const CritSecExitor lock(this);
   debugLine(Indent::ByDepth, {message, "\n"});
-  return addLine(&LogEntry2::SetInfo, message);
+  return add({LogDraft::Kind::Info, nullptr, message});
 }
 
 bool _ckLogger::LogXml(const char* xml) {
   if (m_nullLogging) return true;
   const CritSecExitor lock(this);
-  return addLine(&LogEntry2::SetXml, xml);
+  return add({LogDraft::Kind::Xml, nullptr, xml});
 }
 
 bool _ckLogger::LogData(const char* tag, const char* value) {
   if (m_nullLogging) return true;
-  StringBuffer name(tag);
-  name.trim2();
-  name.replaceCharAnsi(' ', '_');
-  if (name.empty()) return false;
+  StringBuffer mended;
+  const std::string_view given = tag == nullptr ? "" : tag;
+  if (std::any_of(given.begin(), given.end(), isAsciiSpace)) {
+    mended.append(tag);
+    mended.trim2();
+    mended.replaceCharAnsi(' ', '_');
+    tag = mended.getString();
+  }
+  if (given.empty() || *tag == 0) return false;
   if (value == nullptr) value = "(NULL)";
 
   const CritSecExitor lock(this);
-  debugLine(Indent::ByDepth, {name.getString(), ": ", value, "\r\n"});
-  if (!ensureErrLog()) return false;
-  std::unique_ptr<LogEntry2> entry(new (std::nothrow) LogEntry2);
-  return entry && entry->SetMessage(name.getString(), value) && m_tree->append(std::move(entry));
+  debugLine(Indent::ByDepth, {tag, ": ", value, "\r\n"});
+  return add({LogDraft::Kind::Data, tag, value});
 }
 
 void _ckLogger::ClearLog() {
   const CritSecExitor lock(this);
   m_depth = 0;
+  m_draft.clear();
   m_tree.reset();
 }
 
@@ -103,14 +130,21 @@ bool _ckLogger::EnterContext(const char* name, bool /*timed*/) {
   const CritSecExitor lock(this);
   debugLine(Indent::ByDepth, {name, ":\n"});
   ++m_depth;
-  return ensureErrLog() && m_tree->enter(name, startTick(m_verbose));
+  // What measures time is meant to be read: straight into the tree.
+  if (m_verbose) return ensureErrLog() && m_tree->enter(name, startTick());
+  return add({LogDraft::Kind::Enter, name, nullptr});
 }
 
 bool _ckLogger::LeaveContext() {
   if (m_nullLogging) return true;
   const CritSecExitor lock(this);
-  if (!ensureErrLog()) return false;
-  const _ckErrorLog::Left left = m_tree->leave(m_verbose, ckTickCount());
+  _ckErrorLog::Left left = {false, 0};
+  if (!m_verbose) {
+    if (!add({LogDraft::Kind::Leave, nullptr, nullptr})) return false;
+  } else {
+    if (!ensureErrLog()) return false;
+    left = m_tree->leave(true, ckTickCount());
+  }
   if (left.isTimed) {
     debugLine(Indent::ByDepth,
               {"(leaveContext ", std::to_string(left.elapsed_ms).c_str(), "ms)\n"});

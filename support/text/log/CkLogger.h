@@ -6,10 +6,11 @@
 #include "ErrorLog.h"
 #include "KestrumCritSec.h"
 #include "LogBase.h"
+#include "LogDraft.h"
 #include "XString.h"
 
-/// The log of one object: a tree of contexts, rendered on demand, and, once a path is set, a file
-/// to which every message goes at once. Any number of threads may use it.
+/// The log of one object: a tree of contexts, grown and rendered on demand, and, once a path is
+/// set, a file to which every message goes at once. Any number of threads may use it.
 class _ckLogger : public LogBase, public KestrumCritSec {
  public:
   _ckLogger();
@@ -41,11 +42,14 @@ class _ckLogger : public LogBase, public KestrumCritSec {
 
  private:
   bool ensureErrLog();
-  bool addLine(bool (LogEntry2::*set)(const char*), const char* text);
+  bool add(const LogDraft::Line& line);
+  bool addToTree(const LogDraft::Line& line);
   bool render(void (*how)(const LogEntry2&, StringBuffer&), StringBuffer& out);
   enum class Indent { None, ByDepth };
   void debugLine(Indent indent, std::initializer_list<const char*> parts);
 
+  LogDraft m_draft;
+  /// None while the draft takes the lines.
   std::unique_ptr<_ckErrorLog> m_tree;
   int m_depth = 0;
   std::unique_ptr<XString> m_debugPath;

@@ -1,5 +1,6 @@
 #include <cerrno>
 #include <chrono>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -211,6 +212,44 @@ TEST(LogTree, WhileNullLoggingNothingIsAdded) {
   EXPECT_FALSE(log.m_nullLogging);
   log.popNullLogging();  // one too many changes nothing
   EXPECT_EQ(textOf(log), "KestrumLog:\n  seen\n--KestrumLog\n");
+}
+
+/// Lines become a tree when somebody reads, or when there are many.
+TEST(LogTree, IsTheSameWheneverItIsRead) {
+  const std::vector<std::string> texts = {"", "Socket", " a tag ", std::string(400, 'x'),
+                                          std::string(3000, 'y')};
+  std::mt19937 random(7);
+  const auto below = [&](std::size_t limit) { return random() % limit; };
+  for (int round = 0; round < 300; ++round) {
+    _ckLogger read;
+    _ckLogger unread;
+    const std::size_t length = 1 + below(60);
+    for (std::size_t i = 0; i < length; ++i) {
+      const std::size_t choice = below(19);
+      const char* text = below(9) == 0 ? nullptr : texts[below(texts.size())].c_str();
+      for (_ckLogger* log : {&read, &unread}) {
+        switch (choice) {
+          case 0: log->ClearLog(); break;
+          case 1: log->m_nullLogging = !log->m_nullLogging; break;
+          case 2: log->LogXml(text); break;
+          case 3:
+          case 4: log->LogError(text); break;
+          case 5:
+          case 6: log->LogData(text == nullptr ? "tag" : text, text); break;
+          case 7:
+          case 8:
+          case 9: log->EnterContext(text, true); break;
+          case 10:
+          case 11:
+          case 12: log->LeaveContext(); break;
+          default: log->LogInfo(text); break;
+        }
+      }
+      textOf(read);
+    }
+    EXPECT_EQ(textOf(read), textOf(unread)) << round;
+    EXPECT_EQ(xmlOf(read), xmlOf(unread)) << round;
+  }
 }
 
 TEST(LogTree, ElapsedTimeIsToldUnlessTheCounterWrapped) {

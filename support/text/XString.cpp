@@ -308,8 +308,12 @@ void XString::terminateWide() {
   // A block that was passed through unconverted may end inside a character.
   const std::uint32_t width = wideWidth();
   const std::uint32_t rest = m_wide.getSize() % width;
-  const std::uint32_t n = rest == 0 ? width : 2 * width - rest;
-  m_wide.ensureBufferWiping(m_wide.getSize() + n);
+  std::uint32_t n = rest == 0 ? width : 2 * width - rest;
+  if (!m_wide.ensureBufferWiping(m_wide.getSize() + n)) {
+    // No memory: the last character gives way, since readers go on to a zero.
+    m_wide.shorten(std::min(m_wide.getSize(), rest + width));
+    n = width;
+  }
   m_wide.appendCharN('\0', n);
 }
 

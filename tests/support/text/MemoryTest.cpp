@@ -171,6 +171,14 @@ TEST(AllocationTest, FailuresLeaveTheOldContent) {
   });
 }
 
+/// Cut perhaps, or not there, yet with an end: what lies behind the block is no part of the text.
+template <typename Char>
+void holdsOnly(Char expected, const Char* text) {
+  if (text == nullptr) return;
+  const std::basic_string_view<Char> characters = text;
+  EXPECT_EQ(characters.find_first_not_of(expected), characters.npos);
+}
+
 TEST(AllocationTest, StringsLiveOnWithoutMemory) {
   Psdk::setAnsiCodePage(1251);
   const std::string piece(500, '\xC2');
@@ -179,12 +187,13 @@ TEST(AllocationTest, StringsLiveOnWithoutMemory) {
     CkString copy(text);
     copy.appendStr(text);
     copy.getUtf8();
-    copy.getUnicode();
-    copy.getUtf16();
+    holdsOnly(L'\u0412', copy.getUnicode());
+    holdsOnly(u'\u0412', reinterpret_cast<const char16_t*>(copy.getUtf16()));
     copy.getEnc("koi8-r");
     copy.base64Encode("utf-8");
     copy.base64Decode("utf-8");
     copy.compareStr(text);
+    holdsOnly(L'\u0412', text.getUnicode());
     copy.replaceAll(text, copy);
     copy.trim();
     copy.setStringU(L"wide");

@@ -260,6 +260,20 @@ TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
   }
 }
 
+TEST(ComLanPort, ClosesWhenAWriteMeetsAReset) {
+  Milestone gone;
+  TcpPeer peer([&](TcpWire& wire) {
+    wire.receive(1);
+    wire.reset();
+    gone.reach();
+  });
+  COrbComLanPort port(TcpPeer::kHost, peer.port());
+  EXPECT_EQ(write(port, bytes("05")), 1);
+  ASSERT_TRUE(gone.wait());
+  EXPECT_EQ(write(port, bytes("05")), 0);
+  EXPECT_EQ(port.getState(), kNotConnected);
+}
+
 TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
   for (const unsigned long size : {3UL, 4UL}) {
     Milestone halfClosed;

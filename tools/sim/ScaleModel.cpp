@@ -46,11 +46,6 @@ WeightField::Limits WeightField::limits(int decimals) const {
   return {-highestOf(digits - 1), highest};
 }
 
-bool ScaleModel::obeys(Action action) const {
-  return std::any_of(commands.begin(), commands.end(),
-                     [&](const Command& command) { return command.action == action; });
-}
-
 ScaleState ScaleModel::usualState() const {
   constexpr double kUsualPrice = 12.5;
   ScaleState state;

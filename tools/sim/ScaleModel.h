@@ -131,7 +131,6 @@ struct ScaleModel {
   bool answers() const { return !streams; }
   bool hasPrice() const { return price.priceDigits > 0; }
   bool hasDecimals() const { return decimals.fewest < decimals.most; }
-  bool obeys(Action action) const;
   bool worksOverTcp() const { return noTcp == nullptr; }
 
   /// The state of a simulator that was told nothing.

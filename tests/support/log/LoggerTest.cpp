@@ -1,5 +1,6 @@
 #include <cerrno>
 #include <chrono>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <thread>
@@ -250,6 +251,18 @@ TEST(LogTree, IsTheSameWheneverItIsRead) {
     EXPECT_EQ(textOf(read), textOf(unread)) << round;
     EXPECT_EQ(xmlOf(read), xmlOf(unread)) << round;
   }
+}
+
+TEST(LogNull, TakesEverythingAndHasNothing) {
+  LogNull log;
+  EXPECT_TRUE(log.EnterContext("context", true) && log.LogError("e") && log.LogInfo("i") &&
+              log.LogXml("<x/>") && log.LogData("tag", "value") && log.LeaveContext());
+  EXPECT_TRUE(log.DbgLogInfo("i") && log.DbgLogData("tag", "value") && log.DbgLogInt("n", 1));
+  log.ClearLog();
+  EXPECT_EQ(textOf(log) + xmlOf(log) + htmlOf(log), "");
+  const fixture::TempFolder folder;
+  EXPECT_TRUE(log.SaveXML(false, folder.file("log.xml").c_str()));
+  EXPECT_FALSE(std::filesystem::exists(folder.file("log.xml")));
 }
 
 TEST(LogTree, ElapsedTimeIsToldUnlessTheCounterWrapped) {

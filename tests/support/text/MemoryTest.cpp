@@ -121,6 +121,7 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
   EXPECT_EQ(leaks([&] {
               CkString text;
               text.put_SecureClear(true);
+              EXPECT_TRUE(text.get_SecureClear());
               text.setStringUtf8(secret.c_str());
               text.getEnc("windows-1251");
               text.getEnc("utf-8");

@@ -9,6 +9,11 @@
 #include "ScaleModel.h"
 
 namespace sim {
+
+static void PrintTo(const ScaleModel& model, std::ostream* out) {
+  *out << "model " << model.number;
+}
+
 namespace {
 
 class Models : public testing::TestWithParam<ScaleModel> {};

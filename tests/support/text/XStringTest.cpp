@@ -28,6 +28,7 @@ TEST_F(XStringTest, WritersKeepOneFormAndReadersAddTheirs) {
   XString x;
   EXPECT_EQ(forms(x), "8a");
   x.setFromUtf8("Вес");
+  EXPECT_EQ(x.heapUsage(), 0);
   EXPECT_EQ(forms(x), "8");
   EXPECT_STREQ(x.getAnsi(), kRussian);
   EXPECT_EQ(forms(x), "8a");

@@ -84,6 +84,9 @@ TEST_F(WatchFolder, TellsOfEveryScale) {
                               HasSubstr("8 127.0.0.1:1: 2 readings, 0 good, 2 failed"),
                               HasSubstr("(scales 8)")));
 
+  const ProgramRun text = weigh(watch);
+  EXPECT_THAT(text.out, ContainsRegex("1.250 kg .*ms\n.*error 1: .*ms"));
+
   const ProgramRun csv = weigh(watch + Arguments{"--csv"});
   EXPECT_THAT(
       csv.out,

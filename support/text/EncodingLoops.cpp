@@ -55,20 +55,22 @@ std::string_view markedBytes(const unsigned char* p, std::size_t left) {
   return {reinterpret_cast<const char*>(p) + kMarkHead, length};
 }
 
-/// Decodes a 1- or 2-byte sequence that is complete and doesn't hold a NUL, the common ones.
-/// Returns the bytes used, 0 for all others.
-inline std::size_t decodeShort(const unsigned char* p, const unsigned char* end,
-                               std::uint32_t& unit) {
-  const std::uint32_t lead = p[0];
-  if (lead < 0x80) {
-    unit = lead;
-    return 1;
+/// Decodes characters of one and two bytes, nearly all of most texts, up to `stop`, and gives each
+/// to `take(unit)` until that is false. Stops at a longer one, one that is cut, and a NUL in the
+/// second byte. Words and what is between them are runs of one length, each with a loop of its own.
+template <typename Take>
+inline void takeShort(const unsigned char*& p, const unsigned char* stop, Take take) {
+  for (const unsigned char* begin = nullptr; p != begin;) {
+    begin = p;
+    while (stop - p > 1 && (p[0] & 0xE0) == 0xC0 && p[1] != 0) {
+      if (!take(((p[0] & 0x1FU) << 6) | (p[1] & 0x3FU))) return;
+      p += 2;
+    }
+    while (p < stop && p[0] < 0x80) {
+      if (!take(p[0])) return;
+      ++p;
+    }
   }
-  if ((lead & 0xE0) == 0xC0 && end - p > 1 && p[1] != 0) {
-    unit = ((lead & 0x1F) << 6) | (p[1] & 0x3FU);
-    return 2;
-  }
-  return 0;
 }
 
 }  // namespace
@@ -129,13 +131,12 @@ bool EncodingConvert::cv_utf8_to_utf16(Source source, DataBuffer& out, LogBase& 
     const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
     unsigned char* to = output.reserve(static_cast<std::size_t>(stop - p) * 2, left * 2);
     if (to == nullptr) return false;
-    while (p < stop) {
-      std::uint32_t unit;
-      if (const std::size_t used = decodeShort(p, end, unit)) {
+    for (;;) {
+      takeShort(p, stop, [&to](std::uint32_t unit) {
         to = storeUnit(to, unit);
-        p += used;
-        continue;
-      }
+        return true;
+      });
+      if (p >= stop) break;
       const std::size_t rest = static_cast<std::size_t>(end - p);
       const _ckUtf::Utf16Character c = _ckUtf::utf16FromUtf8(p, rest);
       for (int i = 0; i < c.numUnits; ++i) to = storeUnit(to, c.units[i]);
@@ -385,16 +386,16 @@ bool EncodingConvert::utf8ToTable(const HashConvert& table, Source source, DataB
       converted = false;
       return true;
     }
-    while (p < stop) {
-      _ckUtf::Utf16Character c = {{0, 0}, 1, 0};
-      std::uint32_t unit;
-      if (const std::size_t used = decodeShort(p, end, unit)) {
-        c.units[0] = static_cast<std::uint16_t>(unit);
-        c.numBytes = used;
-      } else {
-        c = _ckUtf::utf16FromUtf8(p, static_cast<std::size_t>(end - p));
-        if (c.numUnits == 0) m_hadError = true;
-      }
+    for (;;) {
+      takeShort(p, stop, [&](std::uint32_t unit) {
+        const std::uint8_t byte = table.byteOfShort(unit);
+        if (byte == 0) return false;
+        *to++ = byte;
+        return true;
+      });
+      if (p >= stop) break;
+      const auto c = _ckUtf::utf16FromUtf8(p, static_cast<std::size_t>(end - p));
+      if (c.numUnits == 0) m_hadError = true;
       for (int i = 0; i < c.numUnits; ++i) {
         const std::uint16_t bytes = table.hcLookup(c.units[i]);
         if (bytes != 0) {

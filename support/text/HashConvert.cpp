@@ -60,5 +60,9 @@ std::unique_ptr<HashConvert> HashConvert::buildFromUnicode(const CodePageTable& 
   for (const CodePageEncodeOnly& extra : table.encodeOnly) {
     whole = whole && map->hcInsert(extra.codePoint, extra.bytes);
   }
+  for (std::uint16_t codePoint = 0; codePoint < kShort; ++codePoint) {
+    const std::uint16_t bytes = map->hcLookup(codePoint);
+    if (bytes <= 0xFF) map->m_bytesOfShort[codePoint] = static_cast<std::uint8_t>(bytes);
+  }
   return whole ? std::move(map) : nullptr;
 }

@@ -20,6 +20,11 @@ class HashConvert {
   /// The value, 0 if there is none. Values of Unicode maps above FF are pairs.
   std::uint16_t hcLookup(std::uint16_t key) const { return (*m_leaves[key >> 8])[key & 0xFF]; }
 
+  /// Code points below this are the ones that UTF-8 takes one or two bytes for.
+  static constexpr std::size_t kShort = 0x800;
+  /// The byte of such a code point; 0 if it has none, or two. Only in maps from Unicode.
+  std::uint8_t byteOfShort(std::uint32_t codePoint) const { return m_bytesOfShort[codePoint]; }
+
   /// Bytes below 80 map to themselves, without a look at the map.
   bool isLowerAscii() const { return m_isLowerAscii; }
   int codePage() const { return m_codePage; }
@@ -35,6 +40,7 @@ class HashConvert {
 
   std::array<const Leaf*, 256> m_leaves;
   std::array<std::unique_ptr<Leaf>, 256> m_owned;
+  std::array<std::uint8_t, kShort> m_bytesOfShort = {};
   UnicodeLookup m_singleBytes;
   int m_codePage;
   bool m_isLowerAscii;

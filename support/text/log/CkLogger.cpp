@@ -102,15 +102,16 @@ bool _ckLogger::LogXml(const char* xml) {
 
 bool _ckLogger::LogData(const char* tag, const char* value) {
   if (m_nullLogging) return true;
+  if (tag == nullptr) return false;
   StringBuffer mended;
-  const std::string_view given = tag == nullptr ? "" : tag;
+  const std::string_view given = tag;
   if (std::any_of(given.begin(), given.end(), isAsciiSpace)) {
     mended.append(tag);
     mended.trim2();
     mended.replaceCharAnsi(' ', '_');
     tag = mended.getString();
   }
-  if (given.empty() || *tag == 0) return false;
+  if (*tag == 0) return false;
   if (value == nullptr) value = "(NULL)";
 
   const CritSecExitor lock(this);

@@ -68,8 +68,8 @@ class RecordedScale {
 
 PollOutcome poll(host::Component& component, const ExchangeCase& recorded) {
   const RecordedScale scale(recorded);
-  const auto set = [&](const char* name, host::Value value) {
-    component.call("SetParameter", {std::string(name), std::move(value)});
+  const auto set = [&](const char* name, const host::Value& value) {
+    component.call("SetParameter", {std::string(name), value});
   };
   set("model", recorded.model);
   set("conntype", recorded.overTcp ? 1 : 0);

@@ -97,7 +97,7 @@ TEST_F(WatchFolder, TellsOfEveryScale) {
 
 TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {
   const std::string watch = "stty cols 60 rows 12; " WEIGH_PROGRAM " watch " + folder_.path() +
-                            " --lang en --count 2 --interval 1.3";
+                            " --lang en --count 2 --interval 3";
   fixture::Program terminal({"script", "-qefc", watch, "/dev/null"},
                             fixture::Program::Errors::Apart);
   terminal.closeInput();
@@ -107,10 +107,10 @@ TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {
   // Up over what was drawn, which begins with the headings again.
   EXPECT_THAT(shown, ContainsRegex("\x1B\\[[0-9]+ASCALE"));
   EXPECT_THAT(shown, HasSubstr("weights from 1.250 kg"));
-  // After each of four readings, and once while it waits: the last minute moves on.
+  // After each of four readings, and once a second while it waits: the last minute moves on.
   std::size_t drawn = 0;
   for (std::size_t at = 0; (at = shown.find("SCALE", at)) != shown.npos; ++at) ++drawn;
-  EXPECT_EQ(drawn, 5U);
+  EXPECT_GE(drawn, 5U);
 }
 
 }  // namespace

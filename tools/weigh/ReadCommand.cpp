@@ -34,6 +34,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
     return judge(opened, connection);
   }
 
+  if (isEmulator(connection.model)) complain(say(text::kEmulatorNote));
   ExitCode code = kGood;
   std::set<std::uint32_t> told;
   auto next = std::chrono::steady_clock::now();

@@ -25,12 +25,12 @@ std::string connectionRemedy(const Connection& connection) {
   return fill(text::kSerialRemedy, {connection.device, std::to_string(connection.baud)});
 }
 
+}  // namespace
+
 bool isEmulator(int model) {
   const ScalesModel* row = findScalesModel(model);
   return row != nullptr && row->create != nullptr && row->sheet == nullptr;
 }
-
-}  // namespace
 
 std::string remedyFor(std::uint32_t code, const Connection& connection) {
   switch (code) {

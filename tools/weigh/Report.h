@@ -6,6 +6,9 @@
 
 namespace weigh {
 
+/// Whether the model makes its weights up.
+bool isEmulator(int model);
+
 /// The scale's error with its code and text.
 std::string errorText(const host::LastError& error);
 

@@ -186,6 +186,9 @@ inline constexpr Text kNoAnswerRemedy = {
 inline constexpr Text kEmulatorRemedy = {
     "The emulator fails one reading in ten on purpose; read again.",
     "Эмулятор намеренно не отвечает один раз из десяти; повторите чтение."};
+inline constexpr Text kEmulatorNote = {
+    "the emulator makes these weights up; a scale is chosen with --model",
+    "эти веса придуманы эмулятором; весы выбирает --model"};
 inline constexpr Text kNotSupportedRemedy = {
     "Model {0} has no such command, or no driver; `weigh models` tells which have one.",
     "У модели {0} нет такой команды или нет драйвера; см. `weigh models`."};

@@ -106,6 +106,8 @@ TEST(Read, CountsCorrectsAndKeepsTheConnection) {
 
 TEST(Read, EmulatorAnswersWithoutHardware) {
   const ProgramRun run = weigh({"read", "--price", "--json", "--count", "2", "--interval", "0"});
+  EXPECT_THAT(run.err, StartsWith("weigh: the emulator makes these weights up; a scale is chosen "
+                                  "with --model\n"));
   const auto records = run.records();
   ASSERT_EQ(records.size(), 2U);
   bool failed = false;

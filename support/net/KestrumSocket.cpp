@@ -12,7 +12,6 @@
 #include <thread>
 
 #include "BusyFlag.h"
-#include "CkMemory.h"
 #include "LogBase.h"
 #include "Psdk.h"
 #include "TickCount.h"
@@ -46,12 +45,11 @@ void reportSocketError(int error, SocketParams& params, LogBase& log) {
 KestrumSocket::~KestrumSocket() {
   LogNull log;
   terminateConnection(kFarewellOfDestructor_ms, log);
-  ckClearValidity(m_validity);
 }
 
 // After a wait the object may be somebody else's memory.
 bool KestrumSocket::isAlive() const {
-  if (*const_cast<const volatile std::uint32_t*>(&m_validity) == kMagic) return true;
+  if (m_validity.isAlive()) return true;
   Psdk::badObjectFound();
   return false;
 }

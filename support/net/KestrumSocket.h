@@ -9,6 +9,7 @@
 #include "KestrumFdSet.h"
 #include "SocketParams.h"
 #include "StringBuffer.h"
+#include "ValidityWord.h"
 
 class LogBase;
 
@@ -59,8 +60,6 @@ class KestrumSocket {
   int getSocketFd() const { return m_socketFd; }
 
  private:
-  static constexpr std::uint32_t kMagic = 0x4901FB2A;
-
   bool isAlive() const;
   bool isOpen() const { return m_socketFd >= 0; }
 
@@ -95,7 +94,7 @@ class KestrumSocket {
   void setBufferSize(std::uint32_t& current, std::uint32_t size, int option, LogBase& log);
   void setOption(int level, int option, int value, LogBase& log);
 
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0x4901FB2A> m_validity;
   std::atomic<bool> m_sendBusy{false};
   std::atomic<bool> m_recvBusy{false};
   std::atomic<bool> m_closeBusy{false};

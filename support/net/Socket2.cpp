@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "CkMemory.h"
 #include "DataBuffer.h"
 #include "LogBase.h"
 #include "Psdk.h"
@@ -14,11 +13,11 @@ constexpr int kLastPort = 65535;
 
 }  // namespace
 
-Socket2::~Socket2() { ckClearValidity(m_validity); }
+Socket2::~Socket2() = default;
 
 // After a wait the object may be somebody else's memory.
 bool Socket2::isAlive() const {
-  if (*const_cast<const volatile std::uint32_t*>(&m_validity) == kMagic) return true;
+  if (m_validity.isAlive()) return true;
   Psdk::badObjectFound();
   return false;
 }

@@ -6,6 +6,7 @@
 #include "KestrumCritSec.h"
 #include "KestrumSocket.h"
 #include "SocketParams.h"
+#include "ValidityWord.h"
 
 class DataBuffer;
 class LogBase;
@@ -35,13 +36,11 @@ class Socket2 {
   DataBufferView& readAheadBuffer() { return m_readAheadBuffer; }
 
  private:
-  static constexpr std::uint32_t kMagic = 0x3CCDA1E9;
-
   bool connect2(StringBuffer& host, int port, const TcpSettings& settings, SocketParams& params,
                 LogBase& log);
   bool isAlive() const;
 
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0x3CCDA1E9> m_validity;
   KestrumSocket m_socket;
   DataBufferView m_readAheadBuffer;
   KestrumCritSec m_sendLock;

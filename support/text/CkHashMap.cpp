@@ -16,7 +16,7 @@ std::size_t _ckHashMap::bucketOf(const StringBuffer& key) const {
 }
 
 NonRefCountedObj* _ckHashMap::hashLookup(const StringBuffer& key) const {
-  if (m_validity != kMagic) {
+  if (!m_validity.isAlive()) {
     Psdk::badObjectFound();
     return nullptr;
   }

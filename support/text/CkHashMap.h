@@ -8,6 +8,7 @@
 
 #include "KestrumObject.h"
 #include "StringBuffer.h"
+#include "ValidityWord.h"
 
 /// A map from texts to objects that it owns. Not locked: one thread at a time.
 class _ckHashMap : public NonRefCountedObj {
@@ -27,7 +28,6 @@ class _ckHashMap : public NonRefCountedObj {
 
  private:
   static constexpr int kFewestBuckets = 101;
-  static constexpr std::uint32_t kMagic = 0x6119A407;
 
   struct Entry {
     StringBuffer key;
@@ -37,7 +37,8 @@ class _ckHashMap : public NonRefCountedObj {
 
   std::size_t bucketOf(const StringBuffer& key) const;
 
-  std::uint32_t m_validity = kMagic;
+  /// Stays at the end: the base's word tells of that.
+  ValidityWord<std::uint32_t, 0x6119A407, 0x6119A407> m_validity;
   std::vector<Bucket> m_buckets;
   int m_size = 0;
 };

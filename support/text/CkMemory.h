@@ -16,10 +16,3 @@ void ckWipe(void* p, std::size_t n) noexcept;
 
 /// Sizes of buffers are kept in 32 bits: true if this one doesn't fit.
 constexpr bool ck64_TooBigForUnsigned32(std::uint64_t n) { return n > 0xFFFFFFFFU; }
-
-/// Writes the word that marks an object as gone. A plain store in a destructor may be dropped as
-/// dead; this one may not.
-template <typename Word>
-void ckClearValidity(Word& word) noexcept {
-  *const_cast<volatile Word*>(&word) = 0;
-}

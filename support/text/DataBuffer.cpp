@@ -43,7 +43,6 @@ DataBuffer::~DataBuffer() {
   }
   if (m_secure && !m_borrowed) secureClear();
   release();
-  ckClearValidity(m_validity);
 }
 
 int DataBuffer::heapUsage() { return m_borrowed ? 0 : static_cast<int>(m_capacity); }

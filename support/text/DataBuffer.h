@@ -5,6 +5,7 @@
 
 #include "CkMemory.h"
 #include "KestrumObject.h"
+#include "ValidityWord.h"
 
 class LogBase;
 class StringBuffer;
@@ -25,7 +26,7 @@ class DataBuffer : public KestrumObject {
   /// Bytes in the block, used or not.
   std::uint32_t getBufSize() const { return m_capacity; }
   bool empty() const { return m_size == 0; }
-  bool isValidObject() const { return m_validity == kValid; }
+  bool isValidObject() const { return m_validity.isAlive(); }
   /// The bytes; null before the first use.
   unsigned char* getData2() const { return m_data; }
   /// The bytes; never null but when memory is short, also for an empty buffer.
@@ -150,8 +151,6 @@ class DataBuffer : public KestrumObject {
   bool convertXmlToUtf8(LogBase& log);
 
  private:
-  static constexpr std::uint8_t kValid = 0xDB;
-
   bool expandBuffer(std::uint32_t n);
   bool reallocate(std::uint64_t n);
   void adopt(CkBlock block, std::uint32_t size, std::uint32_t capacity);
@@ -159,7 +158,7 @@ class DataBuffer : public KestrumObject {
 
   std::uint32_t m_size = 0;
   std::uint32_t m_capacity = 0;
-  std::uint8_t m_validity = kValid;
+  ValidityWord<std::uint8_t, 0xDB> m_validity;
   bool m_borrowed = false;
   unsigned char* m_data = nullptr;
   bool m_secure = false;

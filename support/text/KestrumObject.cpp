@@ -1,9 +1,8 @@
 #include "KestrumObject.h"
 
-#include "CkMemory.h"
 #include "Psdk.h"
 
-KestrumObject::~KestrumObject() { ckClearValidity(m_objMagic); }
+KestrumObject::~KestrumObject() noexcept = default;
 
 int KestrumObject::heapUsage() { return 0; }
 
@@ -13,9 +12,5 @@ void KestrumObject::deleteObject(KestrumObject* object) noexcept {
     Psdk::badObjectFound();
     return;
   }
-  try {
-    delete object;
-  } catch (...) {
-    Psdk::badObjectFound();
-  }
+  delete object;
 }

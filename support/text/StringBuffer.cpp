@@ -30,7 +30,6 @@ StringBuffer::StringBuffer(const char* text) { append(text); }
 StringBuffer::~StringBuffer() {
   releaseBuffer();
   m_extendSize = 0;
-  ckClearValidity(m_validity);
 }
 
 StringBuffer& StringBuffer::operator=(const StringBuffer& other) {

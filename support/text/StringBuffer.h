@@ -7,6 +7,7 @@
 
 #include "CkMemory.h"
 #include "KestrumObject.h"
+#include "ValidityWord.h"
 
 class DataBuffer;
 
@@ -33,7 +34,7 @@ class StringBuffer : public NonRefCountedObj {
   std::uint32_t getSize() const { return m_length; }
   std::string_view view() const { return {m_data, m_length}; }
   bool empty() const { return m_length == 0; }
-  bool isValidObject() const { return m_validity == kValid; }
+  bool isValidObject() const { return m_validity.isAlive(); }
   /// True if the terminator is missing.
   bool isNonTerminated() const { return m_data[m_length] != 0; }
   char* pCharAt(std::uint32_t i) const { return m_data + i; }
@@ -155,7 +156,6 @@ class StringBuffer : public NonRefCountedObj {
   bool hexStringToBinary(DataBuffer& out) const;
 
  private:
-  static constexpr std::uint8_t kValid = 0xAA;
   static constexpr std::uint32_t kInlineSize = 82;
   static constexpr std::uint32_t kFirstExtendSize = 202;
 
@@ -168,7 +168,7 @@ class StringBuffer : public NonRefCountedObj {
   void setLength(std::uint32_t length);
   std::uint32_t keepRange(std::size_t from, std::size_t to);
 
-  std::uint8_t m_validity = kValid;
+  ValidityWord<std::uint8_t, 0xAA> m_validity;
   bool m_secure = false;
   std::array<char, kInlineSize> m_inline = {};
   char* m_data = m_inline.data();

@@ -39,9 +39,8 @@ std::size_t lengthOf(const Unit* text) {
 }  // namespace
 
 XString::~XString() {
-  if (m_magic != kMagicX) Psdk::badObjectFound();
+  if (!m_magic.isAlive()) Psdk::badObjectFound();
   if (m_secure) secureClear();
-  ckClearValidity(m_magic);
 }
 
 std::unique_ptr<XString> XString::createNewObject() {
@@ -69,7 +68,7 @@ bool XString::copyFromX(const XString& other) {
 }
 
 bool XString::isValidObject() const {
-  return m_magic == kMagicX && m_sbAnsi.isValidObject() && m_sbUtf8.isValidObject();
+  return m_magic.isAlive() && m_sbAnsi.isValidObject() && m_sbUtf8.isValidObject();
 }
 
 void XString::setSecureX(bool secure) {
@@ -169,7 +168,7 @@ bool XString::setFromUtf8(const char* text) {
 }
 
 bool XString::setFromUtf8N(const char* text, std::size_t n) {
-  if (m_magic != kMagicX) {
+  if (!m_magic.isAlive()) {
     Psdk::badObjectFound();
     return false;
   }
@@ -219,7 +218,7 @@ bool XString::appendUtf8(const char* text) {
 }
 
 bool XString::appendUtf8N(const char* text, std::size_t n) {
-  if (m_magic != kMagicX) {
+  if (!m_magic.isAlive()) {
     Psdk::badObjectFound();
     return false;
   }
@@ -320,7 +319,7 @@ void XString::terminateWide() {
 /// Appends `n` units, which may lie in this very object.
 template <typename Unit>
 bool XString::appendWide(const Unit* text, std::size_t n) {
-  if (m_magic != kMagicX) {
+  if (!m_magic.isAlive()) {
     Psdk::badObjectFound();
     return false;
   }

@@ -7,6 +7,7 @@
 #include "DataBuffer.h"
 #include "KestrumObject.h"
 #include "StringBuffer.h"
+#include "ValidityWord.h"
 
 /// One text in up to three forms: ANSI, UTF-8 and wide (UTF-16 or UTF-32 in native order). A
 /// form is made when somebody asks for it, and kept until the text changes. Conversions are
@@ -150,8 +151,6 @@ class XString : public KestrumObject {
   void decodeBinaryText(const char* charset, int encoding);
 
  private:
-  static constexpr std::uint32_t kMagicX = 0xC8E20FF6;
-
   void onlyUtf8();
   void onlyAnsi();
   void onlyWide(bool utf16);
@@ -167,7 +166,7 @@ class XString : public KestrumObject {
   bool setWide(const Unit* text);
   bool convertTo(int codePage, DataBuffer& out);
 
-  std::uint32_t m_magic = kMagicX;
+  ValidityWord<std::uint32_t, 0xC8E20FF6> m_magic;
   bool m_wideReady = false;
   bool m_ansiReady = true;
   bool m_utf8Ready = true;

@@ -2,7 +2,6 @@
 
 #include <new>
 
-#include "CkMemory.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "TreeInfo.h"
@@ -62,13 +61,12 @@ ClsXml::ClsXml(const ClsXml& other) {
 }
 
 ClsXml::~ClsXml() {
-  if (m_xmlMagic != kXmlMagic) {
+  if (!m_xmlMagic.isAlive()) {
     Psdk::badObjectFound();
     return;
   }
   const CritSecExitor lock(this);
   removeTree();
-  ckClearValidity(m_xmlMagic);
 }
 
 void ClsXml::standOnNewRoot(const char* tag) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "ClsBase.h"
+#include "ValidityWord.h"
 
 class StringBuffer;
 class TreeNode;
@@ -51,8 +52,6 @@ class ClsXml : public ClsBase {
  private:
   class PublicCall;
 
-  static constexpr std::uint32_t kXmlMagic = 0x11BBDCE9;
-
   ClsXml();
   ~ClsXml() override;
 
@@ -63,6 +62,6 @@ class ClsXml : public ClsBase {
   void getRoot2();
   void removeTree();
 
-  std::uint32_t m_xmlMagic = kXmlMagic;
+  ValidityWord<std::uint32_t, 0x11BBDCE9> m_xmlMagic;
   TreeNode* m_tree = nullptr;
 };

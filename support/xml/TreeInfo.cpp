@@ -18,10 +18,7 @@ TreeNode* firstLeaf(TreeNode* node) {
 
 TreeInfo::TreeInfo() : m_treeId(NextTreeID++) {}
 
-TreeInfo::~TreeInfo() {
-  deleteTreeNodes();
-  *const_cast<volatile std::uint8_t*>(&m_validMark) = kGone;
-}
+TreeInfo::~TreeInfo() { deleteTreeNodes(); }
 
 void TreeInfo::deleteTreeNodes() noexcept {
   TreeNode* node = m_root == nullptr ? nullptr : firstLeaf(m_root);

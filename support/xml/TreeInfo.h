@@ -8,6 +8,7 @@
 #include "KestrumCritSec.h"
 #include "KestrumObject.h"
 #include "StringBuffer.h"
+#include "ValidityWord.h"
 
 class TreeNode;
 
@@ -22,7 +23,7 @@ class TreeInfo : public KestrumObject, public KestrumCritSec {
   /// Releases all nodes, without recursion and without a need for memory.
   ~TreeInfo() override;
 
-  bool isValid() const { return m_validMark == kAlive; }
+  bool isValid() const { return m_validMark.isAlive(); }
 
   std::uint8_t m_emitBom = 0;      ///< for a writer, kept when a document is loaded again
   std::uint8_t m_emitCompact = 0;  ///< the same
@@ -35,10 +36,7 @@ class TreeInfo : public KestrumObject, public KestrumCritSec {
   std::int32_t m_refCount = 0;   ///< cursors on all nodes of the tree
 
  private:
-  static constexpr std::uint8_t kAlive = 0xCE;
-  static constexpr std::uint8_t kGone = 0x31;
-
   void deleteTreeNodes() noexcept;
 
-  std::uint8_t m_validMark = kAlive;
+  ValidityWord<std::uint8_t, 0xCE, 0x31> m_validMark;
 };

@@ -36,7 +36,7 @@ void TreeRelease::operator()(TreeNode* root) const noexcept { delete root->getTr
 
 TreeNode::TreeNode(TreeInfo& info) : m_treeInfo(&info) {}
 
-TreeNode::~TreeNode() { *const_cast<volatile std::uint8_t*>(&m_validMark) = kGone; }
+TreeNode::~TreeNode() = default;
 
 UncountedTree TreeNode::createRoot(std::string_view tag) {
   try {
@@ -71,7 +71,7 @@ TreeNode* TreeNode::createNode(TreeNode& parent, std::string_view tag) {
 // Looking around ---------------------------------------------------------------------------------
 
 bool TreeNode::checkTreeNodeValidity() const {
-  const bool valid = m_validMark == kAlive;
+  const bool valid = m_validMark.isAlive();
   if (!valid) Psdk::badObjectFound();
   return valid;
 }

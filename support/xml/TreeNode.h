@@ -7,6 +7,7 @@
 
 #include "ExtPtrArray.h"
 #include "KestrumObject.h"
+#include "ValidityWord.h"
 
 class AttributeSet;
 class DataBuffer;
@@ -122,9 +123,6 @@ class TreeNode : public KestrumObject {
  private:
   friend class TreeInfo;
 
-  static constexpr std::uint8_t kAlive = 0xCE;
-  static constexpr std::uint8_t kGone = 0x31;
-
   explicit TreeNode(TreeInfo& info);
   ~TreeNode() override;
 
@@ -140,5 +138,5 @@ class TreeNode : public KestrumObject {
   TreeNode* m_nextSibling = nullptr;
   TreeNode* m_prevSibling = nullptr;
   bool m_isCdata = false;
-  std::uint8_t m_validMark = kAlive;
+  ValidityWord<std::uint8_t, 0xCE, 0x31> m_validMark;
 };

@@ -1,6 +1,5 @@
 #include "CkMultiByteBase.h"
 
-#include "CkMemory.h"
 #include "CkSettings.h"
 #include "CkString.h"
 #include "CkUtf.h"
@@ -21,7 +20,6 @@ CkMultiByteBase::CkMultiByteBase(ClsBase* base) : m_base(base), m_utf8(newHandle
 CkMultiByteBase::~CkMultiByteBase() {
   if (ClsBase* base = aliveBase()) base->deleteSelf();
   m_base = nullptr;
-  ckClearValidity(m_validity);
 }
 
 ClsBase* CkMultiByteBase::aliveBase() const {

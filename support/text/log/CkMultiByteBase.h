@@ -7,6 +7,7 @@
 
 #include "CkObject.h"
 #include "PublicApi.h"
+#include "ValidityWord.h"
 
 class ClsBase;
 class CkString;
@@ -66,10 +67,9 @@ class ORBELO_PUBLIC CkMultiByteBase : public CkObject {
   const char* rtnMbString(CkString* text) const;
 
  private:
-  static constexpr std::uint32_t kMagic = 0x81F0CA3B;
   static constexpr std::size_t kRingSize = 10;
 
-  bool isAlive() const { return m_validity == kMagic; }
+  bool isAlive() const { return m_validity.isAlive(); }
   void lastError(void (ClsBase::*render)(XString&), CkString& out);
   const char* lastError(void (ClsBase::*render)(XString&));
   template <typename Read>
@@ -79,5 +79,5 @@ class ORBELO_PUBLIC CkMultiByteBase : public CkObject {
   bool m_utf8;
   int m_ringIndex = 0;
   std::array<std::unique_ptr<CkString>, kRingSize> m_ring;
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0x81F0CA3B> m_validity;
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "CkMemory.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "XString.h"
@@ -29,10 +28,10 @@ LogContextExitor::LogContextExitor(ClsBase& object, const char* name) : m_log(&o
   object.enterContextBase(name);
 }
 
-ClsBase::~ClsBase() { ckClearValidity(m_validity); }
+ClsBase::~ClsBase() = default;
 
 bool ClsBase::checkObjectValidity() const {
-  if (m_validity == kMagic) return true;
+  if (m_validity.isAlive()) return true;
   Psdk::corruptObjectFound();
   return false;
 }

@@ -7,6 +7,7 @@
 #include "KestrumCritSec.h"
 #include "LogBase.h"
 #include "RefCountedObject.h"
+#include "ValidityWord.h"
 
 class StringBuffer;
 class XString;
@@ -65,10 +66,8 @@ class ClsBase : public RefCountedObject {
   _ckLogger m_log;
 
  private:
-  static constexpr std::uint32_t kMagic = 0x991144AA;
-
   void renderLog(bool (LogBase::*render)(StringBuffer&), XString& out);
 
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0x991144AA> m_validity;
   std::atomic<bool> m_lastMethodSuccess{true};
 };

@@ -1,6 +1,5 @@
 #include "KestrumCritSec.h"
 
-#include "CkMemory.h"
 #include "LogBase.h"
 #include "Psdk.h"
 
@@ -8,10 +7,10 @@ KestrumCritSec::KestrumCritSec() {
   if (!LogBase::m_singleThreaded) m_mutex.emplace();
 }
 
-KestrumCritSec::~KestrumCritSec() { ckClearValidity(m_validity); }
+KestrumCritSec::~KestrumCritSec() = default;
 
 void KestrumCritSec::enterCriticalSection() {
-  if (m_validity != kMagic) {
+  if (!m_validity.isAlive()) {
     Psdk::badObjectFound();
     return;
   }
@@ -19,7 +18,7 @@ void KestrumCritSec::enterCriticalSection() {
 }
 
 void KestrumCritSec::leaveCriticalSection() {
-  if (m_validity != kMagic) {
+  if (!m_validity.isAlive()) {
     Psdk::badObjectFound();
     return;
   }
@@ -31,10 +30,9 @@ CritSecExitor::CritSecExitor(KestrumCritSec* lock) : m_lock(lock) {
 }
 
 CritSecExitor::~CritSecExitor() {
-  if (m_validity != kMagic) {
+  if (!m_validity.isAlive()) {
     Psdk::corruptObjectFound();
     return;
   }
   if (m_lock != nullptr) m_lock->leaveCriticalSection();
-  ckClearValidity(m_validity);
 }

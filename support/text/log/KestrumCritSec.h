@@ -4,6 +4,8 @@
 #include <mutex>
 #include <optional>
 
+#include "ValidityWord.h"
+
 /// A re-entrant lock, by itself or as the base of an object that guards itself.
 ///
 /// A process that sets LogBase::m_singleThreaded before it makes its first object gets locks that
@@ -19,9 +21,7 @@ class KestrumCritSec {
   void leaveCriticalSection();
 
  private:
-  static constexpr std::uint32_t kMagic = 0xCBCB2903;
-
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0xCBCB2903> m_validity;
   std::optional<std::recursive_mutex> m_mutex;
 };
 
@@ -34,8 +34,6 @@ class CritSecExitor {
   ~CritSecExitor();
 
  private:
-  static constexpr std::uint32_t kMagic = 0x7521A004;
-
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0x7521A004> m_validity;
   KestrumCritSec* m_lock;
 };

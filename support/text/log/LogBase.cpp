@@ -5,7 +5,6 @@
 #include <cstring>
 #include <string>
 
-#include "CkMemory.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "TickCount.h"
@@ -108,10 +107,9 @@ LogContextExitor::LogContextExitor(LogBase& log, const char* name, bool active)
 }
 
 LogContextExitor::~LogContextExitor() {
-  if (m_validity != kMagic) {
+  if (!m_validity.isAlive()) {
     Psdk::corruptObjectFound();
     return;
   }
   if (m_log != nullptr) m_log->LeaveContext();
-  ckClearValidity(m_validity);
 }

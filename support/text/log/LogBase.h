@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "ValidityWord.h"
+
 class ClsBase;
 class StringBuffer;
 class XString;
@@ -124,8 +126,6 @@ class LogContextExitor {
   ~LogContextExitor();
 
  private:
-  static constexpr std::uint32_t kMagic = 0xCC38A8B8;
-
-  std::uint32_t m_validity = kMagic;
+  ValidityWord<std::uint32_t, 0xCC38A8B8> m_validity;
   LogBase* m_log = nullptr;
 };

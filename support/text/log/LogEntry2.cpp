@@ -2,7 +2,6 @@
 
 #include <new>
 
-#include "CkMemory.h"
 #include "Psdk.h"
 
 namespace {
@@ -16,9 +15,8 @@ std::unique_ptr<StringBuffer> newText(const char* text) {
 }  // namespace
 
 LogEntry2::~LogEntry2() {
-  const bool sound = m_validityMark == kValid && (m_ownerMark == kOwned || m_ownerMark == kFree);
+  const bool sound = m_validityMark.isAlive() && (m_ownerMark == kOwned || m_ownerMark == kFree);
   if (!sound) Psdk::badObjectFound();
-  ckClearValidity(m_validityMark);
 }
 
 bool LogEntry2::SetContext(const char* name, std::uint32_t startTick) {

@@ -6,6 +6,7 @@
 #include "ExtPtrArray.h"
 #include "KestrumObject.h"
 #include "StringBuffer.h"
+#include "ValidityWord.h"
 
 /// One node of a log's tree: a line, tagged data, or a context with children.
 class LogEntry2 : public KestrumObject {
@@ -50,7 +51,6 @@ class LogEntry2 : public KestrumObject {
   static constexpr int kMostChildren = 10'000;
   static constexpr char kOwned = 's';
   static constexpr char kFree = 'o';
-  static constexpr char kValid = 'i';
 
   bool SetLine(char kind, const char* text);
   const LogEntry2* child(int i) const;
@@ -59,7 +59,7 @@ class LogEntry2 : public KestrumObject {
   std::uint32_t m_elapsed = 0;
   bool m_elapsedValid = false;
   char m_ownerMark = kFree;
-  char m_validityMark = kValid;
+  ValidityWord<char, 'i'> m_validityMark;
   char m_kind = 'E';
   std::unique_ptr<StringBuffer> m_tag;
   std::unique_ptr<StringBuffer> m_value;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cxxabi.h>
+#include <pthread.h>
+
+#include <utility>
+
+// A thread of the host may be cancelled (pthread_cancel) inside a call. glibc ends it by an
+// unwinding that runs destructors and ends in no handler: a `catch (...)` that keeps it, or a
+// function that is noexcept, aborts the process. So nobody but unlessThrown() catches everything.
+
+/// What `work` gives, or, if it throws, what `otherwise` gives. A thread's end passes through.
+template <typename Work, typename Otherwise>
+auto unlessThrown(Work&& work, Otherwise&& otherwise) -> decltype(work()) {
+  try {
+    return std::forward<Work>(work)();
+  } catch (abi::__forced_unwind&) {
+    throw;
+  } catch (...) {
+    return std::forward<Otherwise>(otherwise)();
+  }
+}
+
+/// While it lives, a cancellation of the thread waits. For what waits or does input and output in
+/// a destructor, which is noexcept.
+class CancellationHeld {
+ public:
+  CancellationHeld() noexcept { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_before); }
+  CancellationHeld(const CancellationHeld&) = delete;
+  CancellationHeld& operator=(const CancellationHeld&) = delete;
+  ~CancellationHeld() { pthread_setcancelstate(m_before, nullptr); }
+
+ private:
+  int m_before = PTHREAD_CANCEL_ENABLE;
+};

@@ -2,12 +2,18 @@
 
 #include <cxxabi.h>
 #include <pthread.h>
+#include <unwind.h>
 
 #include <utility>
 
 // A thread of the host may be cancelled (pthread_cancel) inside a call. glibc ends it by an
 // unwinding that runs destructors and ends in no handler: a `catch (...)` that keeps it, or a
 // function that is noexcept, aborts the process. So nobody but unlessThrown() catches everything.
+
+// glibc unwinds by the host's libgcc_s, with the handlers of the libgcc that is linked in here: its
+// register table must stand, which the first walk of a stack fills.
+inline const _Unwind_Reason_Code kUnwinderIsReady =
+    _Unwind_Backtrace([](_Unwind_Context*, void*) { return _URC_END_OF_STACK; }, nullptr);
 
 /// What `work` gives, or, if it throws, what `otherwise` gives. A thread's end passes through.
 template <typename Work, typename Otherwise>

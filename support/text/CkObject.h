@@ -12,8 +12,8 @@ class ORBELO_PUBLIC CkObject {
   virtual ~CkObject();
 
   /// On this platform the text itself.
-  const char* objcUtf8(const char* text) { return text; }
-  void objcUtf8_free() { m_objcResult.reset(); }
+  const char* objcUtf8(const char* text);
+  void objcUtf8_free();
 
  private:
   CkBlock m_objcResult;

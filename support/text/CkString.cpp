@@ -1,5 +1,6 @@
 #include "CkString.h"
 
+#include <cstring>
 #include <new>
 
 #include "CkCharset.h"
@@ -30,10 +31,20 @@ CkString::~CkString() = default;
 CkString* CkString::createNew() { return new (std::nothrow) CkString; }
 
 CkString* CkString::clone() const {
-  CkString* const copy = createNew();
-  if (copy != nullptr && m_x != nullptr) copy->setStringUtf8(m_x->getUtf8());
-  return copy;
+  if (m_x == nullptr) return nullptr;
+  std::unique_ptr<CkString> copy(createNew());
+  if (copy == nullptr) return nullptr;
+  copy->setStringUtf8(m_x->getUtf8());
+  return m_x->isWhole() && copy->isWhole() ? copy.release() : nullptr;
 }
+
+bool CkString::isWhole() const { return m_x != nullptr && m_x->isWhole(); }
+
+bool CkString::get_Utf8() const { return m_utf8; }
+
+void CkString::put_Utf8(bool utf8) { m_utf8 = utf8; }
+
+XString* CkString::getImpl() const { return m_x.get(); }
 
 void CkString::clear() {
   if (m_x != nullptr) m_x->clear();
@@ -49,6 +60,10 @@ void CkString::put_SecureClear(bool secure) {
 // Reading --------------------------------------------------------------------------------------
 
 const char* CkString::getString() const { return m_utf8 ? getUtf8() : getAnsi(); }
+
+CkString::operator const char*() const { return getString(); }
+
+CkString::operator const wchar_t*() const { return getUnicode(); }
 
 const char* CkString::getAnsi() const { return m_x == nullptr ? nullptr : m_x->getAnsi(); }
 
@@ -71,10 +86,13 @@ const char* CkString::getEnc(const char* charset) const {
   bytes.setSecure(m_x->getSecureX());
   m_x->getConverted_cp(target.getCodePage(), bytes);
   if (m_sbEnc == nullptr) m_sbEnc.reset(new (std::nothrow) StringBuffer);
-  if (m_sbEnc == nullptr) return "";
+  if (m_sbEnc == nullptr) {
+    m_x->noteShortage();
+    return "";
+  }
   m_sbEnc->setSecureBuf(m_x->getSecureX());
   m_sbEnc->strongClear();
-  m_sbEnc->append(bytes);
+  if (!m_sbEnc->append(bytes)) m_x->noteShortage();
   return m_sbEnc->getString();
 }
 
@@ -114,12 +132,16 @@ void CkString::setStringUtf16(const unsigned short* utf16) {
   if (m_x != nullptr) m_x->setFromUtf16_xe(utf16);
 }
 
-void CkString::setStr(CkString& other) { setStringUtf8(other.getUtf8()); }
+void CkString::setStr(CkString& other) {
+  setStringUtf8(other.getUtf8());
+  if (m_x != nullptr && !other.isWhole()) m_x->noteShortage();
+}
 
 CkString& CkString::operator=(const CkString& other) {
   if (&other != this && m_x != nullptr && other.m_x != nullptr) {
-    m_x->clear();
-    m_x->appendX(*other.m_x);
+    m_x->assignX(*other.m_x);
+  } else if (m_x != nullptr && other.m_x == nullptr) {
+    m_x->noteShortage();
   }
   return *this;
 }
@@ -156,17 +178,18 @@ void CkString::append(const char* text) {
 }
 
 void CkString::append(const CkString& other) {
-  if (m_x != nullptr && other.m_x != nullptr) m_x->appendX(*other.m_x);
+  if (m_x == nullptr) return;
+  if (other.m_x == nullptr) {
+    m_x->noteShortage();
+  } else {
+    m_x->appendX(*other.m_x);
+  }
 }
 
 void CkString::appendStr(const CkString& other) { append(other); }
 
 void CkString::appendAnsi(const char* ansi) {
-  if (m_x == nullptr) return;
-  XString piece;
-  piece.setSecureX(m_x->getSecureX());
-  piece.setFromAnsi(ansi);
-  m_x->appendSbUtf8(piece.getUtf8Sb());
+  if (m_x != nullptr) m_x->appendAnsiToUtf8(ansi, ansi == nullptr ? 0 : std::strlen(ansi));
 }
 
 void CkString::appendUtf8(const char* utf8) {
@@ -189,8 +212,11 @@ void CkString::appendInt(int value) {
 void CkString::appendRandom(int numBytes, const char* encoding) {
   DataBuffer bytes;
   StringBuffer text;
-  if (m_x != nullptr && appendRandomBytes(numBytes, bytes) && bytes.encodeDB(encoding, text)) {
+  if (m_x == nullptr) return;
+  if (appendRandomBytes(numBytes, bytes) && bytes.encodeDB(encoding, text)) {
     m_x->appendSbUtf8(text);
+  } else {
+    m_x->noteShortage();
   }
 }
 
@@ -200,18 +226,26 @@ int CkString::compareStr(const CkString& other) const {
   return m_x == nullptr || other.m_x == nullptr ? 0 : m_x->compareX(*other.m_x);
 }
 
+bool CkString::equalsAscii(const char* ascii) const {
+  return m_x != nullptr && m_x->equalsAscii(ascii);
+}
+
 bool CkString::endsWith(const char* text) const {
   if (text == nullptr) return true;
   if (m_x == nullptr) return false;
   if (m_utf8) return m_x->endsWithUtf8(text);
   XString wanted;
   wanted.setFromAnsi(text);
-  return m_x->endsWithUtf8(wanted.getUtf8());
+  const char* const end = wanted.getUtf8();
+  return wanted.isWhole() ? m_x->endsWithUtf8(end) : m_x->noteShortage();
 }
 
 int CkString::replaceAll(CkString& from, CkString& to) {
   if (m_x == nullptr || from.m_x == nullptr || to.m_x == nullptr) return 0;
-  return m_x->replaceAllOccurancesUtf8(from.m_x->getUtf8(), to.m_x->getUtf8(), false);
+  const char* const wanted = from.m_x->getUtf8();
+  const char* const replacement = to.m_x->getUtf8();
+  if (!from.isWhole() || !to.isWhole()) return m_x->noteShortage();
+  return m_x->replaceAllOccurancesUtf8(wanted, replacement, false);
 }
 
 void CkString::trim() {

@@ -7,13 +7,21 @@
 class StringBuffer;
 class XString;
 
-/// A text. Readers convert on demand and return pointers into the object that stay valid until
-/// the next write; getUnicode() and getUtf16() share one buffer, so that each ends the other's
-/// result. `const char*` arguments without a named encoding are ANSI, or UTF-8 after
-/// put_Utf8(true); ANSI is the code page that LANG stands for (windows-1251 on a Russian
-/// locale). Null pointers count as empty texts. What an encoding cannot hold is dropped.
+/// A text, held by value and copied deep. Readers convert on demand and return pointers into the
+/// object, which owns what they point to; they stay valid until the next write. getUnicode() and
+/// getUtf16() share one buffer, so that each ends the other's result. `const char*` arguments
+/// without a named encoding are ANSI, or UTF-8 after put_Utf8(true); ANSI is the code page that
+/// LANG stands for (windows-1251 on a Russian locale). Null pointers count as empty texts. What an
+/// encoding cannot hold is dropped.
 ///
-/// Reading changes the object too: one thread at a time, readers included.
+///   CkString id;
+///   id.setStringU(fromThePlatform);
+///   const char* bytes = id.getEnc("windows-1251");
+///   if (!id.isWhole()) return refused();  // memory is short: `bytes` may be another id
+///
+/// Nothing throws. A write that finds no memory leaves the text as it was, a reader then returns
+/// an empty text, and isWhole() tells. Reading changes the object too: one thread at a time,
+/// readers included.
 class ORBELO_PUBLIC CkString : public CkObject {
  public:
   CkString();
@@ -29,8 +37,12 @@ class ORBELO_PUBLIC CkString : public CkObject {
   CkString* clone() const;
 
   void clear();
-  bool get_Utf8() const { return m_utf8; }
-  void put_Utf8(bool utf8) { m_utf8 = utf8; }
+  /// False once anything has been lost for want of memory since the text was last set as a whole:
+  /// the object itself, a write, a copy's source, a form that was asked for. Ask before a text is
+  /// used as a name, a path or a number.
+  bool isWhole() const;
+  bool get_Utf8() const;
+  void put_Utf8(bool utf8);
   /// Memory is wiped before it is freed.
   bool get_SecureClear() const;
   void put_SecureClear(bool secure);
@@ -38,11 +50,11 @@ class ORBELO_PUBLIC CkString : public CkObject {
   // Reading -----------------------------------------------------------------------------------
 
   const char* getString() const;
-  operator const char*() const { return getString(); }
+  operator const char*() const;
   const char* getAnsi() const;
   const char* getUtf8() const;
   const wchar_t* getUnicode() const;
-  operator const wchar_t*() const { return getUnicode(); }
+  operator const wchar_t*() const;
   const unsigned short* getUtf16() const;
   /// The bytes of the text in the named character set, valid until the next call of getEnc().
   /// The name of a binary encoding ("base64") decodes the text. NUL bytes at the end don't count.
@@ -81,8 +93,12 @@ class ORBELO_PUBLIC CkString : public CkObject {
 
   // Comparing and editing -----------------------------------------------------------------------
 
-  /// By code point: negative, 0 or positive.
+  /// By code point: negative, 0 or positive. 0 if either object has no text at all; never 0 if a
+  /// text can't be brought into the form to compare.
   int compareStr(const CkString& other) const;
+  /// True if the text is this one, in ASCII. Needs no memory and converts nothing; without a text
+  /// false.
+  bool equalsAscii(const char* ascii) const;
   bool endsWith(const char* text) const;
   /// Returns the number of replacements.
   int replaceAll(CkString& from, CkString& to);
@@ -104,7 +120,7 @@ class ORBELO_PUBLIC CkString : public CkObject {
   void urlDecode(const char* charset);
 
   /// The value inside; null only if there was no memory for it.
-  XString* getImpl() const { return m_x.get(); }
+  XString* getImpl() const;
 
  private:
   std::unique_ptr<XString> m_x;

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstddef>
 
+#include "CkMemory.h"
 #include "HashConvert.h"
 #include "UnicodeLookup.h"
 
@@ -47,7 +48,10 @@ const HashConvert* ensure(Made& made, const CodePageTable& table, Build build) {
   const HashConvert* known = place.load(std::memory_order_acquire);
   if (known != nullptr) return known;
   std::unique_ptr<const HashConvert> fresh = build(table);
-  if (fresh == nullptr) return nullptr;
+  if (fresh == nullptr) {
+    ckNoteMemoryShortage();
+    return nullptr;
+  }
   if (place.compare_exchange_strong(known, fresh.get(), std::memory_order_acq_rel)) {
     return fresh.release();
   }

@@ -25,7 +25,7 @@ class ConversionOutput {
     if (used + need > kMost) return nullptr;
     if (used + need > out_.getBufSize()) {
       const std::size_t wanted = used + std::max({need, std::min(later, kMuch), used / 2});
-      if (!out_.ensureBufferWiping(static_cast<std::uint32_t>(std::min(wanted, kMost)))) {
+      if (!out_.ensureBuffer(static_cast<std::uint32_t>(std::min(wanted, kMost)))) {
         return nullptr;
       }
     }

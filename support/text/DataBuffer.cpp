@@ -41,8 +41,13 @@ DataBuffer::~DataBuffer() {
     Psdk::corruptObjectFound();
     return;
   }
-  if (m_secure && !m_borrowed) secureClear();
   release();
+}
+
+bool DataBuffer::isAlive() const {
+  if (isValidObject()) return true;
+  Psdk::badObjectFound();
+  return false;
 }
 
 int DataBuffer::heapUsage() { return m_borrowed ? 0 : static_cast<int>(m_capacity); }
@@ -50,7 +55,7 @@ int DataBuffer::heapUsage() { return m_borrowed ? 0 : static_cast<int>(m_capacit
 // Ownership of the block -----------------------------------------------------------------------
 
 void DataBuffer::release() {
-  if (!m_borrowed) delete[] m_data;
+  if (!m_borrowed) ckFreeBlock(CkBlock(m_data), m_capacity, m_secure);
   dropData();
 }
 
@@ -69,7 +74,7 @@ void DataBuffer::dropData() {
 }
 
 CkBlock DataBuffer::removeData() {
-  if (m_borrowed && !reallocate(m_capacity)) return nullptr;
+  if (!isAlive() || (m_borrowed && !reallocate(m_capacity))) return nullptr;
   CkBlock block(m_data);
   dropData();
   return block;
@@ -102,31 +107,43 @@ bool DataBuffer::contains(const void* p) const {
 }
 
 void DataBuffer::borrowData(void* p, std::uint32_t n) {
+  if (!isAlive()) return;
+  unsigned char* const bytes = static_cast<unsigned char*>(p);
+  if (!m_borrowed && contains(p)) {
+    const std::uint32_t offset = static_cast<std::uint32_t>(bytes - m_data);
+    m_size = std::min(n, m_capacity - offset);
+    std::memmove(m_data, bytes, m_size);
+    return;
+  }
   release();
-  if (p == nullptr || n == 0) return;
-  m_data = static_cast<unsigned char*>(p);
+  if (p == nullptr) return;
+  m_data = bytes;
   m_size = n;
   m_capacity = n;
   m_borrowed = true;
 }
 
 void DataBuffer::takeData(DataBuffer& source) {
-  if (&source == this) return;
+  if (&source == this || !isAlive()) return;
   if (source.empty()) {
     clear();
     return;
   }
-  release();
-  m_data = source.m_data;
-  m_size = source.m_size;
-  m_capacity = source.m_capacity;
-  m_borrowed = source.m_borrowed;
-  source.dropData();
+  m_secure = m_secure || source.m_secure;
+  if (source.m_borrowed) {
+    borrowData(source.m_data, source.m_size);
+    source.dropData();
+  } else {
+    const std::uint32_t size = source.m_size;
+    const std::uint32_t capacity = source.m_capacity;
+    adopt(source.removeData(), size, capacity);
+  }
 }
 
 void DataBuffer::takeData(CkBlock block, std::uint32_t n) { takeData2(std::move(block), n, n); }
 
 void DataBuffer::takeData2(CkBlock block, std::uint32_t size, std::uint32_t capacity) {
+  if (!isAlive()) return;
   if (block == nullptr) {
     release();
   } else {
@@ -134,22 +151,29 @@ void DataBuffer::takeData2(CkBlock block, std::uint32_t size, std::uint32_t capa
   }
 }
 
-void DataBuffer::takeString(StringBuffer& text) {
+bool DataBuffer::takeString(StringBuffer& text) {
   const std::uint32_t size = text.getSize();
   std::uint32_t capacity = 0;
-  CkBlock block = text.extractString2(capacity);
+  CkBlock block = isAlive() ? text.extractString2(capacity) : nullptr;
+  if (block == nullptr) return false;
+  m_secure = m_secure || text.getSecureBuf();
   takeData2(std::move(block), size, capacity);
+  return true;
 }
 
 bool DataBuffer::copy(const DataBuffer& other) {
+  if (!isAlive()) return false;
   if (&other == this) return true;
-  release();
-  if (other.m_capacity == 0) return true;
-  if (!reallocate(other.m_capacity)) return false;
-  return append(other);
+  // The other one may have borrowed from this block.
+  CkBlock block = other.m_capacity == 0 ? nullptr : ckNewUnsignedChar(other.m_capacity);
+  if (block != nullptr && other.m_size != 0) std::memcpy(block.get(), other.m_data, other.m_size);
+  const bool copied = block != nullptr || other.m_capacity == 0;
+  takeData2(std::move(block), other.m_size, other.m_capacity);
+  return copied;
 }
 
 bool DataBuffer::copyData(const void* p, std::uint32_t n) {
+  if (!isAlive()) return false;
   if (p == nullptr || n == 0) {
     release();
     return true;
@@ -161,6 +185,7 @@ bool DataBuffer::copyData(const void* p, std::uint32_t n) {
 }
 
 void DataBuffer::swapData(DataBuffer& other) {
+  if (!isAlive() || !other.isAlive()) return;
   std::swap(m_size, other.m_size);
   std::swap(m_capacity, other.m_capacity);
   std::swap(m_borrowed, other.m_borrowed);
@@ -169,8 +194,9 @@ void DataBuffer::swapData(DataBuffer& other) {
 }
 
 bool DataBuffer::prepForSbTake() {
+  if (!isAlive()) return false;
   if (lastByte() != 0 || empty()) {
-    return m_size != kNotFound && ensureBufferWiping(m_size + 1) && appendChar('\0');
+    return m_size != kNotFound && ensureBuffer(m_size + 1) && appendChar('\0');
   }
   while (m_size > 1 && m_data[m_size - 2] == 0) --m_size;
   return true;
@@ -200,12 +226,11 @@ bool DataBuffer::beginsWith(const void* p, std::uint32_t n) const {
 }
 
 std::uint32_t DataBuffer::findBytes2(const void* p, std::uint32_t n, std::uint32_t start) const {
-  if (p == nullptr || n == 0 || start > m_size) return kNotFound;
-  const unsigned char* const wanted = static_cast<const unsigned char*>(p);
-  const unsigned char* const from = m_data + start;
-  const unsigned char* const end = m_data + m_size;
-  const unsigned char* const found = std::search(from, end, wanted, wanted + n);
-  return found == end ? kNotFound : static_cast<std::uint32_t>(found - m_data);
+  if (p == nullptr || n == 0 || start >= m_size) return kNotFound;
+  const void* const found = ::memmem(m_data + start, m_size - start, p, n);
+  return found == nullptr
+             ? kNotFound
+             : static_cast<std::uint32_t>(static_cast<const unsigned char*>(found) - m_data);
 }
 
 bool DataBuffer::is7bit() const {
@@ -215,10 +240,7 @@ bool DataBuffer::is7bit() const {
 // Adding ---------------------------------------------------------------------------------------
 
 bool DataBuffer::append(const void* p, std::size_t n) {
-  if (!isValidObject()) {
-    Psdk::badObjectFound();
-    return false;
-  }
+  if (!isAlive()) return false;
   if (p == nullptr || n == 0) return true;
   if (ck64_TooBigForUnsigned32(n) || ck64_TooBigForUnsigned32(std::uint64_t{m_size} + n)) {
     return false;
@@ -249,10 +271,7 @@ bool DataBuffer::appendStr(const char* text) {
 }
 
 bool DataBuffer::push_back(unsigned char c) {
-  if (!isValidObject()) {
-    Psdk::badObjectFound();
-    return false;
-  }
+  if (!isAlive()) return false;
   if (m_size == m_capacity && !reallocate(capacityForOneMore(m_size))) return false;
   m_data[m_size++] = c;
   return true;
@@ -260,14 +279,15 @@ bool DataBuffer::push_back(unsigned char c) {
 
 bool DataBuffer::appendChar(char c) { return push_back(static_cast<unsigned char>(c)); }
 
-bool DataBuffer::appendChar2(char a, char b) { return appendChar(a) && appendChar(b); }
+bool DataBuffer::appendChar2(char a, char b) {
+  if (!isAlive()) return false;
+  const bool fits = std::uint64_t{m_size} + 2 <= m_capacity;
+  return (fits || reallocate(capacityForOneMore(m_size))) && appendChar(a) && appendChar(b);
+}
 
 bool DataBuffer::appendCharN(char c, std::uint32_t n) {
   constexpr std::uint32_t kSlack = 10'000;
-  if (!isValidObject()) {
-    Psdk::badObjectFound();
-    return false;
-  }
+  if (!isAlive()) return false;
   const std::uint64_t need = std::uint64_t{m_size} + n;
   if (need > m_capacity && !reallocate(need + kSlack)) return false;
   if (n != 0) std::memset(m_data + m_size, c, n);
@@ -277,18 +297,24 @@ bool DataBuffer::appendCharN(char c, std::uint32_t n) {
 
 unsigned char* DataBuffer::getAppendPtr(std::uint32_t n) {
   const std::uint64_t need = std::uint64_t{m_size} + n + 1;
+  if (!isAlive()) return nullptr;
   if (ck64_TooBigForUnsigned32(need)) return nullptr;
   if (need > m_capacity && !expandBuffer(n + 1)) return nullptr;
   return m_data + m_size;
 }
 
-void DataBuffer::addToSize(std::uint32_t n) { m_size += std::min(n, m_capacity - m_size); }
+void DataBuffer::addToSize(std::uint32_t n) {
+  if (isAlive()) m_size += std::min(n, m_capacity - m_size);
+}
 
-void DataBuffer::setDataSize_CAUTION(std::uint32_t n) { m_size = std::min(n, m_capacity); }
+void DataBuffer::setDataSize_CAUTION(std::uint32_t n) {
+  if (isAlive()) m_size = std::min(n, m_capacity);
+}
 
 bool DataBuffer::prepend(const void* p, std::uint32_t n) { return insertAt(0, p, n); }
 
 bool DataBuffer::insertAt(std::uint32_t pos, const void* p, std::uint32_t n) {
+  if (!isAlive()) return false;
   if (p == nullptr || n == 0) return true;
   const std::uint32_t oldSize = m_size;
   if (!append(p, n)) return false;
@@ -298,29 +324,23 @@ bool DataBuffer::insertAt(std::uint32_t pos, const void* p, std::uint32_t n) {
 
 // Reserving and removing -------------------------------------------------------------------------
 
-bool DataBuffer::ensureBuffer(std::uint32_t n) { return n <= m_capacity || reallocate(n); }
-
-bool DataBuffer::ensureBufferWiping(std::uint32_t n) {
-  if (n <= m_capacity) return true;
-  if (!m_secure || empty()) return reallocate(n);
-  DataBuffer larger;
-  if (!larger.reallocate(n)) return false;
-  larger.append(*this);
-  secureClearWithDeallocate();
-  takeData(larger);
-  return true;
+bool DataBuffer::ensureBuffer(std::uint32_t n) {
+  return isAlive() && (n <= m_capacity || reallocate(n));
 }
 
-void DataBuffer::shorten(std::uint32_t n) { m_size -= std::min(n, m_size); }
+void DataBuffer::shorten(std::uint32_t n) {
+  if (isAlive()) m_size -= std::min(n, m_size);
+}
 
 bool DataBuffer::resize(std::uint32_t n) {
+  if (!isAlive()) return false;
   if (n > m_size) return ensureBuffer(n) && appendCharN('\0', n - m_size);
   m_size = n;
   return true;
 }
 
 bool DataBuffer::removeChunk(int pos, int n) {
-  if (pos < 0) return false;
+  if (!isAlive() || pos < 0) return false;
   const std::uint32_t from = static_cast<std::uint32_t>(pos);
   if (n < 1 || from >= m_size) return true;
   const std::uint32_t removed = std::min(static_cast<std::uint32_t>(n), m_size - from);
@@ -330,34 +350,43 @@ bool DataBuffer::removeChunk(int pos, int n) {
 }
 
 void DataBuffer::removeHead(std::uint32_t n) {
+  if (!isAlive()) return;
   const std::uint32_t removed = std::min(n, m_size);
   m_size -= removed;
   if (m_size != 0) std::memmove(m_data, m_data + removed, m_size);
 }
 
 void DataBuffer::clear() {
+  if (!isAlive()) return;
   if (m_borrowed) dropData();
   m_size = 0;
 }
 
-void DataBuffer::clearWithDeallocate() { release(); }
+void DataBuffer::clearWithDeallocate() {
+  if (isAlive()) release();
+}
 
 void DataBuffer::secureClear() {
+  if (!isAlive()) return;
   ckWipe(m_data, m_size);
   m_size = 0;
 }
 
 void DataBuffer::secureClearWithDeallocate() {
+  if (!isAlive()) return;
   secureClear();
   release();
 }
 
-void DataBuffer::clearBuffer() { ckWipe(m_data, m_capacity); }
+void DataBuffer::clearBuffer() {
+  if (isAlive()) ckWipe(m_data, m_capacity);
+}
 
 bool DataBuffer::minimizeMemoryUsage() { return minimizeMemoryUsage2(0); }
 
 bool DataBuffer::minimizeMemoryUsage2(std::uint32_t keep) {
   constexpr std::uint32_t kSlack = 4;
+  if (!isAlive()) return false;
   if (m_borrowed || m_capacity - m_size <= std::max(keep, kSlack)) return true;
   return reallocate(m_size + kSlack);
 }

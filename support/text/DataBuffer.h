@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "CkMemory.h"
 #include "KestrumObject.h"
@@ -11,7 +12,8 @@ class LogBase;
 class StringBuffer;
 
 /// A growable block of bytes, owned or borrowed. Sizes are 32 bits. Operations that need memory
-/// return false, with the old content intact, if there is none. Not locked: one thread at a time.
+/// return false, with the old content intact, if there is none; those that write do nothing on an
+/// object that isn't alive. Not locked: one thread at a time.
 class DataBuffer : public KestrumObject {
  public:
   DataBuffer() = default;
@@ -72,8 +74,6 @@ class DataBuffer : public KestrumObject {
 
   /// Makes the capacity at least `n`.
   bool ensureBuffer(std::uint32_t n);
-  /// The same; the block that a secure buffer leaves behind is wiped.
-  bool ensureBufferWiping(std::uint32_t n);
   /// Drops `n` bytes from the end, or all there are.
   void shorten(std::uint32_t n);
   /// Shortens, or extends with zero bytes.
@@ -81,9 +81,11 @@ class DataBuffer : public KestrumObject {
   /// Removes a range; one that passes the end is cut there. A negative position fails.
   bool removeChunk(int pos, int n);
   void removeHead(std::uint32_t n);
+  /// Moves the bytes from `index` on to the front, over those before it.
+  void slideTailToFront(std::uint32_t index) { removeHead(index); }
   /// Size 0. An owned block is kept for reuse, a borrowed one is forgotten. Never wipes.
   void clear();
-  /// Frees the block. Never wipes.
+  /// Frees the block.
   void clearWithDeallocate();
   /// Wipes the used bytes and keeps the block.
   void secureClear();
@@ -95,26 +97,30 @@ class DataBuffer : public KestrumObject {
   bool minimizeMemoryUsage();
   /// The same, unless no more than `keep` bytes are unused.
   bool minimizeMemoryUsage2(std::uint32_t keep);
-  /// The destructor wipes the used bytes. The clearing operations don't look at this flag.
+  /// Every block that a secure buffer frees, it wipes first.
   void setSecure(bool secure) { m_secure = secure; }
   bool getSecure() const { return m_secure; }
 
   // Handing blocks over ----------------------------------------------------------------------
 
   /// Reads and writes the caller's `n` bytes in place. They are never freed here; the first
-  /// growth turns them into an owned copy.
+  /// growth turns them into an owned copy. Bytes of this buffer's own block stay owned, and what
+  /// is around them goes.
   void borrowData(void* p, std::uint32_t n);
-  /// Adopts the other buffer's block; an empty source only clears this buffer.
+  /// Adopts the other buffer's block; an empty source only clears this buffer. What was secure
+  /// stays so.
   void takeData(DataBuffer& source);
   /// Adopts a block from ckNewUnsignedChar().
   void takeData(CkBlock block, std::uint32_t n);
+  void setData(CkBlock block, std::uint32_t n) { takeData(std::move(block), n); }
   void takeData2(CkBlock block, std::uint32_t size, std::uint32_t capacity);
   /// Adopts the text without its terminator, which stays in the block. The text is emptied.
-  void takeString(StringBuffer& text);
+  bool takeString(StringBuffer& text);
   /// Forgets the block without freeing it; the caller has it by other means.
   void dropData();
   /// Hands the block out, a copy if it was borrowed, and forgets it.
   CkBlock removeData();
+  /// Both leave an empty buffer if there is no memory.
   bool copy(const DataBuffer& other);
   bool copyData(const void* p, std::uint32_t n);
   void swapData(DataBuffer& other);
@@ -142,15 +148,18 @@ class DataBuffer : public KestrumObject {
 
   // Files ---------------------------------------------------------------------------------
 
-  /// Replaces the content by the file's. The path is UTF-8.
+  /// Replaces the content by that of a regular file. The path is UTF-8. A file that changes its
+  /// size while it is read isn't loaded.
   bool loadFileUtf8(const char* path, LogBase* log);
   bool saveToFileUtf8(const char* path, LogBase* log) const;
   /// Brings an XML document to UTF-8 in place, by its byte order mark, by NUL bytes or by the
-  /// encoding that its declaration names. What cannot be converted is dropped. False only for an
-  /// empty buffer.
+  /// encoding that its declaration names. What cannot be converted is dropped. False for an empty
+  /// buffer and, with the bytes as they were, if memory is short.
   bool convertXmlToUtf8(LogBase& log);
 
  private:
+  /// At entry of whatever writes.
+  bool isAlive() const;
   bool expandBuffer(std::uint32_t n);
   bool reallocate(std::uint64_t n);
   void adopt(CkBlock block, std::uint32_t size, std::uint32_t capacity);

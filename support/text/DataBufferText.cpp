@@ -1,9 +1,11 @@
 // What a DataBuffer knows about the text in its bytes, and about files.
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string_view>
@@ -25,11 +27,31 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-File openFile(const char* path, const char* mode, LogBase* log, const char* complaint) {
-  File file(path == nullptr ? nullptr : std::fopen(path, mode));
-  if (file == nullptr && log != nullptr) log->LogError(complaint);
-  return file;
+/// Reads up to `n` bytes; fewer at the end of the file or when reading fails.
+std::size_t readAll(int file, unsigned char* to, std::size_t n) {
+  std::size_t got = 0;
+  while (got < n) {
+    const ssize_t piece = ::read(file, to + got, n - got);
+    if (piece < 0 && errno == EINTR) continue;
+    if (piece <= 0) break;
+    got += static_cast<std::size_t>(piece);
+  }
+  return got;
 }
+
+class Descriptor {
+ public:
+  explicit Descriptor(int file) : m_file(file) {}
+  ~Descriptor() {
+    if (m_file >= 0) ::close(m_file);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int get() const { return m_file; }
+
+ private:
+  const int m_file;
+};
 
 }  // namespace
 
@@ -80,43 +102,57 @@ bool DataBuffer::appendEncoded(const char* text, const char* encoding) {
 }
 
 void DataBuffer::replaceChar(unsigned char from, unsigned char to) {
+  if (!isAlive()) return;
   std::replace(m_data, m_data + m_size, from, to);
 }
 
 void DataBuffer::byteSwap21() {
+  if (!isAlive()) return;
   for (std::uint32_t i = 0; i + 1 < m_size; i += 2) std::swap(m_data[i], m_data[i + 1]);
 }
 
 void DataBuffer::byteSwap4321() {
+  if (!isAlive()) return;
   for (std::uint32_t i = 0; i + 3 < m_size; i += 4) std::reverse(m_data + i, m_data + i + 4);
 }
 
 bool DataBuffer::loadFileUtf8(const char* path, LogBase* log) {
-  clear();
   const auto fails = [log](const char* complaint) {
     if (log != nullptr) log->LogError(complaint);
     return false;
   };
-  // Only what has a size: opening a pipe would wait for its writer, and a device may never end.
+  if (!isAlive()) return false;
+  // A pipe in the file's place must not make this wait for its writer.
+  const Descriptor file(path == nullptr ? -1 : ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (file.get() < 0) return fails("Failed to open for read.");
+  // What is open is asked, not the path, which may lead to another file by now. Only what has a
+  // size: a device may never end.
   struct stat info = {};
-  if (path == nullptr || ::stat(path, &info) != 0) return fails("Failed to open for read.");
-  if (!S_ISREG(info.st_mode)) return fails("Failed to get the file size.");
+  if (::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
+    return fails("Failed to get the file size.");
+  }
   const auto size = static_cast<std::uint64_t>(info.st_size);
-  if (ck64_TooBigForUnsigned32(size)) return fails("The file is too big.");
-  if (size == 0) return true;
-  const File file = openFile(path, "rb", log, "Failed to open for read.");
-  if (file == nullptr) return false;
-  if (!ensureBuffer(static_cast<std::uint32_t>(size))) return fails("Failed to allocate memory.");
-  if (std::fread(m_data, 1, size, file.get()) != size) {
+  if (ck64_TooBigForUnsigned32(size + 1)) return fails("The file is too big.");
+  DataBuffer content;
+  content.setSecure(m_secure);
+  // One more than there should be, to see whether the file has grown meanwhile.
+  if (!content.ensureBuffer(static_cast<std::uint32_t>(size + 1))) {
+    return fails("Failed to allocate memory.");
+  }
+  if (readAll(file.get(), content.m_data, size + 1) != size) {
     return fails("Failed to read the whole file.");
   }
-  m_size = static_cast<std::uint32_t>(size);
+  content.m_size = static_cast<std::uint32_t>(size);
+  takeData(content);
   return true;
 }
 
 bool DataBuffer::saveToFileUtf8(const char* path, LogBase* log) const {
-  const File file = openFile(path, "wb", log, "Failed to open for write.");
-  if (file == nullptr) return false;
+  const File file(path == nullptr ? nullptr : std::fopen(path, "wb"));
+  if (file == nullptr) {
+    if (log != nullptr) log->LogError("Failed to open for write.");
+    return false;
+  }
   const bool written = std::fwrite(m_data, 1, m_size, file.get()) == m_size;
   return std::fflush(file.get()) == 0 && written;
 }

@@ -30,17 +30,26 @@ std::string_view viewOf(const DataBuffer& bytes) {
   return {reinterpret_cast<const char*>(bytes.getData2()), bytes.getSize()};
 }
 
-/// Replaces the bytes by their conversion, also if some of them didn't convert.
-void convertAll(DataBuffer& bytes, int codePage, LogBase& log) {
+/// Replaces the bytes by their conversion, also if some of them didn't convert. False, with the
+/// bytes as they were, if memory is short.
+bool convertAll(DataBuffer& bytes, int codePage, LogBase& log) {
   DataBuffer utf8;
-  EncodingConvert().EncConvert(codePage, kUtf8, bytes.getData2(), bytes.getSize(), utf8, log);
+  utf8.setSecure(bytes.getSecure());
+  const std::uint32_t shortages = ckMemoryShortages();
+  if (!EncodingConvert().EncConvert(codePage, kUtf8, bytes.getData2(), bytes.getSize(), utf8,
+                                    log) &&
+      ckMemoryShortages() != shortages) {
+    return false;
+  }
   bytes.swapData(utf8);
+  return true;
 }
 
 /// Replaces the bytes by the first conversion that loses nothing.
 bool convertWide(DataBuffer& bytes, LogBase& log) {
   for (const int codePage : {kUtf16Le, kUtf16Be, kUtf32Le, kUtf32Be}) {
     DataBuffer utf8;
+    utf8.setSecure(bytes.getSecure());
     if (EncodingConvert().EncConvert(codePage, kUtf8, bytes.getData2(), bytes.getSize(), utf8,
                                      log)) {
       bytes.swapData(utf8);
@@ -86,11 +95,11 @@ void findDeclaredEncoding(std::string_view text, StringBuffer& out) {
 }  // namespace
 
 bool DataBuffer::convertXmlToUtf8(LogBase& log) {
-  if (empty()) return false;
+  if (empty() || !isAlive()) return false;
+  const std::uint32_t shortages = ckMemoryShortages();
   const std::string_view text = viewOf(*this);
   if (text.starts_with(kUtf16LeMark) || text.starts_with(kUtf16BeMark)) {
-    convertAll(*this, text.starts_with(kUtf16LeMark) ? kUtf16Le : kUtf16Be, log);
-    return true;
+    return convertAll(*this, text.starts_with(kUtf16LeMark) ? kUtf16Le : kUtf16Be, log);
   }
   if (text.starts_with(kUtf8Mark)) {
     removeHead(kUtf8Mark.size());
@@ -101,11 +110,11 @@ bool DataBuffer::convertXmlToUtf8(LogBase& log) {
 
   StringBuffer encoding;
   findDeclaredEncoding(viewOf(*this), encoding);
+  if (ckMemoryShortages() != shortages) return false;
   if (encoding.empty() || encoding.equals("utf-8")) return true;
   // An eight-bit file can't be what it says it is: written by a tool that copies the declaration.
   if (encoding.equals("utf-16") && !hasNul) return true;
   const int codePage = CharsetNaming::GetCodePage_p(encoding.getString());
   if (codePage == 0) return true;
-  convertAll(*this, codePage, log);
-  return true;
+  return convertAll(*this, codePage, log);
 }

@@ -50,11 +50,22 @@ void StringBuffer::setLength(std::uint32_t length) {
   m_data[length] = '\0';
 }
 
+/// NUL bytes at the very end don't count.
+void StringBuffer::setLengthBeforeNuls(std::uint32_t length) {
+  while (length != 0 && m_data[length - 1] == '\0') --length;
+  setLength(length);
+}
+
 void StringBuffer::freeBlock(bool wipe) {
-  if (wipe) ckWipe(m_data, m_length);
-  m_heap.reset();
+  ckFreeBlock(std::move(m_heap), m_heapCapacity, wipe);
   m_heapCapacity = 0;
   m_data = m_inline.data();
+}
+
+void StringBuffer::release(bool wipe) {
+  freeBlock(wipe);
+  if (wipe) ckWipe(m_inline.data(), m_inline.size());
+  setLength(0);
 }
 
 bool StringBuffer::moveToBlock(std::uint64_t capacity) {
@@ -62,7 +73,8 @@ bool StringBuffer::moveToBlock(std::uint64_t capacity) {
   CkBlock block = ckNewUnsignedChar(capacity);
   if (block == nullptr) return false;
   std::memcpy(block.get(), m_data, m_length + 1U);
-  if (m_secure) ckWipe(m_data, m_length);
+  if (m_secure) ckWipe(m_inline.data(), m_inline.size());
+  freeBlock(m_secure);
   m_heap = std::move(block);
   m_heapCapacity = static_cast<std::uint32_t>(capacity);
   m_data = reinterpret_cast<char*>(m_heap.get());
@@ -89,8 +101,8 @@ bool StringBuffer::expectNumBytes(std::uint32_t n) {
 }
 
 bool StringBuffer::hasRoomFor(std::size_t n) const {
-  const std::size_t total = m_length + n + 1;
-  return m_heap == nullptr ? total <= kInlineSize : total <= m_heapCapacity;
+  const std::uint32_t size = m_heap == nullptr ? kInlineSize : m_heapCapacity;
+  return n < size - m_length;
 }
 
 bool StringBuffer::makeRoomFor(std::size_t n) {
@@ -114,10 +126,7 @@ void StringBuffer::weakClear() {
   m_extendSize = kFirstExtendSize;
 }
 
-void StringBuffer::releaseBuffer() {
-  freeBlock(m_secure);
-  setLength(0);
-}
+void StringBuffer::releaseBuffer() { release(m_secure); }
 
 void StringBuffer::strongClear() {
   releaseBuffer();
@@ -125,19 +134,23 @@ void StringBuffer::strongClear() {
 }
 
 void StringBuffer::secureClear() {
-  freeBlock(true);
-  setLength(0);
+  release(true);
   m_extendSize = kFirstExtendSize;
 }
 
 bool StringBuffer::takeFromDb(DataBuffer& bytes) {
-  strongClear();
   if (!bytes.prepForSbTake()) return false;
-  if (bytes.getSize() < 2) return true;
   const std::uint32_t length = bytes.getSize() - 1;
   const std::uint32_t capacity = bytes.getBufSize();
+  const bool secure = m_secure || bytes.getSecure();
+  if (length == 0) {
+    strongClear();
+    return true;
+  }
   CkBlock block = bytes.removeData();
   if (block == nullptr) return false;
+  strongClear();
+  m_secure = secure;
   m_heap = std::move(block);
   m_heapCapacity = capacity;
   m_data = reinterpret_cast<char*>(m_heap.get());
@@ -148,6 +161,7 @@ bool StringBuffer::takeFromDb(DataBuffer& bytes) {
 void StringBuffer::takeSb(StringBuffer& other) {
   if (&other == this) return;
   strongClear();
+  m_secure = m_secure || other.m_secure;
   m_extendSize = other.m_extendSize;
   m_length = other.m_length;
   if (other.m_heap == nullptr) {
@@ -157,7 +171,6 @@ void StringBuffer::takeSb(StringBuffer& other) {
     m_heapCapacity = std::exchange(other.m_heapCapacity, 0U);
     m_data = reinterpret_cast<char*>(m_heap.get());
     other.m_data = other.m_inline.data();
-    other.setLength(0);
   }
   other.strongClear();
 }
@@ -168,17 +181,13 @@ CkBlock StringBuffer::extractString() {
 }
 
 CkBlock StringBuffer::extractString2(std::uint32_t& capacity) {
-  CkBlock block;
-  if (m_heap != nullptr) {
-    capacity = m_heapCapacity;
-    block = std::move(m_heap);
-    m_heapCapacity = 0;
-    m_data = m_inline.data();
-    setLength(0);
-  } else {
-    block = copyString();
-    capacity = block == nullptr ? 0 : m_length + 1;
+  capacity = m_heap == nullptr ? m_length + 1 : m_heapCapacity;
+  CkBlock block = m_heap == nullptr ? copyString() : std::move(m_heap);
+  if (block == nullptr) {
+    capacity = 0;
+    return nullptr;
   }
+  m_heapCapacity = 0;
   strongClear();
   return block;
 }
@@ -198,8 +207,10 @@ void StringBuffer::copyToBuffer(char* buffer, std::uint32_t size) const {
 
 // Adding ---------------------------------------------------------------------------------------
 
-bool StringBuffer::contains(const char* p) const {
-  return !std::less<>{}(p, m_data) && !std::less<>{}(m_data + m_length, p);
+bool StringBuffer::contains(const void* p) const {
+  const void* const begin = m_data;
+  const void* const end = m_data + (m_heap == nullptr ? kInlineSize : m_heapCapacity);
+  return !std::less<>{}(p, begin) && std::less<>{}(p, end);
 }
 
 bool StringBuffer::appendN(const char* p, std::size_t n) {
@@ -207,15 +218,13 @@ bool StringBuffer::appendN(const char* p, std::size_t n) {
   if (!hasRoomFor(n)) {
     // The piece may be a part of the text that is about to move.
     const bool ownPiece = contains(p);
-    const std::ptrdiff_t offset = ownPiece ? p - m_data : 0;
-    if (ownPiece && n > m_length - static_cast<std::size_t>(offset)) return false;
+    const std::size_t offset = ownPiece ? static_cast<std::size_t>(p - m_data) : 0;
+    if (ownPiece && (offset > m_length || n > m_length - offset)) return false;
     if (!makeRoomFor(n)) return false;
     if (ownPiece) p = m_data + offset;
   }
   std::memmove(m_data + m_length, p, n);
-  std::uint32_t length = m_length + static_cast<std::uint32_t>(n);
-  while (length != 0 && m_data[length - 1] == '\0') --length;
-  setLength(length);
+  setLengthBeforeNuls(m_length + static_cast<std::uint32_t>(n));
   return true;
 }
 
@@ -234,7 +243,9 @@ bool StringBuffer::appendChar(char c) {
   return true;
 }
 
-bool StringBuffer::appendChar2(char a, char b) { return appendChar(a) && appendChar(b); }
+bool StringBuffer::appendChar2(char a, char b) {
+  return makeRoomFor(2) && appendChar(a) && appendChar(b);
+}
 
 bool StringBuffer::appendUChar(unsigned char c) { return appendChar(static_cast<char>(c)); }
 
@@ -264,21 +275,31 @@ bool StringBuffer::insertAt(std::uint32_t pos, const char* text) {
 
 bool StringBuffer::setString(const char* text) {
   const std::size_t n = lengthOf(text);
-  if (n != 0 && contains(text)) {
-    // A part of this very text: what is kept moves to the front.
-    std::memmove(m_data, text, n);
-    setLength(static_cast<std::uint32_t>(n));
-    m_extendSize = kFirstExtendSize;
-    return true;
-  }
-  weakClear();
-  return appendN(text, n);
+  if (n == 0 || !contains(text)) return setText({text, n});
+  // A part of this very text: what is kept moves to the front.
+  std::memmove(m_data, text, n);
+  setLength(static_cast<std::uint32_t>(n));
+  m_extendSize = kFirstExtendSize;
+  return true;
 }
 
 bool StringBuffer::setString(const StringBuffer& text) {
-  if (&text == this) return true;
-  weakClear();
-  return append(text);
+  return &text == this || setText(text.view());
+}
+
+/// Replaces the text by one that lies elsewhere.
+bool StringBuffer::setText(std::string_view text) {
+  const std::uint32_t length = std::exchange(m_length, 0U);
+  const std::uint32_t extendSize = std::exchange(m_extendSize, kFirstExtendSize);
+  if (!makeRoomFor(text.size())) {
+    m_length = length;
+    m_extendSize = extendSize;
+    return false;
+  }
+  m_inline[0] = '\0';
+  if (!text.empty()) std::memcpy(m_data, text.data(), text.size());
+  setLengthBeforeNuls(static_cast<std::uint32_t>(text.size()));
+  return true;
 }
 
 // Shortening -----------------------------------------------------------------------------------

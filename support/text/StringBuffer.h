@@ -37,6 +37,8 @@ class StringBuffer : public NonRefCountedObj {
   bool isValidObject() const { return m_validity.isAlive(); }
   /// True if the terminator is missing.
   bool isNonTerminated() const { return m_data[m_length] != 0; }
+  /// True if the address lies in the memory of the text.
+  bool contains(const void* p) const;
   char* pCharAt(std::uint32_t i) const { return m_data + i; }
   char charAt(std::uint32_t i) const { return i < m_length ? m_data[i] : '\0'; }
   char lastChar() const { return m_length == 0 ? '\0' : m_data[m_length - 1]; }
@@ -68,7 +70,7 @@ class StringBuffer : public NonRefCountedObj {
 
   /// Makes room for `n` more bytes.
   bool expectNumBytes(std::uint32_t n);
-  /// Wiping on release, also of the memory that growing leaves behind.
+  /// Whatever memory a secure text leaves behind, it wipes first.
   void setSecureBuf(bool secure) { m_secure = secure; }
   bool getSecureBuf() const { return m_secure; }
   std::uint32_t getExtendSize() const { return m_extendSize; }
@@ -84,16 +86,17 @@ class StringBuffer : public NonRefCountedObj {
   /// Empties the text and frees the block; wipes first if the buffer is secure.
   void strongClear();
   void clear() { strongClear(); }
-  /// The same, and wipes whatever the flag says. A wipe covers the text, not the whole block.
+  /// The same, and wipes whatever the flag says.
   void secureClear();
   /// As strongClear(), but the extend size stays.
   void releaseBuffer();
 
   /// Adopts the bytes without copying them; the text ends before its trailing NUL bytes.
   bool takeFromDb(DataBuffer& bytes);
-  /// Adopts the other text and leaves it empty.
+  /// Adopts the other text and leaves it empty. What was secure stays so.
   void takeSb(StringBuffer& other);
-  /// Hands the text out in a block of its own, terminated, and leaves the buffer empty.
+  /// Hands the text out in a block of its own, terminated, and leaves the buffer empty. Null, with
+  /// the text still here, if a short text finds no memory for a block.
   CkBlock extractString();
   CkBlock extractString2(std::uint32_t& capacity);
   CkBlock copyString() const;
@@ -161,11 +164,14 @@ class StringBuffer : public NonRefCountedObj {
 
   bool hasRoomFor(std::size_t n) const;
   bool makeRoomFor(std::size_t n);
-  bool contains(const char* p) const;
   bool moveToBlock(std::uint64_t capacity);
   void moveInline();
   void freeBlock(bool wipe);
+  void release(bool wipe);
   void setLength(std::uint32_t length);
+  void setLengthBeforeNuls(std::uint32_t length);
+  bool setText(std::string_view text);
+  int replaceAll(std::string_view wanted, std::string_view replacement, bool noCase);
   std::uint32_t keepRange(std::size_t from, std::size_t to);
 
   ValidityWord<std::uint8_t, 0xAA> m_validity;

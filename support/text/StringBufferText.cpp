@@ -11,16 +11,43 @@ namespace {
 
 std::string_view viewOf(const char* text) { return text == nullptr ? "" : text; }
 
-/// First occurrence in the NUL-terminated text, null if there is none.
-const char* searchNoCase(const char* text, std::string_view wanted) {
-  const char* const end = text + std::strlen(text);
-  const char* const found = std::search(text, end, wanted.begin(), wanted.end(), asciiEqualNoCase);
-  return found == end ? nullptr : found;
+/// Offset of the first occurrence from `start` on, npos if there is none. In linear time,
+/// whatever the texts.
+std::size_t find(std::string_view text, std::string_view wanted, std::size_t start) {
+  const std::string_view rest = text.substr(start);
+  const void* const found = ::memmem(rest.data(), rest.size(), wanted.data(), wanted.size());
+  return found == nullptr ? std::string_view::npos
+                          : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
 }
 
-const char* search(const char* text, const char* wanted, bool noCase) {
-  return noCase ? searchNoCase(text, wanted) : std::strstr(text, wanted);
-}
+/// A text and what is looked for in it, in lower case if case doesn't matter. A NUL inside ends
+/// the text.
+class Search {
+ public:
+  Search(const StringBuffer& text, std::string_view wanted, bool noCase)
+      : m_text(text.getString()), m_wanted(wanted) {
+    if (!noCase) return;
+    m_lowerText.setSecureBuf(text.getSecureBuf());
+    m_lowerWanted.setSecureBuf(text.getSecureBuf());
+    m_possible = m_lowerText.append(m_text) && m_lowerWanted.append(wanted);
+    m_lowerText.toLowerCase();
+    m_lowerWanted.toLowerCase();
+    m_text = m_lowerText.view();
+    m_wanted = m_lowerWanted.view();
+  }
+
+  /// Offset of the first occurrence from `start` on, npos if there is none or no memory.
+  std::size_t from(std::size_t start) const {
+    return m_possible && !m_wanted.empty() ? find(m_text, m_wanted, start) : std::string_view::npos;
+  }
+
+ private:
+  std::string_view m_text;
+  std::string_view m_wanted;
+  StringBuffer m_lowerText;
+  StringBuffer m_lowerWanted;
+  bool m_possible = true;
+};
 
 }  // namespace
 
@@ -72,73 +99,51 @@ bool StringBuffer::equalsIgnoreCase(const char* text) const {
 // Replacing ------------------------------------------------------------------------------------
 
 int StringBuffer::replaceAllOccurances(const char* from, const char* to) {
-  const std::string_view wanted = viewOf(from);
-  const std::string_view replacement = viewOf(to);
-  if (wanted.empty()) return 0;
-  const std::string_view text(m_data);  // a NUL inside ends the search
-  std::size_t match = text.find(wanted);
-  if (match == std::string_view::npos) return 0;
-
-  std::size_t length = m_length;
-  if (wanted.size() != replacement.size()) {
-    std::size_t count = 0;
-    for (std::size_t m = match; m != std::string_view::npos;
-         m = text.find(wanted, m + wanted.size())) {
-      ++count;
-    }
-    length = length - count * wanted.size() + count * replacement.size();
-  }
-  StringBuffer result;
-  result.setSecureBuf(m_secure);
-  if (ck64_TooBigForUnsigned32(length) ||
-      !result.expectNumBytes(static_cast<std::uint32_t>(length))) {
-    return 0;
-  }
-  int replaced = 0;
-  std::size_t pos = 0;
-  for (; match != std::string_view::npos; match = text.find(wanted, pos)) {
-    if (!result.append(text.substr(pos, match - pos)) || !result.append(replacement)) return 0;
-    pos = match + wanted.size();
-    ++replaced;
-  }
-  if (!result.append(view().substr(pos))) return 0;
-  takeSb(result);
-  return replaced;
+  return replaceAll(viewOf(from), viewOf(to), false);
 }
 
 int StringBuffer::replaceAllOccurancesNoCase(const char* from, const char* to) {
-  const std::string_view wanted = viewOf(from);
-  if (wanted.empty()) return 0;
+  return replaceAll(viewOf(from), viewOf(to), true);
+}
+
+int StringBuffer::replaceAll(std::string_view wanted, std::string_view replacement, bool noCase) {
+  const Search search(*this, wanted, noCase);
+  std::size_t count = 0;
+  for (std::size_t match = search.from(0); match != std::string_view::npos;
+       match = search.from(match + wanted.size())) {
+    ++count;
+  }
+  if (count == 0) return 0;
+  const std::uint64_t length = m_length - count * wanted.size() + count * replacement.size();
   StringBuffer result;
   result.setSecureBuf(m_secure);
-  int replaced = 0;
-  const char* pos = m_data;
-  while (const char* const match = searchNoCase(pos, wanted)) {
-    if (!result.appendN(pos, static_cast<std::size_t>(match - pos)) || !result.append(to)) return 0;
+  if (!result.makeRoomFor(length)) return 0;
+  std::size_t pos = 0;
+  for (std::size_t left = count; left != 0; --left) {
+    const std::size_t match = search.from(pos);
+    result.append(view().substr(pos, match - pos));
+    result.append(replacement);
     pos = match + wanted.size();
-    ++replaced;
   }
-  if (replaced == 0) return 0;
-  if (!result.appendN(pos, static_cast<std::size_t>(m_data + m_length - pos))) return 0;
+  result.append(view().substr(pos));
   takeSb(result);
-  return replaced;
+  return static_cast<int>(count);
 }
 
 int StringBuffer::replaceFirstOccurance(const char* from, const char* to, bool noCase) {
   const std::string_view wanted = viewOf(from);
-  if (wanted.empty()) return 0;
-  const char* const match = search(m_data, from, noCase);
-  if (match == nullptr) return 0;
-  StringBuffer tail;
-  tail.setSecureBuf(m_secure);
-  const char* const rest = match + wanted.size();
-  if (!tail.appendN(rest, static_cast<std::size_t>(m_data + m_length - rest))) return 0;
+  const std::size_t match = Search(*this, wanted, noCase).from(0);
+  if (match == std::string_view::npos) return 0;
   StringBuffer replacement;
   replacement.setSecureBuf(m_secure);
   if (!replacement.append(to)) return 0;
-  if (!makeRoomFor(replacement.getSize())) return 0;
-  setLength(static_cast<std::uint32_t>(match - m_data));
-  return append(replacement) && append(tail) ? 1 : 0;
+  const std::uint32_t size = replacement.getSize();
+  if (size > wanted.size() && !makeRoomFor(size - wanted.size())) return 0;
+  const std::size_t rest = match + wanted.size();
+  std::memmove(m_data + match + size, m_data + rest, m_length - rest);
+  std::memcpy(m_data + match, replacement.getString(), size);
+  setLengthBeforeNuls(static_cast<std::uint32_t>(m_length - wanted.size() + size));
+  return 1;
 }
 
 int StringBuffer::replaceCharAnsi(char from, char to) {

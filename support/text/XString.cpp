@@ -4,6 +4,7 @@
 #include <cstring>
 #include <cwchar>
 #include <new>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -36,6 +37,19 @@ std::size_t lengthOf(const Unit* text) {
   return n;
 }
 
+/// The units up to `n`, a mark in front left out.
+template <typename Unit>
+std::span<const Unit> withoutMark(const Unit* text, std::size_t n) {
+  if (text == nullptr || n == 0) return {};
+  const std::size_t mark = isMark(*text) ? 1 : 0;
+  return {text + mark, n - mark};
+}
+
+/// Makes room for `n` bytes in all.
+bool ensureWide(DataBuffer& wide, std::uint64_t n) {
+  return !ck64_TooBigForUnsigned32(n) && wide.ensureBuffer(static_cast<std::uint32_t>(n));
+}
+
 }  // namespace
 
 XString::~XString() {
@@ -47,24 +61,60 @@ std::unique_ptr<XString> XString::createNewObject() {
   return std::unique_ptr<XString>(new (std::nothrow) XString);
 }
 
-std::unique_ptr<XString> XString::cloneX() {
+std::unique_ptr<XString> XString::cloneX() const {
   std::unique_ptr<XString> copy = createNewObject();
-  if (copy != nullptr) copy->copyFromX(*this);
+  if (copy != nullptr && !copy->copyFromX(*this)) return nullptr;
   return copy;
 }
 
 bool XString::copyFromX(const XString& other) {
   if (&other == this) return true;
+  XString copy;
+  copy.setSecureX(m_secure);
+  const bool copied = (!other.m_ansiReady || copy.m_sbAnsi.setString(other.m_sbAnsi)) &&
+                      (!other.m_utf8Ready || copy.m_sbUtf8.setString(other.m_sbUtf8)) &&
+                      (!other.m_wideReady || copy.m_wide.copy(other.m_wide));
+  if (!copied) return noteShortage();
+  copy.m_ansiReady = other.m_ansiReady;
+  copy.m_utf8Ready = other.m_utf8Ready;
+  copy.m_wideReady = other.m_wideReady;
+  copy.m_wideIsUtf16 = other.m_wideIsUtf16;
+  copy.m_whole = other.m_whole;
+  takeX(copy);
+  return true;
+}
+
+bool XString::assignX(const XString& other) {
+  if (&other == this) return true;
+  XString copy;
+  copy.setSecureX(m_secure);
+  if (!copy.appendX(other)) return noteShortage();
+  takeX(copy);
+  return true;
+}
+
+/// Adopts the other's text and state.
+void XString::takeX(XString& other) {
   clear();
+  m_sbAnsi.takeSb(other.m_sbAnsi);
+  m_sbUtf8.takeSb(other.m_sbUtf8);
+  m_wide.takeData(other.m_wide);
   m_ansiReady = other.m_ansiReady;
   m_utf8Ready = other.m_utf8Ready;
   m_wideReady = other.m_wideReady;
   m_wideIsUtf16 = other.m_wideIsUtf16;
-  const bool copied = (!m_ansiReady || m_sbAnsi.setString(other.m_sbAnsi)) &&
-                      (!m_utf8Ready || m_sbUtf8.setString(other.m_sbUtf8)) &&
-                      (!m_wideReady || m_wide.copy(other.m_wide));
-  if (!copied) clear();
-  return copied;
+  m_whole = other.m_whole;
+}
+
+bool XString::noteShortage() {
+  m_whole = false;
+  return false;
+}
+
+bool XString::isAlive() const {
+  if (m_magic.isAlive()) return true;
+  Psdk::badObjectFound();
+  return false;
 }
 
 bool XString::isValidObject() const {
@@ -143,6 +193,7 @@ void XString::weakClear() {
   m_utf8Ready = true;
   m_wideReady = false;
   m_wideIsUtf16 = true;
+  m_whole = true;
 }
 
 void XString::minimizeMemory() {
@@ -168,10 +219,7 @@ bool XString::setFromUtf8(const char* text) {
 }
 
 bool XString::setFromUtf8N(const char* text, std::size_t n) {
-  if (!m_magic.isAlive()) {
-    Psdk::badObjectFound();
-    return false;
-  }
+  if (!isAlive()) return false;
   if (text == nullptr || n == 0) {
     weakClear();
     return true;
@@ -179,13 +227,14 @@ bool XString::setFromUtf8N(const char* text, std::size_t n) {
   // The argument may lie in any of the forms, so they go last.
   StringBuffer fresh;
   fresh.setSecureBuf(m_secure);
-  const bool ok = fresh.append(withoutMark({text, n}));
+  if (!fresh.append(withoutMark({text, n}))) return noteShortage();
   m_sbUtf8.takeSb(fresh);
   m_sbUtf8.minimizeMemoryUsage();
   m_sbAnsi.strongClear();
   releaseWide();
   onlyUtf8();
-  return ok;
+  m_whole = true;
+  return true;
 }
 
 bool XString::setFromSbUtf8(const StringBuffer& text) {
@@ -198,18 +247,20 @@ bool XString::setFromAnsi(const char* text) {
 }
 
 bool XString::setFromAnsiN(const char* text, std::size_t n) {
+  if (!isAlive()) return false;
   if (text == nullptr || n == 0) {
     weakClear();
     return true;
   }
   StringBuffer fresh;
   fresh.setSecureBuf(m_secure);
-  const bool ok = fresh.appendN(text, n);
+  if (!fresh.appendN(text, n)) return noteShortage();
   m_sbAnsi.takeSb(fresh);
   emptyForm(m_sbUtf8);
   releaseWide();
   onlyAnsi();
-  return ok;
+  m_whole = true;
+  return true;
 }
 
 bool XString::appendUtf8(const char* text) {
@@ -218,14 +269,11 @@ bool XString::appendUtf8(const char* text) {
 }
 
 bool XString::appendUtf8N(const char* text, std::size_t n) {
-  if (!m_magic.isAlive()) {
-    Psdk::badObjectFound();
-    return false;
-  }
-  if (text == nullptr || n == 0) return true;
-  getUtf8Sb();
+  if (!isAlive() || !makeUtf8()) return false;
+  const std::string_view piece = text == nullptr ? std::string_view() : std::string_view(text, n);
+  if (!m_sbUtf8.append(withoutMark(piece))) return noteShortage();
   onlyUtf8();
-  return m_sbUtf8.append(withoutMark({text, n}));
+  return true;
 }
 
 bool XString::appendSbUtf8(const StringBuffer& text) {
@@ -238,30 +286,39 @@ bool XString::appendAnsi(const char* text) {
 }
 
 bool XString::appendAnsiN(const char* text, std::size_t n) {
+  if (!isAlive()) return false;
   if (text == nullptr || n == 0) return true;
-  if (m_ansiReady) {
-    onlyAnsi();
-    return m_sbAnsi.appendN(text, n);
-  }
+  if (!m_ansiReady) return appendAnsiToUtf8(text, n);
+  if (!m_sbAnsi.appendN(text, n)) return noteShortage();
+  onlyAnsi();
+  return true;
+}
+
+bool XString::appendAnsiToUtf8(const char* text, std::size_t n) {
   XString piece;
   piece.setSecureX(m_secure);
-  return piece.setFromAnsiN(text, n) && appendSbUtf8(piece.getUtf8Sb());
+  if (!piece.setFromAnsiN(text, n) || !piece.makeUtf8()) return noteShortage();
+  return appendSbUtf8(piece.m_sbUtf8);
 }
 
 bool XString::appendUsAscii(const char* text) {
   const std::string_view piece = viewOf(text);
   if (m_utf8Ready || !m_ansiReady) return appendUtf8N(piece.data(), piece.size());
+  if (!isAlive()) return false;
+  if (!m_sbAnsi.append(piece)) return noteShortage();
   onlyAnsi();
-  return m_sbAnsi.append(piece);
+  return true;
 }
 
 bool XString::appendInt(int value) {
-  getUtf8Sb();
+  if (!isAlive() || !makeUtf8()) return false;
+  if (!m_sbUtf8.append(value)) return noteShortage();
   onlyUtf8();
-  return m_sbUtf8.append(value);
+  return true;
 }
 
 bool XString::appendX(const XString& other) {
+  if (!other.m_whole) noteShortage();
   if (other.m_utf8Ready) return appendSbUtf8(other.m_sbUtf8);
   if (!other.m_wideReady) {
     return appendAnsiN(other.m_sbAnsi.getString(), other.m_sbAnsi.getSize());
@@ -275,25 +332,28 @@ bool XString::appendX(const XString& other) {
 bool XString::takeFromUtf8Sb(StringBuffer& text) {
   DataBuffer bytes;
   bytes.setSecure(m_secure);
-  bytes.takeString(text);
-  return takeFromUtf8Db(bytes);
+  return bytes.takeString(text) ? takeFromUtf8Db(bytes) : noteShortage();
 }
 
 bool XString::takeFromUtf8Db(DataBuffer& bytes) {
   if (_ckUtf::hasUtf8Preamble(bytes.getData2(), bytes.getSize())) {
     bytes.removeHead(static_cast<std::uint32_t>(kUtf8Mark.size()));
   }
+  if (!m_sbUtf8.takeFromDb(bytes)) return noteShortage();
   emptyForm(m_sbAnsi);
   releaseWide();
   onlyUtf8();
-  return m_sbUtf8.takeFromDb(bytes);
+  m_whole = true;
+  return true;
 }
 
 bool XString::takeFromAnsiDb(DataBuffer& bytes) {
+  if (!m_sbAnsi.takeFromDb(bytes)) return noteShortage();
   emptyForm(m_sbUtf8);
   releaseWide();
   onlyAnsi();
-  return m_sbAnsi.takeFromDb(bytes);
+  m_whole = true;
+  return true;
 }
 
 // Wide -----------------------------------------------------------------------------------------
@@ -303,69 +363,61 @@ std::uint32_t XString::wideSize() const {
   return size >= wideWidth() ? size - wideWidth() : 0;
 }
 
-void XString::terminateWide() {
-  // A block that was passed through unconverted may end inside a character.
-  const std::uint32_t width = wideWidth();
-  const std::uint32_t rest = m_wide.getSize() % width;
-  std::uint32_t n = rest == 0 ? width : 2 * width - rest;
-  if (!m_wide.ensureBufferWiping(m_wide.getSize() + n)) {
-    // No memory: the last character gives way, since readers go on to a zero.
-    m_wide.shorten(std::min(m_wide.getSize(), rest + width));
-    n = width;
-  }
-  m_wide.appendCharN('\0', n);
-}
-
 /// Appends `n` units, which may lie in this very object.
 template <typename Unit>
 bool XString::appendWide(const Unit* text, std::size_t n) {
-  if (!m_magic.isAlive()) {
-    Psdk::badObjectFound();
-    return false;
-  }
+  if (!isAlive()) return false;
   constexpr bool kUtf16 = sizeof(Unit) == 2;
-  if (text != nullptr && n != 0 && isMark(*text)) {
-    ++text;
-    --n;
-  }
-  if (text == nullptr || n == 0 || *text == 0) return true;
+  const std::span<const Unit> piece = withoutMark(text, n);
+  if (piece.empty() || piece.front() == 0) return true;
   DataBuffer copy;
   copy.setSecure(m_secure);
-  const std::size_t size = n * sizeof(Unit);
-  if (m_wide.contains(text)) {
-    if (!copy.append(text, size)) return false;
-    text = reinterpret_cast<const Unit*>(copy.getData2());
+  const void* units = piece.data();
+  if (m_wide.contains(units)) {
+    if (!copy.append(units, piece.size_bytes())) return noteShortage();
+    units = copy.getData2();
   }
-  if (isEmpty()) {
+  if (!m_wideReady && isEmpty()) {
     m_wide.clear();
-  } else {
-    makeWide(kUtf16);
+  } else if (!makeWide(kUtf16)) {
+    return false;
   }
+  const std::uint32_t kept = m_wide.empty() ? 0 : wideSize();
+  const std::uint64_t need = std::uint64_t{kept} + piece.size_bytes() + sizeof(Unit);
+  // Twice what is needed for a text that grows.
+  const bool fits = need <= m_wide.getBufSize() || (kept != 0 && ensureWide(m_wide, need * 2)) ||
+                    ensureWide(m_wide, need);
+  if (!fits) return noteShortage();
+  m_wide.setDataSize_CAUTION(kept);
+  m_wide.append(units, piece.size_bytes());
   onlyWide(kUtf16);
-  if (m_wide.getSize() >= sizeof(Unit)) m_wide.shorten(sizeof(Unit));
-  // Twice what is needed for a text that grows; what doesn't fit fails below.
-  const std::uint64_t need = m_wide.getSize() + size + sizeof(Unit);
-  if (need > m_wide.getBufSize()) {
-    const std::uint64_t roomy = m_wide.empty() ? need : need * 2;
-    if (!ck64_TooBigForUnsigned32(roomy)) {
-      m_wide.ensureBufferWiping(static_cast<std::uint32_t>(roomy));
-    }
-  }
-  const bool ok = m_wide.append(text, size);
-  terminateWide();
-  return ok;
+  m_wide.appendCharN('\0', sizeof(Unit));
+  return true;
 }
 
 template <typename Unit>
 bool XString::setWide(const Unit* text) {
-  DataBuffer copy;
-  copy.setSecure(m_secure);
-  if (text != nullptr && m_wide.contains(text)) {
-    if (!copy.append(text, (lengthOf(text) + 1) * sizeof(Unit))) return false;
-    text = reinterpret_cast<const Unit*>(copy.getData2());
+  if (!isAlive()) return false;
+  const std::span<const Unit> piece = withoutMark(text, text == nullptr ? 0 : lengthOf(text));
+  if (piece.empty()) {
+    weakClear();
+    return true;
   }
-  weakClear();
-  return text == nullptr || appendWide(text, lengthOf(text));
+  const std::uint64_t need = piece.size_bytes() + sizeof(Unit);
+  if (need > m_wide.getBufSize() || m_wide.contains(text)) {
+    DataBuffer fresh;
+    fresh.setSecure(m_secure);
+    if (!ensureWide(fresh, need)) return noteShortage();
+    fresh.append(piece.data(), piece.size_bytes());
+    weakClear();
+    m_wide.takeData(fresh);
+  } else {
+    weakClear();
+    m_wide.append(piece.data(), piece.size_bytes());
+  }
+  m_wide.appendCharN('\0', sizeof(Unit));
+  onlyWide(sizeof(Unit) == 2);
+  return true;
 }
 
 bool XString::appendUtf16_xe(const std::uint16_t* text) {
@@ -434,30 +486,47 @@ bool XString::isValidUtf8() {
 }
 
 int XString::compareX(XString& other) {
-  const wchar_t* const left = getWideStr();
-  return std::wcscmp(left, other.getWideStr());
+  if (&other == this) return 0;
+  const bool comparable = makeWide(false) && other.makeWide(false);
+  return comparable ? std::wcscmp(getWideStr(), other.getWideStr()) : 1;
+}
+
+bool XString::equalsAscii(const char* ascii) const {
+  const std::string_view wanted = viewOf(ascii);
+  if (m_utf8Ready) return m_sbUtf8.equals(ascii);
+  if (m_ansiReady) return m_sbAnsi.equals(ascii);
+  if (!m_wideReady) return wanted.empty();
+  const auto same = [&](const auto* units) {
+    return std::equal(wanted.begin(), wanted.end(), units, units + wideSize() / wideWidth(),
+                      [](char c, auto unit) { return static_cast<unsigned char>(c) == unit; });
+  };
+  const void* const text = m_wide.getData2();
+  return m_wideIsUtf16 ? same(static_cast<const std::uint16_t*>(text))
+                       : same(static_cast<const char32_t*>(text));
 }
 
 int XString::replaceAllOccurancesUtf8(const char* from, const char* to, bool ignoreCase) {
-  StringBuffer& utf8 = getUtf8Sb();
-  const int replaced =
-      ignoreCase ? utf8.replaceAllOccurancesNoCase(from, to) : utf8.replaceAllOccurances(from, to);
-  if (replaced > 0) onlyUtf8();
+  if (!makeUtf8()) return 0;
+  const std::uint32_t shortages = ckMemoryShortages();
+  const int replaced = ignoreCase ? m_sbUtf8.replaceAllOccurancesNoCase(from, to)
+                                  : m_sbUtf8.replaceAllOccurances(from, to);
+  if (replaced > 0) {
+    onlyUtf8();
+  } else if (ckMemoryShortages() != shortages) {
+    noteShortage();
+  }
   return replaced;
 }
 
-void XString::trim() {
-  if (!m_utf8Ready && m_ansiReady) {
-    if (m_sbAnsi.trim() != 0) onlyAnsi();
-  } else if (getUtf8Sb().trim() != 0) {
-    onlyUtf8();
-  }
-}
+void XString::trim() { trimWith(&StringBuffer::trim); }
 
-void XString::trim2() {
+void XString::trim2() { trimWith(&StringBuffer::trim2); }
+
+/// In the form at hand, UTF-8 first; a wide text becomes UTF-8.
+void XString::trimWith(std::uint32_t (StringBuffer::*family)()) {
   if (!m_utf8Ready && m_ansiReady) {
-    if (m_sbAnsi.trim2() != 0) onlyAnsi();
-  } else if (getUtf8Sb().trim2() != 0) {
+    if ((m_sbAnsi.*family)() != 0) onlyAnsi();
+  } else if (makeUtf8() && (m_sbUtf8.*family)() != 0) {
     onlyUtf8();
   }
 }

@@ -17,21 +17,29 @@
 /// form, which changes its width in place: getUtf16_xe() ends what getUtf32_xe() returned.
 ///
 /// Reading converts, so that even two readers need a lock: one thread at a time. Null arguments
-/// count as empty texts. The operations that write return false if memory is short or the
-/// object isn't alive.
+/// count as empty texts. The operations that write return false, with the text as it was, if
+/// memory is short or the object isn't alive. A reader that finds no memory returns an empty text;
+/// isWhole() tells.
 class XString : public KestrumObject {
  public:
   XString() = default;
   ~XString() override;
 
   static std::unique_ptr<XString> createNewObject();
-  std::unique_ptr<XString> cloneX();
+  /// Null if memory is short.
+  std::unique_ptr<XString> cloneX() const;
   /// Copies all valid forms.
   bool copyFromX(const XString& other);
 
   bool isValidObject() const;
   void setSecureX(bool secure);
   bool getSecureX() const { return m_secure; }
+
+  /// False once anything has been lost for want of memory since the text was last set as a whole:
+  /// a write that wasn't done, a form that couldn't be made.
+  bool isWhole() const { return m_whole; }
+  /// For those who lost a part of the text or of a result on the way; returns false.
+  bool noteShortage();
 
   // The forms at hand -----------------------------------------------------------------------
 
@@ -79,8 +87,11 @@ class XString : public KestrumObject {
   bool setFromUtf32_xe(const char32_t* text);
   bool setFromWideStr(const wchar_t* text);
   bool setFromSbUtf8(const StringBuffer& text);
-  /// Bytes in the named character set, ANSI if the name is unknown; the number of a binary
-  /// encoding gives the bytes in it. The block may be taken over, which leaves `bytes` empty.
+  /// Clears, then appends the other's best form.
+  bool assignX(const XString& other);
+  /// Bytes in the named character set, ANSI if the name is unknown. What doesn't convert is
+  /// dropped, with false. The number of a binary encoding converts nothing and leaves an empty
+  /// text. The block may be taken over, which leaves `bytes` empty.
   bool setFromDb(const char* charset, DataBuffer& bytes);
   bool setFromDb_cp(int codePage, DataBuffer& bytes);
 
@@ -89,6 +100,8 @@ class XString : public KestrumObject {
   bool appendSbUtf8(const StringBuffer& text);
   bool appendAnsi(const char* text);
   bool appendAnsiN(const char* text, std::size_t n);
+  /// To the UTF-8 form, whichever is valid.
+  bool appendAnsiToUtf8(const char* text, std::size_t n);
   bool appendUtf16_xe(const std::uint16_t* text);
   /// `n` counts units.
   bool appendUtf16N_xe(const std::uint16_t* text, std::size_t n);
@@ -128,8 +141,11 @@ class XString : public KestrumObject {
   int indexOfUtf8(const char* text);
   bool is7bit();
   bool isValidUtf8();
-  /// Both are brought to UTF-32 and compared by code point.
+  /// Both are brought to UTF-32 and compared by code point. Without memory for that two objects
+  /// are never equal.
   int compareX(XString& other);
+  /// Compares the form at hand with an ASCII text. Needs no memory and converts nothing.
+  bool equalsAscii(const char* ascii) const;
   int replaceAllOccurancesUtf8(const char* from, const char* to, bool ignoreCase);
   /// Tab and blank, at both ends.
   void trim();
@@ -142,15 +158,14 @@ class XString : public KestrumObject {
   bool getConverted_cp(int codePage, DataBuffer& out);
   /// The same by name; 65001 if the name is unknown.
   bool getConverted(const char* charset, DataBuffer& out);
-  /// The same; the text may be moved out and is undefined afterwards.
-  bool extractToDb(const char* charset, DataBuffer& out);
 
   /// The text's bytes in the character set become its text in the binary encoding ...
-  void encodeBinaryText(const char* charset, int encoding);
+  bool encodeBinaryText(const char* charset, int encoding);
   /// ... and back.
-  void decodeBinaryText(const char* charset, int encoding);
+  bool decodeBinaryText(const char* charset, int encoding);
 
  private:
+  bool isAlive() const;
   void onlyUtf8();
   void onlyAnsi();
   void onlyWide(bool utf16);
@@ -158,7 +173,10 @@ class XString : public KestrumObject {
   std::uint32_t wideSize() const;
   void emptyForm(StringBuffer& form);
   void releaseWide();
-  void terminateWide();
+  void takeX(XString& other);
+  void trimWith(std::uint32_t (StringBuffer::*family)());
+  bool makeUtf8();
+  bool makeAnsi();
   bool makeWide(bool utf16);
   template <typename Unit>
   bool appendWide(const Unit* text, std::size_t n);
@@ -175,4 +193,5 @@ class XString : public KestrumObject {
   StringBuffer m_sbAnsi;
   StringBuffer m_sbUtf8;
   bool m_secure = false;
+  bool m_whole = true;
 };

@@ -83,19 +83,17 @@ class Reader {
 
 }  // namespace
 
-bool drain(COrbComLanPort& port, std::size_t readSize) {
+void drain(COrbComLanPort& port, std::size_t readSize) {
+  using Clock = std::chrono::steady_clock;
+  using std::chrono::milliseconds;
   const auto scratch = std::make_unique_for_overwrite<unsigned char[]>(readSize);
   // By the clock and not by a number of reads: a network connection that was flooded holds
   // megabytes, and a read that leaves them there finds garbage for many polls.
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point end = Clock::now() + std::chrono::milliseconds{kLongestDrain_ms};
-  bool full = false;
-  int got = 0;
-  do {
-    got = port.read(scratch.get(), readSize, kLongestDrain_ms);
-    full |= got == static_cast<int>(readSize);
-  } while (got > 0 && Clock::now() < end);
-  return full || Clock::now() >= end;
+  const Clock::time_point end = Clock::now() + milliseconds{kLongestDrain_ms};
+  for (milliseconds left{kLongestDrain_ms}; left > milliseconds{0};
+       left = std::chrono::ceil<milliseconds>(end - Clock::now())) {
+    if (port.read(scratch.get(), readSize, static_cast<int>(left.count())) <= 0) return;
+  }
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

@@ -12,9 +12,8 @@
 inline constexpr int kLongestDrain_ms = 500;
 
 /// Throws away what waits on the line: reads `readSize` bytes at a time until nothing comes, or
-/// until `kLongestDrain_ms` have passed. True if the line was flooded, which is when they have or
-/// a read came back full: more may then be on its way, however silent the line is for a moment.
-bool drain(COrbComLanPort& port, std::size_t readSize);
+/// until `kLongestDrain_ms` have passed.
+void drain(COrbComLanPort& port, std::size_t readSize);
 
 /// Reads one answer into `frame` (at least as long as the style's frame) and returns the number
 /// of bytes in it. Sleeps while the line is silent, and takes what waiting costs off `budget_ms`.

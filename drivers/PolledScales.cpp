@@ -56,15 +56,10 @@ int PolledScales::poll(Reading& reading) {
   if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
 
   int status = kNoAnswer;
-  // A scale that transmits by itself may well leave no gap.
-  bool mayLeaveFlood = !sheet_.request.first.empty();
   int budget_ms = sheet_.budget_ms;
   std::array<std::uint8_t, kMaxFrame> buffer = {};
   for (int attempt = 0; attempt < sheet_.attempts; ++attempt) {
-    if (drain(port, sheet_.drainSize) && mayLeaveFlood) {
-      mayLeaveFlood = false;
-      if (const int code = leaveFlood(); code != kSuccess) return code;
-    }
+    drain(port, sheet_.drainSize);
     sendRequest(buffer);
     buffer.fill(0);
     if (!sheet_.oneBudgetForAll) budget_ms = sheet_.budget_ms;
@@ -82,15 +77,6 @@ int PolledScales::poll(Reading& reading) {
   }
   CloseIfMust();
   return status;
-}
-
-/// What a network has queued on the way from a scale that was flooding it can outlast any drain,
-/// and read as an answer it is a wrong weight. A new connection begins without it.
-int PolledScales::leaveFlood() {
-  port.Drop();
-  const int code = isConnectedOrConnect();
-  if (code == kSuccess) drain(port, sheet_.drainSize);
-  return code;
 }
 
 void PolledScales::sendRequest(Frame lastFrame) {

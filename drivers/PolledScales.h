@@ -18,7 +18,6 @@ class PolledScales : public IScalesObject {
 
  private:
   int poll(Reading& reading);
-  int leaveFlood();
   void sendRequest(Frame lastFrame);
   int send(const Command& command);
   template <typename Operation>

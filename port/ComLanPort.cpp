@@ -19,8 +19,6 @@ constexpr int kConnectTimeout_ms = 10000;
 constexpr int kReadIdle_ms = 100;
 constexpr int kSendIdle_ms = 7000;
 constexpr int kCloseTimeout_ms = 5000;
-/// The shortest that a close takes; 0 would be the longest.
-constexpr int kDropTimeout_ms = 1;
 
 constexpr int kOpened = 0;
 constexpr int kCantOpen = 1;
@@ -176,24 +174,16 @@ int COrbComLanPort::OpenNetwork() {
 int COrbComLanPort::Close(bool really) {
   const CAutoLockMutex lock(&portMutex);
   if (!really) return 0;
-  CloseSocket(kCloseTimeout_ms);
+  if (socket) {
+    logEvent("CLOSE");
+    socket->Close(kCloseTimeout_ms);
+    socket.reset();
+  }
   if (comPort) {
     logEvent("CLOSE");
     comPort.reset();
   }
   return 0;
-}
-
-void COrbComLanPort::Drop() {
-  const CAutoLockMutex lock(&portMutex);
-  CloseSocket(kDropTimeout_ms);
-}
-
-void COrbComLanPort::CloseSocket(int farewell_ms) {
-  if (!socket) return;
-  logEvent("CLOSE");
-  socket->Close(farewell_ms);
-  socket.reset();
 }
 
 int COrbComLanPort::getState() {

@@ -43,15 +43,12 @@ class COrbComLanPort {
   int OpenNetworkPort(const char* host, int port);
   /// Closes the transport if `really`; returns 0.
   int Close(bool really);
-  /// Closes a network connection at once, without listening to the end of what the scale still
-  /// says; leaves a serial line as it is, since that holds nothing back.
-  void Drop();
 
   /// Reads up to `size` bytes. A serial line gives at once what it has; a network port waits up
   /// to 100 ms after each byte and gives all `size` bytes or none. 0 if nothing came.
   /// With a `longest_ms` a network read is also over, with none, when so much time has passed
-  /// without the last byte: bytes that drip in below the idle limit would hold a large read for
-  /// hours.
+  /// without the last byte, however they come: bytes that drip in below the idle limit would hold
+  /// a large read for hours.
   int read(unsigned char* buffer, unsigned long size, int longest_ms = 0);
   /// Returns the number of bytes written; 0 or less on failure.
   int write(const unsigned char* data, unsigned long size);
@@ -85,7 +82,6 @@ class COrbComLanPort {
   };
 
   void InitAllM();
-  void CloseSocket(int farewell_ms);
   int OpenSerial();
   int OpenNetwork();
   int ReadSerial(unsigned char* buffer, unsigned long size);

@@ -1,5 +1,6 @@
 #include "ClsSocket.h"
 
+#include <algorithm>
 #include <chrono>
 #include <new>
 
@@ -13,6 +14,9 @@
 #include "XString.h"
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
 
 /// The send loop cuts this down to what it sends at a time.
 constexpr std::uint32_t kSendPacketSize = 65'535;
@@ -182,22 +186,28 @@ bool ClsSocket::receiveAll(std::uint32_t wanted, DataBuffer& data) {
     return false;
   }
   wanted -= data.getSize() - before;
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point end = Clock::now() + std::chrono::milliseconds{m_maxReadMs};
+  const Clock::time_point end = Clock::now() + milliseconds{m_maxReadMs};
+  std::uint32_t idleMs = m_maxReadIdleMs;
   while (wanted > 0) {
-    if (!receiveSome(wanted, data)) return false;
-    if (wanted > 0 && m_maxReadMs > 0 && Clock::now() >= end) {
-      m_receiveFailReason = TimedOut;
-      return false;
+    if (m_maxReadMs > 0) {
+      const auto left = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
+      if (left <= 0) {
+        m_receiveFailReason = TimedOut;
+        return false;
+      }
+      // Silence, too, lasts no longer than what is left. An idle limit of 0 is none.
+      idleMs = static_cast<std::uint32_t>(left);
+      if (m_maxReadIdleMs > 0) idleMs = std::min(idleMs, m_maxReadIdleMs);
     }
+    if (!receiveSome(wanted, idleMs, data)) return false;
   }
   return true;
 }
 
-bool ClsSocket::receiveSome(std::uint32_t& wanted, DataBuffer& data) {
+bool ClsSocket::receiveSome(std::uint32_t& wanted, std::uint32_t idleMs, DataBuffer& data) {
   const std::uint32_t before = data.getSize();
   SocketParams params;
-  if (!m_connection->receiveBytes2a(data, kReceivePacketSize, m_maxReadIdleMs, params, m_log)) {
+  if (!m_connection->receiveBytes2a(data, kReceivePacketSize, idleMs, params, m_log)) {
     m_receiveFailReason = params.timedOut       ? TimedOut
                           : params.socketError  ? SocketError
                           : params.disconnected ? ClosedByPeer

@@ -57,7 +57,7 @@ class ClsSocket : public ClsBase {
   bool connectTo(XString& hostname, int port, bool ssl, std::uint32_t maxWaitMs);
   bool sendAll(const unsigned char* data, std::uint32_t size);
   bool receiveAll(std::uint32_t wanted, DataBuffer& data);
-  bool receiveSome(std::uint32_t& wanted, DataBuffer& data);
+  bool receiveSome(std::uint32_t& wanted, std::uint32_t idleMs, DataBuffer& data);
 
   std::uint32_t m_maxReadIdleMs = 0;
   std::uint32_t m_maxReadMs = 0;

@@ -102,7 +102,7 @@ TEST(FrameReads, DrainEnds) {
   COrbComLanPort port;
   ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
   line.send(fixture::Bytes(3000, 'x'));
-  EXPECT_TRUE(drain(port, 1000));
+  drain(port, 1000);
   std::array<std::uint8_t, 1> byte = {};
   EXPECT_EQ(port.read(byte.data(), byte.size()), 0);
 
@@ -112,7 +112,11 @@ TEST(FrameReads, DrainEnds) {
   COrbComLanPort flooded;
   ASSERT_EQ(flooded.OpenNetworkPort(fixture::TcpPeer::kHost, peer.port()), 0);
   while (flooded.read(byte.data(), byte.size()) == 0) continue;
-  EXPECT_TRUE(drain(flooded, 1000));
+  const auto begin = std::chrono::steady_clock::now();
+  drain(flooded, 1000);
+  const auto lasted = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(lasted, milliseconds(kLongestDrain_ms));
+  EXPECT_LT(lasted, milliseconds(kLongestDrain_ms + 300));
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
+#include <unistd.h>
+
+#include <cstdio>
 #include <latch>
 #include <stdexcept>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -208,26 +212,53 @@ TEST(PollsOverTcp, LinesOfAnyLengthCannotComeIn) {
   }
 }
 
-/// Model 21's answer has neither start nor check: any 17 bytes that still come from a flood are a
-/// weight. The flood stays behind on the old connection.
-TEST(PollsOverTcp, FloodedConnectionIsLeft) {
-  const fixture::Script answer = fixture::answering(fixture::bytes("00 00 03 00 00 00 00 00"),
-                                                    fixture::bytes("'43210005210245100'"));
-  int connection = 0;
-  std::latch flooding(1);
-  Pair pair(21, Transport::Tcp, [&](fixture::Wire& wire) {
-    if (connection++ > 0) return answer(wire);
-    wire.send(fixture::Bytes(4096, '9'));
-    flooding.count_down();
-    while (wire.send(fixture::Bytes(4096, '9'))) continue;
-  });
-  flooding.wait();
-  for (int i = 0; i < 2; ++i) {
+/// What has piled up on a connection is thrown away, and the request goes out on the same one:
+/// many a converter takes no second client.
+TEST(PollsOverTcp, StaleBytesLeaveTheConnectionAlone) {
+  struct Stale {
+    const char* what;
+    std::size_t piece;
+    int gap_ms;
+    int pieces;
+  };
+  for (const Stale& stale :
+       {Stale{"more than a small drain", 12'000, 0, 1},
+        Stale{"more than a large drain", 120'000, 0, 1}, Stale{"frames that end", 14, 50, 12},
+        Stale{"a trickle", 1, 40, 100}}) {
+    std::latch waiting(1);
+    Pair pair(13, Transport::Tcp, [&](fixture::Wire& wire) {
+      std::thread talking([&] {
+        for (int i = 0; i < stale.pieces && wire.send(fixture::Bytes(stale.piece, 'x')); ++i) {
+          if (i == 0) waiting.count_down();
+          wire.pause(stale.gap_ms);
+        }
+      });
+      fixture::answering(fixture::bytes(kCasRequest), fixture::bytes(kCasFrame))(wire);
+      talking.join();
+    });
+    waiting.wait();
+    const Poll poll = pair.poll();
+    EXPECT_EQ(poll.code, kSuccess) << stale.what;
+    EXPECT_EQ(poll.reading.weight, 1.25) << stale.what;
+    EXPECT_EQ(pair.connections(), 1) << stale.what;
+  }
+}
+
+/// A process that was held up takes its time for silence, not for a scale that floods.
+TEST(PollsOverTcp, StoppedProcessKeepsItsConnection) {
+  Pair pair(13, Transport::Tcp, kCasRequest, {kCasFrame});
+  const std::string process = std::to_string(getpid());
+  const std::string stop = "sleep 0.1; kill -STOP " + process + "; sleep 1; kill -CONT " + process;
+  FILE* stopping = popen(stop.c_str(), "r");
+  ASSERT_NE(stopping, nullptr);
+  for (const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1300);
+       std::chrono::steady_clock::now() < end;) {
     const Poll poll = pair.poll();
     EXPECT_EQ(poll.code, kSuccess);
-    EXPECT_DOUBLE_EQ(poll.reading.weight, 1.234);
-    EXPECT_EQ(pair.connections(), 2);
+    EXPECT_EQ(poll.reading.weight, 1.25);
   }
+  EXPECT_EQ(pclose(stopping), 0);
+  EXPECT_EQ(pair.connections(), 1);
 }
 
 /// A speed that the line refuses closes the port without a word; the poll then finds no answer.

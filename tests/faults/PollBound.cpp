@@ -14,21 +14,11 @@ constexpr milliseconds kSilence{kSilence_ms};
 
 milliseconds emptyRead(bool overTcp) { return overTcp ? kNetworkIdle : milliseconds{0}; }
 
-/// A drain may find out that it has lasted long enough one byte too late.
 milliseconds longestDrain(bool overTcp, Talk talk) {
-  const milliseconds limit{kLongestDrain_ms};
   // On a serial line any gap ends it.
   if (!overTcp && talk.gap > milliseconds{0}) return milliseconds{0};
-  return std::min(talk.stretch, limit) + (talk.stretch > limit ? talk.gap : emptyRead(overTcp));
-}
-
-/// Once in a poll a flooded network connection is dropped, and the new one drained.
-milliseconds leavingFlood(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
-  constexpr milliseconds kReconnect{100};
-  const bool flooded = talk.stretch > milliseconds{kLongestDrain_ms};
-  return overTcp && flooded && !sheet.request.first.empty()
-             ? kReconnect + longestDrain(overTcp, talk)
-             : milliseconds{0};
+  const milliseconds silence = emptyRead(overTcp);
+  return std::min(talk.stretch, milliseconds{kLongestDrain_ms} - silence) + silence;
 }
 
 /// A scale that transmits by itself may send a frame at the very end of an idle wait, which then
@@ -61,8 +51,7 @@ milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
       overTcp ? std::visit(MostBytes{sheet.budget_ms}, sheet.read) * talk.gap : milliseconds{0};
   const milliseconds reading =
       silencesIn(sheet.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
-  return leavingFlood(sheet, overTcp, talk) + sheet.attempts * asking +
-         (sheet.oneBudgetForAll ? 1 : sheet.attempts) * reading;
+  return sheet.attempts * asking + (sheet.oneBudgetForAll ? 1 : sheet.attempts) * reading;
 }
 
 milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp, Talk talk) {

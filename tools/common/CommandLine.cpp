@@ -1,115 +1,186 @@
 #include "CommandLine.h"
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
-#include <memory>
-#include <sstream>
-#include <stdexcept>
-#include <string_view>
-#include <utility>
+#include <charconv>
 
-#include <CLI/CLI.hpp>
+#include "ManualPage.h"
+#include "Text.h"
 
 namespace {
 
-constexpr std::string_view kBlanks = " \n";
+constexpr std::size_t kUsualWidth = 80;
+constexpr std::size_t kWidest = 100;
 
-std::string trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) return {};
-  return std::string(text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1));
+std::size_t helpWidth() {
+  winsize size = {};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualWidth;
+  return std::clamp<std::size_t>(size.ws_col, 40, kWidest);
 }
 
-std::vector<std::string> split(std::string_view text, std::string_view separator) {
-  std::vector<std::string> parts;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find(separator), text.size());
-    if (std::string part = trimmed(text.substr(0, end)); !part.empty()) {
-      parts.push_back(std::move(part));
-    }
-    text.remove_prefix(std::min(end + separator.size(), text.size()));
+/// CLI11's own help, in lines that fit.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() {
+    label("Usage", say("Usage"));
+    label("OPTIONS", say("OPTIONS"));
+    label("SUBCOMMAND", say("COMMAND"));
+    label("Positionals", say("Arguments"));
+    label("REQUIRED", say("REQUIRED"));
+    label("Excludes", say("without"));
   }
-  return parts;
-}
 
-const CLI::Formatter& formatterOf(const CLI::App& app) {
-  const auto* formatter = dynamic_cast<const CLI::Formatter*>(app.get_formatter().get());
-  if (formatter == nullptr) throw std::logic_error("a formatter that makes no usage line");
-  return *formatter;
-}
+  std::string make_description(const CLI::App* app) const override {
+    return lines(app->get_description() + "\n");
+  }
+  std::string make_footer(const CLI::App* app) const override {
+    return lines(app->get_footer() + "\n");
+  }
+  std::string make_option(const CLI::Option* option, bool positional) const override {
+    return row(make_option_name(option, positional) + make_option_opts(option),
+               make_option_desc(option));
+  }
+  std::string make_subcommand(const CLI::App* command) const override {
+    return row(command->get_name(), command->get_description());
+  }
 
-/// What the program calls a value: "DEVICE", "en|ru", "[PORT]".
-std::string typeOf(const CLI::Option& option) {
-  if (!option.get_option_text().empty()) return option.get_option_text();
-  // Behind a colon stands how the value is checked.
-  const std::string type = option.get_type_name();
-  return type.substr(0, type.find(':'));
-}
+ private:
+  static std::string lines(const std::string& text) {
+    return joined(wrapped(text, helpWidth()), "\n");
+  }
 
-ValueKind kindOf(const CLI::Option& option, const std::string& type) {
-  static constexpr std::array<std::pair<std::string_view, ValueKind>, 5> kKinds = {
-      {{"DEVICE", ValueKind::File},
-       {"DIR", ValueKind::Folder},
-       {"FILE", ValueKind::File},
-       {"LOG", ValueKind::File},
-       {"PATH", ValueKind::File}}};
-  if (option.get_items_expected_max() == 0) return ValueKind::None;
-  if (type.find('|') != std::string::npos) return ValueKind::Choice;
-  const auto* found = std::find_if(kKinds.begin(), kKinds.end(),
-                                   [&](const auto& kind) { return kind.first == type; });
-  return found == kKinds.end() ? ValueKind::Text : found->second;
-}
+  static std::string row(const std::string& name, const std::string& about) {
+    static constexpr std::size_t kColumn = 30;
+    std::string text = "  " + name;
+    const bool fits = displayWidth(text) < kColumn - 1;
+    text +=
+        fits ? std::string(kColumn - displayWidth(text), ' ') : "\n" + std::string(kColumn, ' ');
+    return text + joined(wrapped(about, helpWidth() - kColumn), "\n" + std::string(kColumn, ' ')) +
+           "\n";
+  }
+};
 
-OptionEntry entryOf(const CLI::Formatter& formatter, const CLI::Option& option) {
-  OptionEntry entry;
-  for (const std::string& name : option.get_snames()) entry.names.push_back("-" + name);
-  for (const std::string& name : option.get_lnames()) entry.names.push_back("--" + name);
-  if (option.get_positional()) entry.argument = option.get_name(true, false);
-  const std::string type = typeOf(option);
-  entry.kind = kindOf(option, type);
-  entry.valueOptional = option.get_items_expected_min() == 0;
-  entry.repeated = option.get_expected_max() == CLI::detail::expected_max_vector_size;
-  if (entry.kind == ValueKind::Choice) entry.choices = split(type, "|");
-  entry.value = trimmed(formatter.make_option_opts(&option));
-  // The choices stand there a second time as the check of the value.
-  if (const std::size_t check = entry.value.find(":{"); check != std::string::npos) {
-    entry.value.erase(check, entry.value.find('}', check) + 1 - check);
+/// What CLI11 found wrong, in the tool's words. It says so in English sentences alone; the names
+/// in them are ours.
+std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
+  const std::string what = error.what();
+  const auto before = [&](std::string_view words) { return what.substr(0, what.find(words)); };
+  const auto behind = [&](std::string_view words) {
+    const std::size_t at = what.find(words);
+    return at == std::string::npos ? what : what.substr(at + words.size());
+  };
+  const std::string& kind = error.get_name();
+  if (kind == "ValidationError") return what;
+  if (kind == "ExtrasError") return say("not understood: {0}", behind(": "));
+  if (kind == "RequiresError")
+    return say("{0} goes with {1} alone", before(" requires "), behind(" requires "));
+  if (kind == "ExcludesError")
+    return say("{0} and {1} exclude each other", before(" excludes "), behind(" excludes "));
+  if (kind == "RequiredError" && app.get_subcommands().empty() &&
+      app.get_require_subcommand_min() > 0) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+    return say("which command? One of: {0}", joined(names));
   }
-  entry.about = formatter.make_option_desc(&option);
-  return entry;
-}
-
-CommandEntry describe(const CLI::App& app, const std::string& path) {
-  const CLI::Formatter& formatter = formatterOf(app);
-  CommandEntry command;
-  command.name = app.get_name();
-  // The description of a program may begin with its name, as on a manual page.
-  command.about = app.get_description();
-  if (const std::string head = command.name + " - "; command.about.starts_with(head)) {
-    command.about.erase(0, head.size());
-  }
-  command.notes = split(app.get_footer(), "\n\n");
-  command.synopsis = split(formatter.make_usage(&app, path), "\n");
-  const std::string label = formatter.get_label("Usage") + ": ";
-  for (std::string& line : command.synopsis) {
-    if (line.starts_with(label)) line.erase(0, label.size());
-  }
-  for (const std::string& heading : app.get_groups()) {
-    if (heading.empty()) continue;
-    OptionGroup group{heading, {}};
-    for (const CLI::Option* option : app.get_options()) {
-      if (option->get_group() == heading) group.options.push_back(entryOf(formatter, *option));
-    }
-    if (!group.options.empty()) command.groups.push_back(std::move(group));
-  }
-  for (const CLI::App* sub : app.get_subcommands({})) {
-    if (!sub->get_group().empty()) {
-      command.commands.push_back(describe(*sub, path + " " + sub->get_name()));
-    }
-  }
-  return command;
+  if (kind == "RequiredError") return say("{0} is missing", before(" is required"));
+  if (kind == "ArgumentMismatch" && what.find("flag") != std::string::npos)
+    return say("{0} takes no value", before(" was "));
+  if (kind == "ArgumentMismatch") return say("{0} needs a value", before(":"));
+  return say("the command line isn't understood: {0}", what);
 }
 
 }  // namespace
 
-CommandEntry commandLineOf(const CLI::App& app) { return describe(app, app.get_name()); }
+std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest,
+                                        std::int64_t highest) {
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return value >= lowest && value <= highest ? std::optional(value) : std::nullopt;
+}
+
+std::optional<double> realNumber(std::string_view text) {
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+void refuse(const std::string& names, const std::string& why) {
+  throw CLI::ValidationError(names.substr(0, names.find(',')), why);
+}
+
+std::int64_t requireWhole(const std::string& names, const std::string& text, std::int64_t lowest,
+                          std::int64_t highest) {
+  if (const auto value = wholeNumber(text, lowest, highest)) return *value;
+  refuse(names, say("'{0}' is no whole number from {1} to {2}", text, lowest, highest));
+}
+
+double requireSeconds(const std::string& names, const std::string& text, double lowest,
+                      double highest) {
+  const auto value = realNumber(text);
+  if (value && *value >= lowest && *value <= highest) return *value;
+  refuse(names, say("'{0}' is no number of seconds from {1} to {2}", text, lowest, highest));
+}
+
+CLI::Option* addText(CLI::App& app, const std::string& names, std::string& target,
+                     const std::string& about) {
+  const auto take = [names, &target](const std::string& given) {
+    if (given.empty()) refuse(names, say("may not be empty"));
+    target = given;
+  };
+  return app.add_option_function<std::string>(names, take, about)->default_str(target);
+}
+
+void addCommonOptions(CLI::App& app) {
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.option_defaults()->group(say("Options"));
+  app.set_help_flag("-h,--help", say("Print this help and end"))->group(say("Options"));
+  app.set_version_flag("--version", versionLine(app.get_name()), say("Print the version and end"));
+  // It was taken before: the texts above are in its language already.
+  app.add_option_function<std::string>(
+         "--lang",
+         [](const std::string& name) {
+           Language language{};
+           if (!languageByName(name, language))
+             refuse("--lang", say("'{0}' is none of en, ru, uk", name));
+         },
+         say("Language of the messages (default: by the locale)"))
+      ->type_name("en|ru|uk")
+      // A wrapper may have said its own before.
+      ->take_last();
+  // For the build.
+  app.add_flag_callback("--manual-page",
+                        [&app] {
+                          print(manualPage(app));
+                          throw CLI::Success();
+                        })
+      ->trigger_on_parse()
+      ->group("");
+}
+
+std::optional<ExitCode> parse(CLI::App& app, int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    print(app.help());
+    return kGood;
+  } catch (const CLI::CallForVersion& version) {
+    print(std::string(version.what()) + "\n");
+    return kGood;
+  } catch (const CLI::Success&) {
+    return kGood;
+  } catch (const CLI::ParseError& error) {
+    const auto chosen = app.get_subcommands();
+    const std::string name =
+        app.get_name() + (chosen.empty() ? "" : " " + chosen.front()->get_name());
+    throw Failure(kWrongUsage, usageMessage(app, error),
+                  say("`{0} --help` shows how it is used.", name));
+  }
+  return std::nullopt;
+}
+
+std::string versionLine(const std::string& program) { return program + " " + ORBELO_VERSION; }

@@ -1,50 +1,90 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
-#include <vector>
+#include <string_view>
 
-namespace CLI {
-class App;
+#include <CLI/CLI.hpp>
+
+#include "Messages.h"
+#include "Output.h"
+
+// The command line of both programs. The same thing has the same name in both, here and in all
+// texts:
+//
+//     --model, -m N        the model's number, as on the parameter page
+//     --port, -p DEVICE    the serial device: weigh opens it, scalesim makes it
+//     --baud, -b N         the speed of the serial line
+//     --host, -H HOST      name or address of a network scale (weigh)
+//     --tcp-port, -t N     the TCP port
+//     --weight, --price    what a scale shows (scalesim); --price asks for it too (weigh read)
+//     --json, --csv        output for programs
+//     --lang en|ru|uk      language of the messages
+//     --help, -h; --version
+//
+// What a value is stands behind the option in capitals, in no language: N, SECONDS, LIST, HOST,
+// TEXT; DEVICE, FILE, LOG and PATH, which a shell completes as files, DIR as folders; "en|ru" are
+// choices. Exit codes are those of ExitCode.
+
+/// The whole of `text` as a number of the range; none for anything else. No octal, no signs but
+/// minus, no spaces.
+std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest,
+                                        std::int64_t highest);
+/// A decimal number with a point; none for anything else.
+std::optional<double> realNumber(std::string_view text);
+
+/// Turns a command line down: "--model: 'x' is no ...". Of "--model,-m" the first name stands
+/// there.
+[[noreturn]] void refuse(const std::string& names, const std::string& why);
+
+/// Turns down a text that isn't a number of the range.
+std::int64_t requireWhole(const std::string& names, const std::string& text, std::int64_t lowest,
+                          std::int64_t highest);
+/// Turns down a text that is no number from `lowest` to `highest`.
+double requireSeconds(const std::string& names, const std::string& text, double lowest,
+                      double highest);
+
+/// An option or argument that takes a whole number; writes it to `target`.
+template <typename Number>
+CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, Number lowest,
+                       Number highest, const std::string& about) {
+  // Not by CLI11's own conversion, which takes 08 for octal.
+  const auto take = [names, &target, lowest, highest](const std::string& given) {
+    target = static_cast<Number>(requireWhole(names, given, lowest, highest));
+  };
+  return app.add_option_function<std::string>(names, take, about)
+      ->type_name("N")
+      ->default_str(std::to_string(target));
 }
 
-/// What may stand behind an option or in an argument's place, as far as a shell can complete it.
-enum class ValueKind { None, Text, File, Folder, Choice };
+/// One that takes a text, and no empty one: that is what a script's unset variable leaves.
+CLI::Option* addText(CLI::App& app, const std::string& names, std::string& target,
+                     const std::string& about);
 
-/// One option or argument, as --help tells it.
-struct OptionEntry {
-  /// "-m", "--model"; empty for what is an argument only.
-  std::vector<std::string> names;
-  /// Name of the argument; empty for what is an option only.
-  std::string argument;
-  /// What --help writes behind the name: "N=20", "[PORT]"; empty for a flag.
-  std::string value;
-  ValueKind kind = ValueKind::None;
-  /// The option may stand without its value.
-  bool valueOptional = false;
-  /// The argument may stand there more than once.
-  bool repeated = false;
-  std::vector<std::string> choices;
-  std::string about;
+/// Options added while one exists stand under its heading.
+class GroupOfOptions {
+ public:
+  GroupOfOptions(CLI::App& app, const std::string& heading)
+      : defaults_(*app.option_defaults()), before_(defaults_) {
+    defaults_.group(heading);
+  }
+  ~GroupOfOptions() { std::swap(defaults_, before_); }
+  GroupOfOptions(const GroupOfOptions&) = delete;
+  GroupOfOptions& operator=(const GroupOfOptions&) = delete;
+
+ private:
+  CLI::OptionDefaults& defaults_;
+  CLI::OptionDefaults before_;
 };
 
-struct OptionGroup {
-  std::string heading;
-  std::vector<OptionEntry> options;
-};
+/// Gives a program what both have: help in lines as wide as the terminal, --help, --lang,
+/// --version. To be called before options and commands are added.
+void addCommonOptions(CLI::App& app);
 
-/// A program or one of its commands.
-struct CommandEntry {
-  /// "read"
-  std::string name;
-  /// "weigh read [OPTIONS]"; a line for each way of calling it.
-  std::vector<std::string> synopsis;
-  std::string about;
-  /// The paragraphs below the options.
-  std::vector<std::string> notes;
-  std::vector<OptionGroup> groups;
-  std::vector<CommandEntry> commands;
-};
+/// Parses. An exit code if that is all: help and version were printed. Throws Failure for what was
+/// given wrongly, in the current language.
+std::optional<ExitCode> parse(CLI::App& app, int argc, char** argv);
 
-/// The command line of a program, read from the tables that --help is made of; options that --help
-/// hides are left out.
-CommandEntry commandLineOf(const CLI::App& app);
+/// "weigh 4.3.25"
+std::string versionLine(const std::string& program);

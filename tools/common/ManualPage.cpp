@@ -1,22 +1,17 @@
+#include "ManualPage.h"
+
 #include <algorithm>
 #include <cctype>
-#include <sstream>
+#include <ranges>
 
-#include "Language.h"
-#include "SelfDescription.h"
+#include "CommandLine.h"
+#include "Text.h"
 
 namespace {
 
-constexpr Text kName = {"NAME", "ИМЯ"};
-constexpr Text kSynopsis = {"SYNOPSIS", "ОБЗОР"};
-constexpr Text kOptions = {"OPTIONS", "ПАРАМЕТРЫ"};
-constexpr Text kCommands = {"COMMANDS", "КОМАНДЫ"};
-constexpr Text kNotes = {"NOTES", "ЗАМЕЧАНИЯ"};
-constexpr Text kSuite = {"Orbelo scales", "Весы Orbelo"};
-
 /// The text with what groff takes for its own written so that it comes out as it is; a hyphen stays
 /// one that can be copied into a shell.
-std::string escaped(const std::string& text) {
+std::string escaped(std::string_view text) {
   std::string result;
   for (const char c : text) {
     switch (c) {
@@ -33,76 +28,77 @@ std::string escaped(const std::string& text) {
   return result;
 }
 
-/// A paragraph of text. A line that is indented stays one of its own, such as a second example; a
+/// Paragraphs of text. A line that is indented stays one of its own, such as a second example; a
 /// point at the head of a line would be a request to groff.
-std::string textOf(const std::string& text) {
-  std::istringstream lines(text);
+std::string textOf(std::string_view text) {
   std::string result;
-  for (std::string line; std::getline(lines, line);) {
-    const std::size_t begin = std::min(line.find_first_not_of(' '), line.size());
-    if (begin > 0) result += ".br\n";
-    if (line.find('.', begin) == begin) result += "\\&";
-    result += escaped(line.substr(begin)) + "\n";
+  for (const auto part : std::views::split(text, '\n')) {
+    std::string_view line(part.begin(), part.end());
+    const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
+    line.remove_prefix(blanks);
+    if (line.empty()) {
+      result += ".PP\n";
+      continue;
+    }
+    if (blanks > 0) result += ".br\n";
+    result += (line.starts_with('.') ? "\\&" : "") + escaped(line) + "\n";
   }
   return result;
 }
 
-std::string request(const char* name, const std::string& argument) {
-  return std::string(".") + name + " \"" + escaped(argument) + "\"\n";
+std::string heading(const char* request, const std::string& text) {
+  return fmt::format(".{} \"{}\"\n", request, escaped(text));
 }
 
-std::string bold(const std::string& text) { return "\\fB" + escaped(text) + "\\fR"; }
-std::string italic(const std::string& text) { return "\\fI" + escaped(text) + "\\fR"; }
-
-std::string optionText(const OptionEntry& option) {
-  std::string head;
-  for (const std::string& name : option.names) head += (head.empty() ? "" : ", ") + bold(name);
-  if (head.empty()) head = bold(option.argument);
-  if (!option.value.empty()) head += " " + italic(option.value);
-  return ".TP\n" + head + "\n" + textOf(option.about);
+/// What CLI11's formatter makes of an option or a usage line.
+const CLI::Formatter& wordsOf(const CLI::App& app) {
+  return dynamic_cast<const CLI::Formatter&>(*app.get_formatter());
 }
 
-std::string synopsisText(const CommandEntry& command) {
-  std::string text = ".nf\n";
-  for (const std::string& line : command.synopsis) text += textOf(line);
-  return text + ".fi\n";
+std::string usage(const CLI::App& app, const std::string& path) {
+  const CLI::Formatter& words = wordsOf(app);
+  const std::string label = words.get_label("Usage") + ": ";
+  std::string text = words.make_usage(&app, path);
+  if (text.starts_with(label)) text.erase(0, label.size());
+  return ".nf\n" + textOf(text.substr(0, text.find_last_not_of('\n') + 1)) + ".fi\n";
 }
 
-std::string paragraphs(const std::vector<std::string>& notes) {
+std::string options(const CLI::App& app) {
+  const CLI::Formatter& words = wordsOf(app);
   std::string text;
-  for (const std::string& note : notes) text += ".PP\n" + textOf(note);
-  return text;
-}
-
-std::string commandText(const CommandEntry& command) {
-  std::string text =
-      request("SS", command.name) + textOf(command.about) + ".PP\n" + synopsisText(command);
-  for (const OptionGroup& group : command.groups) {
-    text += ".PP\n" + italic(group.heading) + "\n";
-    for (const OptionEntry& option : group.options) text += optionText(option);
+  for (const std::string& group : app.get_groups()) {
+    std::string list;
+    for (const CLI::Option* option : app.get_options()) {
+      if (group.empty() || option->get_group() != group) continue;
+      list +=
+          fmt::format(".TP\n\\fB{}\\fR\\fI{}\\fR\n{}",
+                      escaped(words.make_option_name(option, option->get_positional())),
+                      escaped(words.make_option_opts(option)), textOf(option->get_description()));
+    }
+    if (!list.empty()) text += fmt::format(".PP\n\\fI{}\\fR\n{}", escaped(group), list);
   }
-  return text + paragraphs(command.notes);
+  return text;
 }
 
 }  // namespace
 
-std::string manualPage(const CommandEntry& program) {
-  std::string title = program.name;
-  std::transform(title.begin(), title.end(), title.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+std::string manualPage(const CLI::App& app) {
+  std::string title = app.get_name();
+  std::ranges::transform(title, title.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
   // Without a date, so that the same sources make the same page.
-  std::string page = ".\\\" Made from the tables that --help is made of.\n.TH " + title +
-                     " 1 \"\" \"" + escaped(versionLine(program.name)) + "\" \"" + say(kSuite) +
-                     "\"\n";
-  page += request("SH", say(kName)) + escaped(program.name) + " \\- " + textOf(program.about);
-  page += request("SH", say(kSynopsis)) + synopsisText(program);
-  page += request("SH", say(kOptions));
-  for (const OptionGroup& group : program.groups) {
-    if (program.groups.size() > 1) page += request("SS", group.heading);
-    for (const OptionEntry& option : group.options) page += optionText(option);
+  std::string page = fmt::format(".\\\" Made of what --help says.\n.TH {} 1 \"\" \"{}\" \"{}\"\n",
+                                 title, escaped(versionLine(app.get_name())), say("Orbelo scales"));
+  page += heading("SH", say("NAME")) + escaped(app.get_name()) + " \\- " +
+          textOf(app.get_description());
+  page += heading("SH", say("SYNOPSIS")) + usage(app, app.get_name());
+  page += heading("SH", say("OPTIONS")) + options(app);
+  const auto commands = app.get_subcommands({});
+  if (!commands.empty()) page += heading("SH", say("COMMANDS"));
+  for (const CLI::App* command : commands) {
+    page += heading("SS", command->get_name()) + textOf(command->get_description()) + ".PP\n" +
+            usage(*command, app.get_name() + " " + command->get_name()) + options(*command) +
+            ".PP\n" + textOf(command->get_footer());
   }
-  if (!program.commands.empty()) page += request("SH", say(kCommands));
-  for (const CommandEntry& command : program.commands) page += commandText(command);
-  if (!program.notes.empty()) page += request("SH", say(kNotes)) + paragraphs(program.notes);
-  return page;
+  return page + heading("SH", say("NOTES")) + textOf(app.get_footer());
 }

@@ -8,5 +8,3 @@ std::string selfDescription(const CLI::App& app, const std::string& form) {
   if (form == "bash") return bashCompletion(program);
   return zshCompletion(program);
 }
-
-std::string versionLine(const std::string& program) { return program + " " + ORBELO_VERSION; }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "CommandLine.h"
+#include "SelfDescribed.h"
 
 /// A manual page in the current language, for groff and mandoc.
 std::string manualPage(const CommandEntry& program);

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+/// The manual page of a program in the current language, for groff and mandoc: what --help says of
+/// it and of its commands, with the same words.
+std::string manualPage(const CLI::App& app);

@@ -8,10 +8,10 @@
 
 #include "AsciiText.h"
 #include "Base64Alphabet.h"
+#include "CodingStage.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "StringBuffer.h"
-#include "TextStage.h"
 
 namespace {
 
@@ -197,6 +197,7 @@ bool ContentCoding::decodeBase64ToDb(const char* p, std::size_t n, DataBuffer& o
 
 bool ContentCoding::appendBase64(StringBuffer& out, const char* text) {
   DataBuffer bytes;
+  bytes.setSecure(out.getSecureBuf());
   return text == nullptr || (decodeBase64ToDb(text, std::strlen(text), bytes) && out.append(bytes));
 }
 

@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <string_view>
 
 #include "AsciiText.h"
+#include "CodingStage.h"
 #include "ContentCoding.h"
-#include "DataBuffer.h"
-#include "StringBuffer.h"
-#include "TextStage.h"
 
 // Base32 (RFC 4648)
 // --------------------------------------------------------------------------------
@@ -43,6 +40,7 @@ bool ContentCoding::encodeBase32_noCrLf(const void* data, std::size_t n, StringB
 }
 
 bool ContentCoding::decodeBase32(const char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   unsigned bits = 0;
   int numBits = 0;
   for (std::size_t i = 0; i < n && p[i] != '=' && p[i] != '\0'; ++i) {
@@ -52,9 +50,9 @@ bool ContentCoding::decodeBase32(const char* p, std::size_t n, DataBuffer& out) 
     numBits += 5;
     if (numBits < 8) continue;
     numBits -= 8;
-    if (!out.push_back(static_cast<unsigned char>(bits >> numBits))) return false;
+    stage.put(static_cast<unsigned char>(bits >> numBits));
   }
-  return true;
+  return stage.finish();
 }
 
 // Ascii85: four bytes as five digits of base 85 from "!" on, "z" for four zero bytes
@@ -108,30 +106,32 @@ bool ContentCoding::decodeAscii85(const char* p, std::size_t n, DataBuffer& out)
   if (const std::size_t begin = text.find(kBegin85); begin != text.npos) {
     text.remove_prefix(begin + kBegin85.size());
   }
+  ByteStage stage(out);
   std::uint32_t value = 0;
   unsigned count = 0;
   const auto emit = [&](unsigned bytes) {
     for (unsigned i = 0; i < bytes; ++i) {
-      if (!out.push_back(static_cast<unsigned char>(value >> (24 - 8 * i)))) return false;
+      stage.put(static_cast<unsigned char>(value >> (24 - 8 * i)));
     }
     value = 0;
     count = 0;
-    return true;
   };
   for (const char c : text) {
     if (c == '~') break;
     if (c == kZeroGroup && count == 0) {
-      if (!emit(4)) return false;
+      emit(4);
     } else if (c >= kFirstDigit85 && c <= kLastDigit85) {
       value = value * 85 + static_cast<std::uint32_t>(c - kFirstDigit85);
-      if (++count == 5 && !emit(4)) return false;
+      if (++count == 5) emit(4);
     }
   }
-  if (count < 2) return true;
-  const unsigned bytes = count - 1;
-  // A short group is filled up with the highest digit, so that what is cut off rounds up.
-  for (; count < 5; ++count) value = value * 85 + 84;
-  return emit(bytes);
+  if (count >= 2) {
+    const unsigned bytes = count - 1;
+    // A short group is filled up with the highest digit, so that what is cut off rounds up.
+    for (; count < 5; ++count) value = value * 85 + 84;
+    emit(bytes);
+  }
+  return stage.finish();
 }
 
 // EDA: pairs of bytes as three digits of base 43
@@ -164,6 +164,7 @@ bool ContentCoding::encodeEda(const void* data, std::size_t n, StringBuffer& out
 }
 
 bool ContentCoding::decodeEda(const char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   unsigned value = 0;
   int count = 0;
   for (std::size_t i = 0; i < n; ++i) {
@@ -171,14 +172,13 @@ bool ContentCoding::decodeEda(const char* p, std::size_t n, DataBuffer& out) {
     if (digit == kEdaAlphabet.npos) continue;
     value = value * kEdaBase + static_cast<unsigned>(digit);
     if (++count < 3) continue;
-    if (!out.push_back(static_cast<unsigned char>(value >> 8)) ||
-        !out.push_back(static_cast<unsigned char>(value))) {
-      return false;
-    }
+    stage.put(static_cast<unsigned char>(value >> 8));
+    stage.put(static_cast<unsigned char>(value));
     value = 0;
     count = 0;
   }
-  return count != 2 || out.push_back(static_cast<unsigned char>(value));
+  if (count == 2) stage.put(static_cast<unsigned char>(value));
+  return stage.finish();
 }
 
 // Uuencoding (POSIX): lines of 45 bytes behind a length character
@@ -235,22 +235,25 @@ bool ContentCoding::decodeUu(const char* p, std::size_t n, DataBuffer& out) {
     text.remove_prefix(begin);
     takeLine(text);
   }
+  ByteStage stage(out);
   while (!text.empty()) {
     const std::string_view line = takeLine(text);
     if (line == kUuEnd) break;
     if (line.empty()) continue;
+    // The first character tells how many bytes there are: blanks at the end that mail stripped
+    // were zeros.
     std::size_t left = uuValue(line[0]);
-    for (std::size_t i = 1; left != 0 && i + 1 < line.size(); i += 4) {
+    for (std::size_t i = 1; left != 0; i += 4) {
       std::uint32_t bits = 0;
       for (std::size_t k = i; k < i + 4; ++k) {
         bits = (bits << 6) | (k < line.size() ? uuValue(line[k]) : 0);
       }
       for (const int shift : {16, 8, 0}) {
         if (left == 0) break;
-        if (!out.push_back(static_cast<unsigned char>(bits >> shift))) return false;
+        stage.put(static_cast<unsigned char>(bits >> shift));
         --left;
       }
     }
   }
-  return true;
+  return stage.finish();
 }

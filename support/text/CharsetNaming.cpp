@@ -7,13 +7,13 @@
 
 #include "CharsetNames.h"
 #include "ClsEncode.h"
+#include "CodePages.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 
 namespace {
 
 constexpr std::size_t kShortestName = 3;
-constexpr int kLastBinaryEncoding = 99;
 
 /// How a name of a binary encoding matches.
 struct BinaryName {
@@ -75,7 +75,7 @@ bool CharsetNaming::CharsetValid_p(const char* name) { return GetCodePage_p(name
 
 bool CharsetNaming::GetCharsetName(int codePage, StringBuffer& out) {
   out.weakClear();
-  if (codePage >= 1 && codePage <= kLastBinaryEncoding) {
+  if (codePage >= 1 && codePage <= code_page::kLastBinaryEncoding) {
     return out.append(_clsEncode::encodingIdToName(codePage));
   }
   const std::span<const CanonicalName> names = canonicalNames();

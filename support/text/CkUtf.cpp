@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
+#include "CodePages.h"
+#include "CodingStage.h"
 #include "ConversionOutput.h"
 #include "DataBuffer.h"
 #include "StringBuffer.h"
@@ -95,7 +98,8 @@ bool _ckUtf::isLegalUtf8(const unsigned char* p, std::size_t n) {
 }
 
 bool _ckUtf::hasUtf8Preamble(const unsigned char* p, std::size_t n) {
-  return n >= 3 && p[0] == 0xEF && p[1] == 0xBB && p[2] == 0xBF;
+  const std::string_view bom = code_page::bomOf(code_page::kUtf8);
+  return n >= bom.size() && std::memcmp(p, bom.data(), bom.size()) == 0;
 }
 
 bool _ckUtf::isValidUtf8(const unsigned char* p, std::size_t n, std::size_t limit) {
@@ -122,30 +126,32 @@ std::size_t _ckUtf::NumUtf8Bytes(const unsigned char* p, std::size_t n) {
 }
 
 bool _ckUtf::utf8toUtf32(bool bigEndian, const unsigned char* p, std::size_t n, DataBuffer& out) {
-  ConversionOutput output(out);
+  const unsigned char* const end = p + n;
+  ConversionOutput output(out, end, {4, 1});
   bool legal = true;
-  for (std::size_t i = 0; i < n;) {
-    const std::size_t stop = std::min(n, i + ConversionOutput::kPiece);
-    unsigned char* to = output.reserve((stop - i) * 4, (n - i) * 4);
+  while (p != end) {
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
     if (to == nullptr) return false;
-    while (i < stop) {
-      std::uint32_t c = p[i];
+    while (p < stop) {
+      std::uint32_t c = *p;
       std::size_t length = 1;
       if (c >= 0x80) {
-        length = lengthByLead(p[i]);
-        if (length > n - i) {  // cut off by the end
+        length = lengthByLead(*p);
+        if (length > static_cast<std::size_t>(end - p)) {  // cut off by the end
           output.keep(to);
           return false;
         }
-        if (!isLegalUtf8(p + i, length)) {
+        if (!isLegalUtf8(p, length)) {
           legal = false;
-          ++i;
+          ++p;
           continue;
         }
-        c = decodeLegal(p + i, length);
+        c = decodeLegal(p, length);
       }
       to = storeUtf32(to, bigEndian ? swapped(c) : c);
-      i += length;
+      p += length;
     }
     output.keep(to);
   }
@@ -154,15 +160,16 @@ bool _ckUtf::utf8toUtf32(bool bigEndian, const unsigned char* p, std::size_t n, 
 
 bool _ckUtf::Utf32ToUtf8(bool bigEndian, const unsigned char* p, std::size_t n, DataBuffer& out) {
   constexpr std::size_t kLargest = 6;
-  const std::size_t whole = n / 4 * 4;
-  ConversionOutput output(out);
-  for (std::size_t i = 0; i < whole;) {
-    const std::size_t stop = std::min(whole, i + ConversionOutput::kPiece);
-    unsigned char* to = output.reserve((stop - i) / 4 * kLargest, (whole - i) / 4 * kLargest);
+  const unsigned char* const end = p + n / 4 * 4;
+  ConversionOutput output(out, end, {kLargest, 4});
+  while (p != end) {
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
     if (to == nullptr) return false;
-    for (; i < stop; i += 4) {
+    for (; p != stop; p += 4) {
       std::uint32_t c;
-      std::memcpy(&c, p + i, sizeof c);
+      std::memcpy(&c, p, sizeof c);
       if (bigEndian) c = swapped(c);
       unsigned char bytes[kLargest];
       const int length = oneUtf32ToUtf8(c, bytes);
@@ -171,7 +178,7 @@ bool _ckUtf::Utf32ToUtf8(bool bigEndian, const unsigned char* p, std::size_t n, 
     }
     output.keep(to);
   }
-  return whole == n;
+  return n % 4 == 0;
 }
 
 bool _ckUtf::ensureModifiedUtf8(StringBuffer& text, bool& changed) {
@@ -182,18 +189,23 @@ bool _ckUtf::ensureModifiedUtf8(StringBuffer& text, bool& changed) {
   if (std::none_of(p, p + n, begins4)) return true;
   StringBuffer modified;
   modified.setSecureBuf(text.getSecureBuf());
+  TextStage stage(modified);
   for (std::size_t i = 0; i < n;) {
     const bool four = begins4(p[i]) && n - i >= 4 && isLegalUtf8(p + i, 4);
     if (!four) {
-      if (!modified.appendUChar(p[i++])) return false;
+      stage.put(p[i++]);
       continue;
     }
     const std::uint32_t c = decodeLegal(p + i, 4);
     unsigned char pair[6];
     storeUtf8Of3(storeUtf8Of3(pair, highSurrogateOf(c)), lowSurrogateOf(c));
-    if (!modified.appendN(reinterpret_cast<const char*>(pair), sizeof pair)) return false;
+    stage.put({reinterpret_cast<const char*>(pair), sizeof pair});
     changed = true;
     i += 4;
+  }
+  if (!stage.finish()) {
+    changed = false;
+    return false;
   }
   if (changed) text.takeSb(modified);
   return true;

@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "CodePages.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
@@ -13,8 +14,6 @@
 #include "XString.h"
 
 namespace {
-
-constexpr int kUtf8 = 65001;
 
 struct EncodingName {
   int encoding;
@@ -121,9 +120,10 @@ bool decodeInto(int encoding, StringBuffer& text, DataBuffer& out, LogBase& log)
     case _clsEncode::UrlRfc3986:
     case _clsEncode::UrlOAuth: return ContentCoding::decodeUrl(p, n, out);
     case _clsEncode::Ansi: {
+      // Characters that the page doesn't have are foreign to the encoding.
       EncodingConvert converter;
-      converter.EncConvert(kUtf8, Psdk::getAnsiCodePage(), p, n, out, log);
-      return true;
+      return converter.EncConvert(code_page::kUtf8, Psdk::getAnsiCodePage(), p, n, out, log) ||
+             converter.hadError();
     }
     case _clsEncode::Base32: return ContentCoding::decodeBase32(p, n, out);
     case _clsEncode::Uu: return ContentCoding::decodeUu(p, n, out);
@@ -200,8 +200,6 @@ bool _clsEncode::decodeBinary(int encoding, const StringBuffer& text, DataBuffer
   DataBuffer decoded;
   copy.setSecureBuf(text.getSecureBuf());
   decoded.setSecure(out.getSecure());
-  // A block that grows leaves its bytes behind unwiped.
-  if (out.getSecure()) decoded.ensureBuffer(text.getSize());
   if (!append) out.clear();
   if (!copy.append(text) || !decodeInto(encoding, copy, decoded, log)) return false;
   if (!out.empty()) return out.append(decoded);

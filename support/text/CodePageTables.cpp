@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "CkMemory.h"
+#include "CodePages.h"
 #include "HashConvert.h"
 #include "UnicodeLookup.h"
 
@@ -29,12 +30,9 @@ using Made = std::array<MadeOnce, kMostCodePages>;
 Made g_toUnicode;
 Made g_fromUnicode;
 
-/// HZ is not kept apart from the code page behind it.
-int tableNumberOf(int codePage) { return codePage == 52936 ? 936 : codePage; }
-
 const CodePageTable* findTable(int codePage) {
   const std::span<const CodePageTable> tables = codePageTables();
-  const int number = tableNumberOf(codePage);
+  const int number = code_page::tableNumberOf(codePage);
   const auto place = std::lower_bound(
       tables.begin(), tables.end(), number,
       [](const CodePageTable& table, int wanted) { return table.codePage < wanted; });

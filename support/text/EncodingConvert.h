@@ -21,10 +21,10 @@ class EncodingConvert {
   enum ErrorAction : int {
     Drop = 0,
     Replace = 1,          ///< the bytes of setDefBytes()
-    HexReference = 2,     ///< "&#x", its bytes in hexadecimal, ";"
+    HexReference = 2,     ///< "&#x", its bytes in hexadecimal as they stand, ";"
     AlternativePage = 6,  ///< once more, to the code page of setAltDestCodepage()
     KeepBytes = 7,        ///< its bytes unchanged
-    WidenByte = 8,        ///< from a single-byte page: the byte as a UTF-16 unit
+    WidenByte = 8,        ///< from a single-byte page: the byte as a UTF-16 unit; else dropped
   };
 
   bool EncConvert(int from, int to, const void* p, std::size_t n, DataBuffer& out, LogBase& log);
@@ -64,7 +64,15 @@ class EncodingConvert {
   struct Source {
     const unsigned char* p;
     std::size_t n;
+
+    const unsigned char* end() const { return p + n; }
   };
+
+  /// Remembers a loss. Returns `whole`.
+  bool note(bool whole) {
+    if (!whole) m_hadError = true;
+    return whole;
+  }
 
   bool convert_a(int from, int to, Source source, DataBuffer& out, LogBase& log);
   bool convertNormalised(int from, int to, Source source, DataBuffer& out, LogBase& log);
@@ -81,13 +89,15 @@ class EncodingConvert {
   bool convertFromUnicodeHC2(const HashConvert& table, Source source, DataBuffer& out,
                              LogBase& log);
 
-  // One pass in place of a pivot, for texts in which nothing has to be marked.
+  // One pass in place of a pivot, for the conversions of settings, ids and messages. Each gives
+  // what the pivot gives; its definition says why.
   template <std::size_t mostBytes, typename Store>
   bool singleByteTo(UnicodeLookup table, Source source, DataBuffer& out, Store store);
   bool singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out);
   bool singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out);
-  bool utf8ToTable(const HashConvert& table, Source source, DataBuffer& out, bool& ok);
+  bool utf8ToTable(const HashConvert& table, Source& source, DataBuffer& out, LogBase& log);
 
+  void noteIllegalUtf8(LogBase& log);
   /// A character of source code page `from` did not convert.
   void handleError(int from, Source character, DataBuffer& out, LogBase& log);
   void writeErrorBytes(const void* p, std::size_t n, DataBuffer& out) const;

@@ -6,6 +6,7 @@
 
 #include "CkUtf.h"
 #include "CodePageTables.h"
+#include "CodePages.h"
 #include "ContentCoding.h"
 #include "ConversionOutput.h"
 #include "DataBuffer.h"
@@ -17,17 +18,26 @@
 
 namespace {
 
+using code_page::kUtf16Le;
+using code_page::kUtf8;
+
+// What the characters of each loop grow to.
+constexpr ConversionOutput::Growth kUtf8ToUtf16{2, 1};  ///< a byte that stands for itself
+constexpr ConversionOutput::Growth kUtf16ToUtf8{3, 2};
+constexpr ConversionOutput::Growth kTableToUtf16{2, 1};
+constexpr ConversionOutput::Growth kUtf16ToTable{1, 1};
+constexpr ConversionOutput::Growth kUtf8ToTable{2,
+                                                1};  ///< a byte that stands for itself, to a pair
+
 /// Stand in front of bytes that pass the second stage of a pivot unconverted, with a length byte
 /// behind them. The reader of code pages looks for the bytes, that of UTF-8 for the unit, which
 /// has them the other way round.
-constexpr unsigned char kMark[] = {0xFD, 0xEF};
-constexpr std::uint16_t kMarkOfTables = 0xEFFD;
-constexpr std::uint16_t kMarkOfUtf8 = 0xFDEF;
+constexpr unsigned char kErrorMark[] = {0xFD, 0xEF};
+constexpr std::uint16_t kErrorMarkOfTables = 0xEFFD;
+constexpr std::uint16_t kErrorMarkOfUtf8 = 0xFDEF;
 constexpr std::size_t kMostMarkedBytes = 5;
 /// Mark and length byte.
-constexpr std::size_t kMarkHead = sizeof kMark + 1;
-
-constexpr int kUtf16Le = 1200;
+constexpr std::size_t kErrorMarkHead = sizeof kErrorMark + 1;
 
 /// Writes a code point to UTF-8 where a surrogate counts as a character of its own.
 inline unsigned char* storeUtf8Bmp(unsigned char* to, std::uint32_t unit) {
@@ -43,16 +53,10 @@ inline unsigned char* storeBytes(unsigned char* to, std::uint16_t value) {
   return to + 1 + pair;
 }
 
-/// Code pages whose unknown characters take two bytes with them.
-bool skipsPairs(int codePage) {
-  constexpr int kPages[] = {932, 936, 949, 950, 51932, 51936, 51949};
-  return std::find(std::begin(kPages), std::end(kPages), codePage) != std::end(kPages);
-}
-
 /// The bytes behind a mark at `p`, as far as they are there.
 std::string_view markedBytes(const unsigned char* p, std::size_t left) {
-  const std::size_t length = std::min<std::size_t>(p[sizeof kMark], left - kMarkHead);
-  return {reinterpret_cast<const char*>(p) + kMarkHead, length};
+  const std::size_t length = std::min<std::size_t>(p[sizeof kErrorMark], left - kErrorMarkHead);
+  return {reinterpret_cast<const char*>(p) + kErrorMarkHead, length};
 }
 
 /// Decodes characters of one and two bytes, nearly all of most texts, up to `stop`, and gives each
@@ -80,7 +84,7 @@ inline void takeShort(const unsigned char*& p, const unsigned char* stop, Take t
 void EncodingConvert::writeErrorBytes(const void* p, std::size_t n, DataBuffer& out) const {
   if (n == 0) return;
   if (m_markErrors) {
-    out.append(kMark, sizeof kMark);
+    out.append(kErrorMark, sizeof kErrorMark);
     out.push_back(static_cast<unsigned char>(n));
   }
   out.append(p, n);
@@ -88,6 +92,7 @@ void EncodingConvert::writeErrorBytes(const void* p, std::size_t n, DataBuffer& 
 
 void EncodingConvert::writeHexReference(Source character, DataBuffer& out) const {
   StringBuffer text("&#x");
+  text.setSecureBuf(out.getSecure());
   ContentCoding::encodeHex(character.p, character.n, HexStyle::Upper, text);
   text.appendChar(';');
   writeErrorBytes(text.getString(), text.getSize(), out);
@@ -96,15 +101,7 @@ void EncodingConvert::writeHexReference(Source character, DataBuffer& out) const
 void EncodingConvert::handleError(int from, Source character, DataBuffer& out, LogBase& log) {
   switch (m_errorAction) {
     case Replace: writeErrorBytes(m_defBytes.data(), m_defBytesLen, out); break;
-    case HexReference:
-      if (from == kUtf16Le && character.n == 2) {
-        // As the number of the character, high byte first.
-        const unsigned char bytes[] = {character.p[1], character.p[0]};
-        writeHexReference({bytes, sizeof bytes}, out);
-      } else {
-        writeHexReference(character, out);
-      }
-      break;
+    case HexReference: writeHexReference(character, out); break;
     case AlternativePage:
       if (!m_unmarkErrors) {
         EncodingConvert again;
@@ -113,24 +110,39 @@ void EncodingConvert::handleError(int from, Source character, DataBuffer& out, L
       }
       break;
     case KeepBytes: writeErrorBytes(character.p, character.n, out); break;
-    case WidenByte:
-      if (character.n == 1) out.appendChar2(static_cast<char>(character.p[0]), '\0');
+    case WidenByte: {
+      UnicodeLookup table;
+      if (singleByteToUnicode(from, table)) {
+        out.appendChar2(static_cast<char>(character.p[0]), '\0');
+      }
       break;
+    }
     default: break;
   }
 }
 
+void EncodingConvert::noteIllegalUtf8(LogBase& log) {
+  m_hadError = true;
+  if (log.m_verboseEncoding) {
+    log.LogError("Found invalid utf-8 when trying to convert to utf-16.");
+  }
+}
+
+// Each loop converts piece by piece. A character for an error action ends its piece, since what is
+// written for it has no bound that the piece could have reckoned with.
+
 // UTF-8 and UTF-16 -----------------------------------------------------------------------------
 
 bool EncodingConvert::cv_utf8_to_utf16(Source source, DataBuffer& out, LogBase& log) {
-  ConversionOutput output(out);
   const unsigned char* p = source.p;
-  const unsigned char* const end = p + source.n;
+  const unsigned char* const end = source.end();
+  ConversionOutput output(out, end, kUtf8ToUtf16);
   while (p != end) {
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
-    unsigned char* to = output.reserve(static_cast<std::size_t>(stop - p) * 2, left * 2);
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
     if (to == nullptr) return false;
+    Source bad{p, 0};
     for (;;) {
       takeShort(p, stop, [&to](std::uint32_t unit) {
         to = storeUnit(to, unit);
@@ -140,40 +152,31 @@ bool EncodingConvert::cv_utf8_to_utf16(Source source, DataBuffer& out, LogBase& 
       const std::size_t rest = static_cast<std::size_t>(end - p);
       const _ckUtf::Utf16Character c = _ckUtf::utf16FromUtf8(p, rest);
       for (int i = 0; i < c.numUnits; ++i) to = storeUnit(to, c.units[i]);
-      std::size_t used = c.numBytes;
       if (c.numUnits == 0) {
-        m_hadError = true;
-        if (log.m_verboseEncoding) {
-          log.LogError("Found invalid utf-8 when trying to convert to utf-16.");
-        }
+        noteIllegalUtf8(log);
         if (m_errorAction != Drop) {
-          used = _ckUtf::NumUtf8Bytes(p, rest);
-          output.keep(to);
-          handleError(65001, {p, used}, out, log);
-          to = output.reserve(static_cast<std::size_t>(end - p) * 2, 0);
-          if (to == nullptr) return false;
+          bad = {p, _ckUtf::NumUtf8Bytes(p, rest)};
+          break;
         }
       }
-      p += used;
+      p += c.numBytes;
     }
     output.keep(to);
+    if (bad.n != 0) handleError(kUtf8, bad, out, log);
+    p += bad.n;
   }
   return true;
 }
 
 bool EncodingConvert::cv_utf16_to_utf8(Source source, DataBuffer& out) {
-  if (source.n == 1) return false;
   const bool pairsTo4Bytes = g_allow_4byte_utf8 && m_surrogatesTo4Byte;
-  ConversionOutput output(out);
   const unsigned char* p = source.p;
-  const unsigned char* const end = p + source.n;
+  const unsigned char* const end = source.end();
+  ConversionOutput output(out, end, kUtf16ToUtf8);
   while (end - p > 1) {
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
-    // Three bytes for each unit, and the last character may be a pair that begins before stop.
-    constexpr std::size_t kPair = 6;
-    unsigned char* to =
-        output.reserve(static_cast<std::size_t>(stop - p) / 2 * 3 + kPair, left / 2 * 3 + kPair);
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
     if (to == nullptr) return false;
     while (stop - p > 1) {
       const std::uint32_t unit = loadUnit(p);
@@ -191,11 +194,11 @@ bool EncodingConvert::cv_utf16_to_utf8(Source source, DataBuffer& out) {
           to = storeUtf8Of3(storeUtf8Of3(to, unit), next);
         }
         p += 4;
-      } else if (m_unmarkErrors && unit == kMarkOfUtf8 && rest >= 4 &&
-                 p[sizeof kMark] <= kMostMarkedBytes) {
+      } else if (m_unmarkErrors && unit == kErrorMarkOfUtf8 && rest >= 4 &&
+                 p[sizeof kErrorMark] <= kMostMarkedBytes) {
         const std::string_view bytes = markedBytes(p, rest);
         to = std::copy(bytes.begin(), bytes.end(), to);
-        p += kMarkHead + bytes.size();
+        p += kErrorMarkHead + bytes.size();
       } else {
         to = storeUtf8Of3(to, unit);
         p += 2;
@@ -203,7 +206,7 @@ bool EncodingConvert::cv_utf16_to_utf8(Source source, DataBuffer& out) {
     }
     output.keep(to);
   }
-  return (source.n & 1) == 0;
+  return source.n % 2 == 0;
 }
 
 // Code pages to Unicode ------------------------------------------------------------------------
@@ -220,64 +223,76 @@ bool EncodingConvert::convertToUnicodeHC(int codePage, Source source, DataBuffer
 
 bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup table, Source source, DataBuffer& out,
                                                LogBase& log) {
-  ConversionOutput output(out);
-  unsigned char* to = output.reserve(source.n * 2, source.n * 2);
-  if (to == nullptr) return false;
-  for (const unsigned char* p = source.p; p != source.p + source.n; ++p) {
-    const std::uint16_t unit = table[*p];
-    if (UnicodeLookup::isDefined(*p, unit)) {
-      to = storeUnit(to, unit);
-      continue;
-    }
-    m_hadError = true;
-    if (m_errorAction == Drop) continue;
-    output.keep(to);
-    handleError(m_fromCodePage, {p, 1}, out, log);
-    to = output.reserve(static_cast<std::size_t>(source.p + source.n - p) * 2, 0);
+  const unsigned char* p = source.p;
+  const unsigned char* const end = source.end();
+  ConversionOutput output(out, end, kTableToUtf16);
+  while (p != end) {
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
     if (to == nullptr) return false;
+    Source bad{p, 0};
+    for (; p < stop; ++p) {
+      const std::uint16_t unit = table[*p];
+      if (UnicodeLookup::isDefined(*p, unit)) {
+        to = storeUnit(to, unit);
+        continue;
+      }
+      m_hadError = true;
+      if (m_errorAction != Drop) {
+        bad = {p, 1};
+        break;
+      }
+    }
+    output.keep(to);
+    if (bad.n != 0) handleError(m_fromCodePage, bad, out, log);
+    p += bad.n;
   }
-  output.keep(to);
   return true;
 }
 
 bool EncodingConvert::convertToUnicodeHCVar(const HashConvert& table, Source source,
                                             DataBuffer& out, LogBase& log) {
-  ConversionOutput output(out);
-  unsigned char* to = output.reserve(source.n * 2, source.n * 2);
-  if (to == nullptr) return false;
-  const unsigned char* const end = source.p + source.n;
-  for (const unsigned char* p = source.p; p != end;) {
-    if (table.isLowerAscii() && *p < 0x80) {
-      to = storeUnit(to, *p++);
-      continue;
-    }
-    if (end - p > 1) {
-      const std::uint16_t unit = table.hcLookup(static_cast<std::uint16_t>(p[0] << 8 | p[1]));
-      if (unit != 0) {
-        to = storeUnit(to, unit);
-        p += 2;
+  const unsigned char* p = source.p;
+  const unsigned char* const end = source.end();
+  ConversionOutput output(out, end, kTableToUtf16);
+  while (p != end) {
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
+    if (to == nullptr) return false;
+    Source bad{p, 0};
+    while (p < stop) {
+      if (table.isLowerAscii() && *p < 0x80) {
+        to = storeUnit(to, *p++);
         continue;
       }
-    }
-    const std::uint16_t unit = table.singleBytes()[*p];
-    if (UnicodeLookup::isDefined(*p, unit)) {
-      to = storeUnit(to, unit);
+      if (end - p > 1) {
+        const std::uint16_t unit = table.hcLookup(static_cast<std::uint16_t>(p[0] << 8 | p[1]));
+        if (unit != 0) {
+          to = storeUnit(to, unit);
+          p += 2;
+          continue;
+        }
+      }
+      const std::uint16_t unit = table.singleBytes()[*p];
+      if (UnicodeLookup::isDefined(*p, unit)) {
+        to = storeUnit(to, unit);
+        ++p;
+        continue;
+      }
+      m_hadError = true;
+      if (m_errorAction != Drop) {
+        const std::size_t width = code_page::skipsPairs(table.codePage()) ? 2 : 1;
+        bad = {p, std::min(width, static_cast<std::size_t>(end - p))};
+        break;
+      }
       ++p;
-      continue;
     }
-    m_hadError = true;
-    std::size_t used = 1;
-    if (m_errorAction != Drop) {
-      const std::size_t left = static_cast<std::size_t>(end - p);
-      used = skipsPairs(table.codePage()) ? std::min<std::size_t>(2, left) : 1;
-      output.keep(to);
-      handleError(table.codePage(), {p, used}, out, log);
-      to = output.reserve(left * 2, 0);
-      if (to == nullptr) return false;
-    }
-    p += used;
+    output.keep(to);
+    if (bad.n != 0) handleError(table.codePage(), bad, out, log);
+    p += bad.n;
   }
-  output.keep(to);
   return true;
 }
 
@@ -291,101 +306,109 @@ bool EncodingConvert::convertFromUnicodeHC(int codePage, Source source, DataBuff
 
 bool EncodingConvert::convertFromUnicodeHC2(const HashConvert& table, Source source,
                                             DataBuffer& out, LogBase& log) {
+  // A last byte alone is no character; only if there is nothing else is that a failure.
   if (source.n == 1) return false;
-  ConversionOutput output(out);
-  unsigned char* to = output.reserve(source.n + 1, source.n + 1);
-  if (to == nullptr) return false;
-  bool whole = (source.n & 1) == 0;
-  const unsigned char* const end = source.p + source.n;
-  for (const unsigned char* p = source.p; end - p > 1;) {
-    const std::uint16_t unit = loadUnit(p);
-    const std::uint16_t bytes = table.hcLookup(unit);
-    if (bytes != 0) {
-      to = storeBytes(to, bytes);
+  bool whole = true;
+  const unsigned char* p = source.p;
+  const unsigned char* const end = source.end();
+  ConversionOutput output(out, end, kUtf16ToTable);
+  while (end - p > 1) {
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
+    if (to == nullptr) return false;
+    Source bad{p, 0};
+    while (stop - p > 1) {
+      const std::uint16_t unit = loadUnit(p);
+      const std::uint16_t bytes = table.hcLookup(unit);
+      if (bytes != 0) {
+        to = storeBytes(to, bytes);
+        p += 2;
+        continue;
+      }
+      if (unit == 0) {
+        *to++ = 0;
+        p += 2;
+        continue;
+      }
+      const std::size_t left = static_cast<std::size_t>(end - p);
+      if (m_unmarkErrors && unit == kErrorMarkOfTables && left >= kErrorMarkHead &&
+          p[sizeof kErrorMark] <= kMostMarkedBytes) {
+        const std::string_view marked = markedBytes(p, left);
+        to = std::copy(marked.begin(), marked.end(), to);
+        p += kErrorMarkHead + marked.size();
+        continue;
+      }
+      m_hadError = true;
+      whole = false;
+      if (m_errorAction != Drop) {
+        bad = {p, 2};
+        break;
+      }
       p += 2;
-      continue;
     }
-    if (unit == 0) {
-      *to++ = 0;
-      p += 2;
-      continue;
-    }
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    if (m_unmarkErrors && unit == kMarkOfTables && left >= kMarkHead &&
-        p[sizeof kMark] <= kMostMarkedBytes) {
-      const std::string_view marked = markedBytes(p, left);
-      to = std::copy(marked.begin(), marked.end(), to);
-      p += kMarkHead + marked.size();
-      continue;
-    }
-    m_hadError = true;
-    whole = false;
-    if (m_errorAction != Drop) {
-      output.keep(to);
-      handleError(kUtf16Le, {p, 2}, out, log);
-      to = output.reserve(left + 1, 0);
-      if (to == nullptr) return false;
-    }
-    p += 2;
+    output.keep(to);
+    if (bad.n != 0) handleError(kUtf16Le, bad, out, log);
+    p += bad.n;
   }
-  output.keep(to);
   return whole;
 }
 
 // One pass ---------------------------------------------------------------------------------------
 
+/// Gives what the pivot gives: single-byte tables hold neither surrogates nor the error mark, so
+/// that each unit is a character of its own, which no second stage looks at closer. Undefined
+/// bytes are dropped and noted by the first stage, NUL is dropped by the way through UTF-8.
 /// `store` writes a code point in at most `mostBytes`.
 template <std::size_t mostBytes, typename Store>
 bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffer& out,
                                    Store store) {
-  ConversionOutput output(out);
   const unsigned char* p = source.p;
-  const unsigned char* const end = p + source.n;
+  const unsigned char* const end = source.end();
+  ConversionOutput output(out, end, {mostBytes, 1});
+  bool whole = true;
   while (p != end) {
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
-    const std::size_t piece = static_cast<std::size_t>(stop - p);
-    unsigned char* to = output.reserve(piece * mostBytes, left * mostBytes);
+    const ConversionOutput::Piece piece = output.begin(p);
+    unsigned char* to = piece.to;
     if (to == nullptr) return false;
-    for (; p != stop; ++p) {
+    for (const unsigned char* const stop = piece.stop; p != stop; ++p) {
       const std::uint32_t unit = table[*p];
       if (unit != 0) {
         to = store(to, unit);
       } else if (*p != 0) {
-        m_hadError = true;
+        whole = false;
       }
     }
     output.keep(to);
   }
+  note(whole);
   return true;
 }
 
 bool EncodingConvert::singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out) {
-  const auto store = [](unsigned char* to, std::uint32_t unit) { return storeUtf8Bmp(to, unit); };
-  return singleByteTo<3>(table, source, out, store);
+  return singleByteTo<3>(table, source, out, storeUtf8Bmp);
 }
 
 bool EncodingConvert::singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out) {
-  const auto store = [](unsigned char* to, std::uint32_t unit) { return storeUtf32(to, unit); };
-  return singleByteTo<4>(table, source, out, store);
+  return singleByteTo<4>(table, source, out, storeUtf32);
 }
 
-/// False if the text holds what only a pivot can convert; then nothing was written.
-bool EncodingConvert::utf8ToTable(const HashConvert& table, Source source, DataBuffer& out,
-                                  bool& converted) {
-  const std::uint32_t before = out.getSize();
-  ConversionOutput output(out);
+/// Gives what the pivot gives: each character is read as its first stage does, with the same note
+/// and message for an illegal one, and its units are looked up as in the second. Only behind a
+/// unit that looks like the error mark would that take bytes instead of units: there this way
+/// ends, `source` becomes the rest, and the pivot goes on.
+bool EncodingConvert::utf8ToTable(const HashConvert& table, Source& source, DataBuffer& out,
+                                  LogBase& log) {
+  bool whole = true;
   const unsigned char* p = source.p;
-  const unsigned char* const end = p + source.n;
-  while (p != end) {
-    // A byte of UTF-8 becomes one byte at most, but for two-byte characters of double-byte pages.
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    const unsigned char* const stop = p + std::min(left, ConversionOutput::kPiece);
-    unsigned char* to = output.reserve(static_cast<std::size_t>(stop - p) * 2, left * 2);
-    if (to == nullptr) {
-      converted = false;
-      return true;
-    }
+  const unsigned char* const end = source.end();
+  source = {end, 0};
+  ConversionOutput output(out, end, kUtf8ToTable);
+  while (p != end && source.n == 0) {
+    const ConversionOutput::Piece piece = output.begin(p);
+    const unsigned char* const stop = piece.stop;
+    unsigned char* to = piece.to;
+    if (to == nullptr) return false;
     for (;;) {
       takeShort(p, stop, [&](std::uint32_t unit) {
         const std::uint8_t byte = table.byteOfShort(unit);
@@ -394,27 +417,26 @@ bool EncodingConvert::utf8ToTable(const HashConvert& table, Source source, DataB
         return true;
       });
       if (p >= stop) break;
-      const auto c = _ckUtf::utf16FromUtf8(p, static_cast<std::size_t>(end - p));
-      if (c.numUnits == 0) m_hadError = true;
+      const std::size_t left = static_cast<std::size_t>(end - p);
+      const auto c = _ckUtf::utf16FromUtf8(p, left);
+      if (c.numUnits == 0) noteIllegalUtf8(log);
+      if (c.numUnits == 1 && c.units[0] == kErrorMarkOfTables) {
+        source = {p, left};
+        break;
+      }
       for (int i = 0; i < c.numUnits; ++i) {
         const std::uint16_t bytes = table.hcLookup(c.units[i]);
         if (bytes != 0) {
           to = storeBytes(to, bytes);
         } else if (c.units[i] == 0) {
           *to++ = 0;
-        } else if (c.units[i] == kMarkOfTables) {
-          output.keep(to);
-          out.setDataSize_CAUTION(before);
-          m_hadError = false;
-          return false;
         } else {
-          m_hadError = true;
-          converted = false;
+          whole = note(false);
         }
       }
       p += c.numBytes;
     }
     output.keep(to);
   }
-  return true;
+  return whole;
 }

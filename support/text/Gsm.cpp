@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 #include "CkUtf.h"
-#include "DataBuffer.h"
+#include "CodingStage.h"
 
 namespace {
 
@@ -39,26 +38,31 @@ constexpr std::array<Extended, 10> kExtension = {{{0x0A, u'\f'},
                                                   {0x40, u'|'},
                                                   {0x65, u'€'}}};
 
-bool appendUtf8(DataBuffer& out, char32_t c) {
+void putUtf8(ByteStage& stage, char16_t c) {
   unsigned char bytes[6];
-  return out.append(bytes, static_cast<std::size_t>(_ckUtf::oneUtf32ToUtf8(c, bytes)));
+  const int length = _ckUtf::oneUtf32ToUtf8(c, bytes);
+  stage.put({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)});
 }
 
 /// False if the alphabet has no such character; then nothing is written.
-bool appendGsm(DataBuffer& out, char16_t c) {
+bool putGsm(ByteStage& stage, char16_t c) {
   const auto* const extended = std::find_if(kExtension.begin(), kExtension.end(),
                                             [&](const Extended& e) { return e.character == c; });
   if (extended != kExtension.end()) {
-    return out.push_back(kEscape) && out.push_back(extended->septet);
+    stage.put(kEscape);
+    stage.put(extended->septet);
+    return true;
   }
   const auto* const place = std::find(kDefault.begin(), kDefault.end(), c);
-  return c != 0 && place != kDefault.end() &&
-         out.push_back(static_cast<unsigned char>(place - kDefault.begin()));
+  if (c == 0 || place == kDefault.end()) return false;
+  stage.put(static_cast<unsigned char>(place - kDefault.begin()));
+  return true;
 }
 
 }  // namespace
 
 bool _ckUtf::gsm_to_utf8(const unsigned char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   bool whole = true;
   for (std::size_t i = 0; i < n; ++i) {
     unsigned char septet = p[i];
@@ -84,17 +88,18 @@ bool _ckUtf::gsm_to_utf8(const unsigned char* p, std::size_t n, DataBuffer& out)
         continue;
       }
     }
-    if (!appendUtf8(out, c)) return false;
+    putUtf8(stage, c);
   }
-  return whole;
+  return stage.finish() && whole;
 }
 
 bool _ckUtf::utf8_to_gsm(const unsigned char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   bool whole = true;
   for (std::size_t i = 0; i < n;) {
     const Utf16Character c = utf16FromUtf8(p + i, n - i);
-    if (c.numUnits != 1 || !appendGsm(out, c.units[0])) whole = false;
+    if (c.numUnits != 1 || !putGsm(stage, c.units[0])) whole = false;
     i += c.numBytes;
   }
-  return whole;
+  return stage.finish() && whole;
 }

@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "DataBuffer.h"
+#include "CodePages.h"
+#include "CodingStage.h"
 
 namespace {
 
@@ -85,19 +86,23 @@ std::uint16_t jisOf(unsigned char lead, unsigned char trail) {
   return static_cast<std::uint16_t>((row << 8) | cell);
 }
 
+void putPair(ByteStage& stage, unsigned pair) {
+  stage.put(static_cast<unsigned char>(pair >> 8));
+  stage.put(static_cast<unsigned char>(pair & 0xFF));
+}
+
 class JapaneseWriter {
  public:
-  JapaneseWriter(int codePage, DataBuffer& out) : codePage_(codePage), out_(out) {}
+  JapaneseWriter(int codePage, DataBuffer& out) : codePage_(codePage), stage_(out) {}
 
   void byte(Set set, unsigned char c) {
     select(set);
-    put(c);
+    stage_.put(c);
   }
 
   void pair(std::uint16_t jis) {
     select(Set::Kanji);
-    put(static_cast<unsigned char>(jis >> 8));
-    put(static_cast<unsigned char>(jis & 0xFF));
+    putPair(stage_, jis);
   }
 
   void halfKana(unsigned char kana) { byte(Set::Kana, static_cast<unsigned char>(kana & 0x7F)); }
@@ -106,19 +111,19 @@ class JapaneseWriter {
 
   bool finish() {
     select(Set::Ascii);
-    return ok_;
+    return stage_.finish();
   }
 
  private:
   void select(Set set) {
     if (set == set_) return;
     const bool byShift = codePage_ == 50222;
-    if (set_ == Set::Kana && byShift) put(kShiftIn);
+    if (set_ == Set::Kana && byShift) stage_.put(kShiftIn);
     // Behind a shift the set from before still stands.
     const Set designated = set_ == Set::Kana && byShift ? designated_ : set_;
     if (set == Set::Kana && byShift) {
       designated_ = designated;
-      put(kShiftOut);
+      stage_.put(kShiftOut);
     } else if (set != designated) {
       designate(set);
     }
@@ -128,25 +133,23 @@ class JapaneseWriter {
   void designate(Set set) {
     for (const Designation& designation : kDesignations) {
       if (designation.set != set) continue;
-      put(kEsc);
-      for (const char c : designation.sequence) put(static_cast<unsigned char>(c));
+      stage_.put(kEsc);
+      stage_.put(designation.sequence);
       return;
     }
   }
 
-  void put(unsigned char c) { ok_ = out_.push_back(c) && ok_; }
-
   int codePage_;
-  DataBuffer& out_;
+  ByteStage stage_;
   Set set_ = Set::Ascii;
   Set designated_ = Set::Ascii;
-  bool ok_ = true;
 };
 
 }  // namespace
 
 bool Japanese::Iso2022ToShiftJis(const unsigned char* p, std::size_t n, DataBuffer& out) {
   const std::string_view text(reinterpret_cast<const char*>(p), n);
+  ByteStage stage(out);
   Set set = Set::Ascii;
   bool shifted = false;
   bool whole = true;
@@ -166,30 +169,28 @@ bool Japanese::Iso2022ToShiftJis(const unsigned char* p, std::size_t n, DataBuff
       shifted = c == kShiftOut;
       ++i;
     } else if (isHalfKana(c)) {
-      out.push_back(c);
+      stage.put(c);
       ++i;
     } else if (!isGraphic94(c) || (set == Set::Ascii && !shifted)) {
       if (c >= 0x80) whole = false;
-      if (c < 0x80) out.push_back(c);
+      if (c < 0x80) stage.put(c);
       if (c == '\n') set = Set::Ascii;  // each line begins anew
       ++i;
     } else if (shifted || set == Set::Kana) {
       const unsigned char kana = static_cast<unsigned char>(c | 0x80);
       if (!isHalfKana(kana)) whole = false;
-      if (isHalfKana(kana)) out.push_back(kana);
+      if (isHalfKana(kana)) stage.put(kana);
       ++i;
     } else {
       const bool pair = i + 1 < n && isGraphic94(p[i + 1]);
       if (!pair || set == Set::Unknown) whole = false;
       if (pair && set == Set::Kanji) {
-        const std::uint16_t sjis = shiftJisOf(c, p[i + 1]);
-        out.push_back(static_cast<unsigned char>(sjis >> 8));
-        out.push_back(static_cast<unsigned char>(sjis & 0xFF));
+        putPair(stage, shiftJisOf(c, p[i + 1]));
       }
       i += pair ? 2 : 1;
     }
   }
-  return whole;
+  return stage.finish() && whole;
 }
 
 bool Japanese::ShiftJisToIso2022(int codePage, const unsigned char* p, std::size_t n,
@@ -235,6 +236,7 @@ constexpr bool isKscByte(unsigned char c) { return c >= 0xA1 && c <= 0xFE; }
 
 bool Korean::Iso2022ToKsc(const unsigned char* p, std::size_t n, DataBuffer& out) {
   const std::string_view text(reinterpret_cast<const char*>(p), n);
+  ByteStage stage(out);
   bool shifted = false;
   bool whole = true;
   for (std::size_t i = 0; i < n;) {
@@ -247,30 +249,32 @@ bool Korean::Iso2022ToKsc(const unsigned char* p, std::size_t n, DataBuffer& out
     if (c == kShiftOut || c == kShiftIn) {
       shifted = c == kShiftOut;
     } else if (pair) {
-      out.push_back(static_cast<unsigned char>(c | 0x80));
-      out.push_back(static_cast<unsigned char>(p[++i] | 0x80));
+      stage.put(static_cast<unsigned char>(c | 0x80));
+      stage.put(static_cast<unsigned char>(p[++i] | 0x80));
     } else if (shifted && isGraphic94(c)) {
       whole = false;
     } else {
-      out.push_back(c);
+      stage.put(c);
     }
     ++i;
   }
-  return whole;
+  return stage.finish() && whole;
 }
 
 bool Korean::KscToIso2022(const unsigned char* p, std::size_t n, DataBuffer& out) {
-  bool whole = out.append(kKoreanHeader.data(), kKoreanHeader.size());
+  ByteStage stage(out);
+  stage.put(kKoreanHeader);
+  bool whole = true;
   bool shifted = false;
   const auto shift = [&](bool on) {
-    if (shifted != on) out.push_back(on ? kShiftOut : kShiftIn);
+    if (shifted != on) stage.put(on ? kShiftOut : kShiftIn);
     shifted = on;
   };
   for (std::size_t i = 0; i < n; ++i) {
     const unsigned char c = p[i];
     if (c < 0x80) {
       shift(false);
-      out.push_back(c);
+      stage.put(c);
     } else if (i + 1 < n) {
       const unsigned char trail = p[++i];
       if (!isKscByte(c) || !isKscByte(trail)) {  // the syllables that only code page 949 has
@@ -278,12 +282,12 @@ bool Korean::KscToIso2022(const unsigned char* p, std::size_t n, DataBuffer& out
         continue;
       }
       shift(true);
-      out.push_back(static_cast<unsigned char>(c & 0x7F));
-      out.push_back(static_cast<unsigned char>(trail & 0x7F));
+      stage.put(static_cast<unsigned char>(c & 0x7F));
+      stage.put(static_cast<unsigned char>(trail & 0x7F));
     } else {
       whole = false;
     }
   }
   shift(false);
-  return whole;
+  return stage.finish() && whole;
 }

@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <string_view>
 
 #include "AsciiText.h"
+#include "CodingStage.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "StringBuffer.h"
-#include "TextStage.h"
 
 namespace {
 
@@ -40,50 +42,138 @@ constexpr std::array<unsigned char, 256> kHexValues = [] {
 
 unsigned char hexValue(char c) { return kHexValues[static_cast<unsigned char>(c)]; }
 
-bool appendZeros(DataBuffer& out, std::size_t n) {
-  return ck64_TooBigForUnsigned32(n) ? false : out.appendCharN('\0', static_cast<std::uint32_t>(n));
-}
+/// A big number as limbs below `base`, least significant first: powers of the digits of a text, or
+/// words of its bytes. Digits and bytes enter a limb at a time.
+template <std::uint64_t base>
+class Limbs {
+ public:
+  static_assert(base <= std::uint64_t{1} << 32);
 
-/// A number as bytes, most significant first, turned into digits of the base, and back. The
-/// digits are kept least significant first.
-bool bytesToDigits(const unsigned char* p, std::size_t n, unsigned base, DataBuffer& digits) {
-  for (std::size_t i = 0; i < n; ++i) {
-    unsigned carry = p[i];
-    unsigned char* const known = digits.getData2();
-    for (std::uint32_t k = 0; k < digits.getSize(); ++k) {
-      carry += known[k] * 256U;
-      known[k] = static_cast<unsigned char>(carry % base);
+  /// A secure number is wiped at its end.
+  explicit Limbs(bool secure) { limbs_.setSecure(secure); }
+
+  /// Room for a number of so many bits. False if there is no memory.
+  bool reserve(std::size_t bits) {
+    const std::uint64_t size = (bits / (std::bit_width(base) - 1) + 1) * sizeof(std::uint32_t);
+    return !ck64_TooBigForUnsigned32(size) && limbs_.ensureBuffer(static_cast<std::uint32_t>(size));
+  }
+
+  /// The number times `factor` and `addend` more, both up to 2^32.
+  void multiplyAdd(std::uint64_t factor, std::uint64_t carry) {
+    unsigned char* p = limbs_.getData2();
+    for (const unsigned char* const end = p + limbs_.getSize(); p != end; p += kLimb) {
+      carry += load(p) * factor;
+      store(p, carry % base);
       carry /= base;
     }
-    for (; carry != 0; carry /= base) {
-      if (!digits.push_back(static_cast<unsigned char>(carry % base))) return false;
+    for (; carry != 0; carry /= base, p += kLimb) {
+      store(p, carry % base);
+      limbs_.addToSize(kLimb);
     }
+  }
+
+  std::size_t size() const { return limbs_.getSize() / kLimb; }
+  std::uint32_t operator[](std::size_t i) const { return load(limbs_.getData2() + i * kLimb); }
+
+ private:
+  static constexpr std::uint32_t kLimb = sizeof(std::uint32_t);
+
+  static std::uint32_t load(const unsigned char* p) {
+    std::uint32_t limb;
+    std::memcpy(&limb, p, kLimb);
+    return limb;
+  }
+
+  static void store(unsigned char* p, std::uint64_t value) {
+    const std::uint32_t limb = static_cast<std::uint32_t>(value);
+    std::memcpy(p, &limb, kLimb);
+  }
+
+  DataBuffer limbs_;
+};
+
+constexpr std::uint64_t powerOf(std::uint64_t base, std::size_t exponent) {
+  return exponent == 0 ? 1 : base * powerOf(base, exponent - 1);
+}
+
+/// Digits that one limb of 32 bits holds.
+constexpr std::size_t digitsPerLimb(std::uint64_t base) {
+  std::size_t n = 0;
+  while (powerOf(base, n + 1) <= std::uint64_t{1} << 32) ++n;
+  return n;
+}
+
+constexpr std::uint64_t kWordBase = std::uint64_t{1} << 32;
+
+/// Writes the big-endian number in digits of the alphabet, without zeros in front.
+template <std::size_t base>
+bool writeNumber(const unsigned char* p, std::size_t n, std::string_view alphabet, bool secure,
+                 TextStage& stage) {
+  constexpr std::size_t kDigitsAtOnce = digitsPerLimb(base);
+  Limbs<powerOf(base, kDigitsAtOnce)> number(secure);
+  if (!number.reserve(n * 8)) return false;
+  for (std::size_t i = 0; i < n;) {
+    std::uint64_t factor = 1;
+    std::uint64_t word = 0;
+    for (; i < n && factor != kWordBase; ++i, factor *= 256) word = word * 256 + p[i];
+    number.multiplyAdd(factor, word);
+  }
+  bool leads = true;
+  for (std::size_t i = number.size(); i != 0; --i) {
+    std::array<char, kDigitsAtOnce> digits;
+    std::uint32_t limb = number[i - 1];
+    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, limb /= base) {
+      *digit = alphabet[limb % base];
+    }
+    std::string_view text(digits.data(), digits.size());
+    if (leads) text.remove_prefix(text.find_first_not_of(alphabet[0]));
+    leads = false;
+    stage.put(text);
   }
   return true;
 }
 
-/// Characters outside the alphabet are skipped. Appends the bytes, without zeros in front.
-bool digitsToBytes(const char* p, std::size_t n, std::string_view alphabet, DataBuffer& out) {
-  const unsigned base = static_cast<unsigned>(alphabet.size());
-  DataBuffer bytes;  // least significant first
-  for (std::size_t i = 0; i < n; ++i) {
-    const std::size_t digit = p[i] == '\0' ? alphabet.npos : alphabet.find(p[i]);
+/// Reads digits of the alphabet and skips all else. Appends the bytes of the number, most
+/// significant first: either with a zero byte for each zero in front, or without, so that zero
+/// alone is one byte.
+template <std::size_t base>
+bool readNumber(std::string_view text, std::string_view alphabet, bool keepsZeros,
+                DataBuffer& out) {
+  constexpr std::uint64_t kFull = powerOf(base, digitsPerLimb(base));
+  Limbs<kWordBase> number(out.getSecure());
+  if (!number.reserve(text.size() * std::bit_width(base))) return false;
+  std::size_t zeros = 0;
+  std::uint64_t factor = 1;
+  std::uint64_t word = 0;
+  bool leads = true;
+  for (const char c : text) {
+    const std::size_t digit = alphabet.find(c);
     if (digit == alphabet.npos) continue;
-    unsigned carry = static_cast<unsigned>(digit);
-    unsigned char* const known = bytes.getData2();
-    for (std::uint32_t k = 0; k < bytes.getSize(); ++k) {
-      carry += known[k] * base;
-      known[k] = static_cast<unsigned char>(carry & 0xFF);
-      carry >>= 8;
+    leads = leads && digit == 0;
+    if (leads) {
+      ++zeros;
+      continue;
     }
-    if (carry != 0 && !bytes.push_back(static_cast<unsigned char>(carry))) return false;
+    word = word * base + digit;
+    factor *= base;
+    if (factor != kFull) continue;
+    number.multiplyAdd(factor, word);
+    factor = 1;
+    word = 0;
   }
-  std::reverse(bytes.getData2(), bytes.getData2() + bytes.getSize());
-  return out.append(bytes);
-}
+  number.multiplyAdd(factor, word);
 
-bool writeDigits(const DataBuffer& digits, std::string_view alphabet, TextStage& stage) {
-  for (std::uint32_t i = digits.getSize(); i != 0; --i) stage.put(alphabet[digits.byteAt(i - 1)]);
+  if (!keepsZeros) zeros = number.size() == 0 ? std::min<std::size_t>(zeros, 1) : 0;
+  ByteStage stage(out);
+  for (; zeros != 0; --zeros) stage.put('\0');
+  leads = true;
+  for (std::size_t i = number.size(); i != 0; --i) {
+    for (const int shift : {24, 16, 8, 0}) {
+      const auto byte = static_cast<unsigned char>(number[i - 1] >> shift);
+      leads = leads && byte == 0;
+      if (!leads) stage.put(byte);
+    }
+  }
   return stage.finish();
 }
 
@@ -137,18 +227,18 @@ bool ContentCoding::decodeHex(const char* p, std::size_t n, DataBuffer& out) {
 
 bool ContentCoding::encodeDecimal(const void* p, std::size_t n, StringBuffer& out) {
   if (p == nullptr || n == 0) return true;
-  DataBuffer digits;
-  if (!bytesToDigits(static_cast<const unsigned char*>(p), n, 10, digits)) return false;
-  if (digits.empty()) return out.appendChar('0');
+  const std::uint32_t before = out.getSize();
   TextStage stage(out);
-  return writeDigits(digits, kDigits, stage);
+  if (!writeNumber<kDigits.size()>(static_cast<const unsigned char*>(p), n, kDigits,
+                                   out.getSecureBuf(), stage) ||
+      !stage.finish()) {
+    return false;
+  }
+  return out.getSize() != before || out.appendChar(kDigits[0]);
 }
 
 bool ContentCoding::decodeDecimal(const char* p, std::size_t n, DataBuffer& out) {
-  const std::uint32_t before = out.getSize();
-  if (!digitsToBytes(p, n, kDigits, out)) return false;
-  const bool zero = out.getSize() == before && std::any_of(p, p + n, isAsciiDigit);
-  return !zero || out.push_back(0);
+  return readNumber<kDigits.size()>({p, n}, kDigits, false, out);
 }
 
 bool ContentCoding::encodeDecList(const void* data, std::size_t n, StringBuffer& out) {
@@ -164,6 +254,7 @@ bool ContentCoding::encodeDecList(const void* data, std::size_t n, StringBuffer&
 }
 
 bool ContentCoding::decodeDecList(const char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   for (std::size_t i = 0; i < n;) {
     if (!isAsciiDigit(p[i])) {
       ++i;
@@ -171,9 +262,9 @@ bool ContentCoding::decodeDecList(const char* p, std::size_t n, DataBuffer& out)
     }
     unsigned value = 0;
     for (; i < n && isAsciiDigit(p[i]); ++i) value = value * 10 + static_cast<unsigned>(p[i] - '0');
-    if (!out.push_back(static_cast<unsigned char>(value))) return false;
+    stage.put(static_cast<unsigned char>(value));
   }
-  return true;
+  return stage.finish();
 }
 
 // Base58 -----------------------------------------------------------------------------------------
@@ -182,16 +273,14 @@ bool ContentCoding::encodeBase58(const void* data, std::size_t n, StringBuffer& 
   const auto* const p = static_cast<const unsigned char*>(data);
   if (p == nullptr || n == 0) return true;
   const unsigned char* const first = std::find_if(p, p + n, [](unsigned char c) { return c != 0; });
-  DataBuffer digits;
-  if (!bytesToDigits(first, static_cast<std::size_t>(p + n - first), 58, digits)) return false;
   TextStage stage(out);
   // Each zero byte in front is kept as the digit zero.
   for (const unsigned char* zero = p; zero != first; ++zero) stage.put(kBitcoinAlphabet[0]);
-  return writeDigits(digits, kBitcoinAlphabet, stage);
+  return writeNumber<kBitcoinAlphabet.size()>(first, static_cast<std::size_t>(p + n - first),
+                                              kBitcoinAlphabet, out.getSecureBuf(), stage) &&
+         stage.finish();
 }
 
 bool ContentCoding::decodeBase58(const char* p, std::size_t n, DataBuffer& out) {
-  std::size_t zeros = 0;
-  while (zeros < n && p[zeros] == kBitcoinAlphabet[0]) ++zeros;
-  return appendZeros(out, zeros) && digitsToBytes(p + zeros, n - zeros, kBitcoinAlphabet, out);
+  return readNumber<kBitcoinAlphabet.size()>({p, n}, kBitcoinAlphabet, true, out);
 }

@@ -5,10 +5,10 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 #include <string_view>
 
 #include "AsciiText.h"
+#include "CodePages.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ constexpr int kWesternEuropean = 1252;
 constexpr std::size_t kLongestLocale = 255;
 
 std::atomic<int> g_ansiCodePage{kNotAskedYet};
-std::atomic<int> g_oemCodePage{65001};
+std::atomic<int> g_oemCodePage{code_page::kUtf8};
 
 struct SuffixRule {
   std::string_view suffix;
@@ -48,13 +48,16 @@ constexpr std::array<LanguageRule, 42> kLanguages = {{
 
 int Psdk::ansiCodePageOfLocale(const char* locale) {
   if (locale == nullptr || std::strlen(locale) > kLongestLocale) return kWesternEuropean;
-  std::string name(locale);
-  std::erase(name, '-');
+  // Without an allocation, which might fail: callers count on an answer.
+  using Name = std::array<char, kLongestLocale>;
+  Name given;
+  char* const end = std::remove_copy(locale, locale + std::strlen(locale), given.begin(), '-');
+  const std::string_view name(given.data(), static_cast<std::size_t>(end - given.data()));
   if (name.empty() || name == "C") return kWesternEuropean;
-  const std::string lower = asciiLower(name);
-  const auto contains = [&](std::string_view part) {
-    return lower.find(part) != std::string::npos;
-  };
+  Name lowered;
+  std::transform(name.begin(), name.end(), lowered.begin(), [](char c) { return asciiLower(c); });
+  const std::string_view lower(lowered.data(), name.size());
+  const auto contains = [&](std::string_view part) { return lower.find(part) != lower.npos; };
   const int lastCharacter = static_cast<unsigned char>(name.back());
 
   if (contains("iso8859")) {
@@ -71,7 +74,7 @@ int Psdk::ansiCodePageOfLocale(const char* locale) {
   for (const LanguageRule& rule : kLanguages) {
     if (name.starts_with(rule.prefix)) return rule.codePage;
   }
-  return lower.ends_with(".utf8") ? 65001 : kWesternEuropean;
+  return lower.ends_with(".utf8") ? code_page::kUtf8 : kWesternEuropean;
 }
 
 int Psdk::getAnsiCodePage() {

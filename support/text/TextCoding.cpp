@@ -8,10 +8,11 @@
 
 #include "AsciiText.h"
 #include "CkUtf.h"
+#include "CodingStage.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "StringBuffer.h"
-#include "TextStage.h"
+#include "UnitIo.h"
 
 namespace {
 
@@ -84,11 +85,12 @@ bool ContentCoding::encodeQuotedPrintable(const void* p, std::size_t n, StringBu
 
 bool ContentCoding::decodeQuotedPrintable(const char* p, std::size_t n, DataBuffer& out) {
   const std::string_view text = viewOf(p, n);
+  ByteStage stage(out);
   for (std::size_t i = 0; i < text.size();) {
     const char c = text[i];
     if (c == '=') {
       if (const int byte = hexByteAt(text, i + 1); byte >= 0) {
-        if (!out.push_back(static_cast<unsigned char>(byte))) return false;
+        stage.put(static_cast<unsigned char>(byte));
         i += 3;
         continue;
       }
@@ -101,16 +103,17 @@ bool ContentCoding::decodeQuotedPrintable(const char* p, std::size_t n, DataBuff
       }
     } else if (isTabOrSpace(c)) {
       // Blanks at the end of a line come from transport.
-      const std::size_t end = text.find_first_not_of(" \t", i);
-      if (end == text.npos || text[end] == '\n' || text.substr(end).starts_with("\r\n")) {
-        i = std::min(end, text.size());
-        continue;
-      }
+      const std::size_t end = std::min(text.find_first_not_of(" \t", i), text.size());
+      const std::string_view rest = text.substr(end);
+      const bool lineEnds = rest.empty() || rest[0] == '\n' || rest.starts_with("\r\n");
+      if (!lineEnds) stage.put(text.substr(i, end - i));
+      i = end;
+      continue;
     }
-    if (!out.appendChar(c)) return false;
+    stage.put(c);
     ++i;
   }
-  return true;
+  return stage.finish();
 }
 
 // Percent encoding
@@ -147,12 +150,13 @@ bool ContentCoding::encodeUrl(const void* p, std::size_t n, UrlStyle style, Stri
 
 bool ContentCoding::decodeUrl(const char* p, std::size_t n, DataBuffer& out) {
   const std::string_view text = viewOf(p, n);
+  ByteStage stage(out);
   for (std::size_t i = 0; i < text.size(); ++i) {
     const int byte = text[i] == '%' ? hexByteAt(text, i + 1) : -1;
     if (byte >= 0) i += 2;
-    if (!out.push_back(static_cast<unsigned char>(byte >= 0 ? byte : text[i]))) return false;
+    stage.put(static_cast<unsigned char>(byte >= 0 ? byte : text[i]));
   }
-  return true;
+  return stage.finish();
 }
 
 // JSON (RFC 8259)
@@ -167,6 +171,9 @@ struct JsonEscape {
 
 constexpr std::array<JsonEscape, 7> kJsonEscapes = {
     {{'"', '"'}, {'\\', '\\'}, {'b', '\b'}, {'f', '\f'}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}}};
+
+/// Half a surrogate pair is no character, and has no form in UTF-8.
+constexpr std::uint32_t kReplacementCharacter = 0xFFFD;
 
 /// The unit of "\uXXXX" at `i`, -1 if there is none.
 int unitAt(std::string_view text, std::size_t i) {
@@ -199,23 +206,25 @@ bool ContentCoding::encodeJson(const void* p, std::size_t n, StringBuffer& out) 
 
 bool ContentCoding::decodeJson(const char* p, std::size_t n, DataBuffer& out) {
   const std::string_view text = viewOf(p, n);
+  ByteStage stage(out);
   for (std::size_t i = 0; i < text.size();) {
     if (text[i] != '\\' || i + 1 == text.size()) {
-      if (!out.appendChar(text[i++])) return false;
+      stage.put(text[i++]);
       continue;
     }
     if (const int unit = unitAt(text, i); unit >= 0) {
       i += 6;
       std::uint32_t c = static_cast<std::uint32_t>(unit);
-      const int next = unitAt(text, i);
-      if ((unit & 0xFC00) == 0xD800 && next >= 0 && (next & 0xFC00) == 0xDC00) {
-        c = 0x10000U + ((c & 0x3FFU) << 10) + (static_cast<std::uint32_t>(next) & 0x3FFU);
+      const std::uint32_t next = static_cast<std::uint32_t>(unitAt(text, i));
+      if (isHighSurrogate(c) && isLowSurrogate(next)) {
+        c = codePointOf(c, next);
         i += 6;
+      } else if (isHighSurrogate(c) || isLowSurrogate(c)) {
+        c = kReplacementCharacter;
       }
       unsigned char bytes[6];
-      if (!out.append(bytes, static_cast<std::size_t>(_ckUtf::oneUtf32ToUtf8(c, bytes)))) {
-        return false;
-      }
+      const int length = _ckUtf::oneUtf32ToUtf8(c, bytes);
+      stage.put({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)});
       continue;
     }
     const char letter = text[i + 1];
@@ -223,10 +232,10 @@ bool ContentCoding::decodeJson(const char* p, std::size_t n, DataBuffer& out) {
         std::find_if(kJsonEscapes.begin(), kJsonEscapes.end(),
                      [&](const JsonEscape& e) { return e.letter == letter; });
     // Any other character stands for itself, "/" among them.
-    if (!out.appendChar(escape == kJsonEscapes.end() ? letter : escape->meaning)) return false;
+    stage.put(escape == kJsonEscapes.end() ? letter : escape->meaning);
     i += 2;
   }
-  return true;
+  return stage.finish();
 }
 
 // Encoded words (RFC 2047)
@@ -283,31 +292,44 @@ struct EncodedWord {
   std::size_t length = 0;  ///< of the whole word; 0 if there is none
 };
 
-EncodedWord wordAt(std::string_view text) {
-  if (!text.starts_with(kWordBegin)) return {};
-  const std::size_t charsetEnd = text.find('?', kWordBegin.size());
-  if (charsetEnd == text.npos || charsetEnd + 2 >= text.size() || text[charsetEnd + 2] != '?') {
-    return {};
-  }
-  const char kind = asciiUpper(text[charsetEnd + 1]);
-  const std::size_t begin = charsetEnd + 3;
-  const std::size_t end = text.find(kWordEnd, begin);
-  if (end == text.npos || (kind != 'Q' && kind != 'B')) return {};
-  return {kind, text.substr(begin, end - begin), end + kWordEnd.size()};
-}
+/// The words of a text, from its begin to its end.
+class EncodedWords {
+ public:
+  explicit EncodedWords(std::string_view text) : text_(text), lastEnd_(text.rfind(kWordEnd)) {}
 
-bool decodeWord(const EncodedWord& word, DataBuffer& out) {
-  DataBuffer bytes;
+  /// The word at `i`. Without an end behind it there is none, and no walk to look for one.
+  EncodedWord at(std::size_t i) const {
+    const std::string_view text = text_.substr(i);
+    if (!text.starts_with(kWordBegin)) return {};
+    const std::size_t charsetEnd = text.find('?', kWordBegin.size());
+    if (charsetEnd == text.npos || charsetEnd + 2 >= text.size() || text[charsetEnd + 2] != '?') {
+      return {};
+    }
+    const char kind = asciiUpper(text[charsetEnd + 1]);
+    const std::size_t begin = charsetEnd + 3;
+    if ((kind != 'Q' && kind != 'B') || lastEnd_ == text_.npos || i + begin > lastEnd_) return {};
+    const std::size_t end = text.find(kWordEnd, begin);
+    return {kind, text.substr(begin, end - begin), end + kWordEnd.size()};
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t lastEnd_;
+};
+
+bool decodeWord(const EncodedWord& word, bool secure, ByteStage& stage) {
   if (word.kind == 'B') {
-    return ContentCoding::decodeBase64ToDb(word.text.data(), word.text.size(), bytes) &&
-           out.append(bytes);
+    DataBuffer bytes;
+    bytes.setSecure(secure);
+    if (!ContentCoding::decodeBase64ToDb(word.text.data(), word.text.size(), bytes)) return false;
+    stage.put({reinterpret_cast<const char*>(bytes.getData2()), bytes.getSize()});
+    return true;
   }
   for (std::size_t i = 0; i < word.text.size(); ++i) {
     const char c = word.text[i];
     const int byte = c == '=' ? hexByteAt(word.text, i + 1) : -1;
     if (byte >= 0) i += 2;
-    const char plain = c == '_' ? ' ' : c;
-    if (!out.push_back(static_cast<unsigned char>(byte >= 0 ? byte : plain))) return false;
+    stage.put(byte >= 0 ? static_cast<char>(byte) : c == '_' ? ' ' : c);
   }
   return true;
 }
@@ -344,18 +366,23 @@ bool ContentCoding::B_Encode(const void* p, std::size_t n, const char* charset, 
 }
 
 bool ContentCoding::QB_Decode(const char* p, std::size_t n, DataBuffer& out) {
-  std::string_view text = viewOf(p, n);
-  bool behindWord = false;
-  while (!text.empty()) {
-    // White space between two encoded words is no part of the text.
-    const std::size_t blank = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-    if (behindWord && blank != 0 && wordAt(text.substr(blank)).length != 0) {
-      text.remove_prefix(blank);
+  const std::string_view text = viewOf(p, n);
+  const EncodedWords words(text);
+  ByteStage stage(out);
+  for (std::size_t i = 0; i < text.size();) {
+    EncodedWord word = words.at(i);
+    if (word.length == 0) {
+      stage.put(text[i++]);
+      continue;
     }
-    const EncodedWord word = wordAt(text);
-    behindWord = word.length != 0;
-    if (behindWord ? !decodeWord(word, out) : !out.appendChar(text[0])) return false;
-    text.remove_prefix(behindWord ? word.length : 1);
+    while (word.length != 0) {
+      if (!decodeWord(word, out.getSecure(), stage)) return false;
+      i += word.length;
+      // White space between two encoded words is no part of the text.
+      const std::size_t next = std::min(text.find_first_not_of(" \t\r\n", i), text.size());
+      word = words.at(next);
+      if (word.length != 0) i = next;
+    }
   }
-  return true;
+  return stage.finish();
 }

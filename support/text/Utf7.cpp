@@ -6,7 +6,7 @@
 
 #include "Base64Alphabet.h"
 #include "CkUtf.h"
-#include "DataBuffer.h"
+#include "CodingStage.h"
 #include "UnitIo.h"
 
 namespace {
@@ -37,24 +37,26 @@ char letterOf(const Dialect& dialect, std::uint32_t value) {
   return dialect.slashIsComma && letter == '/' ? ',' : letter;
 }
 
-bool appendUnit(DataBuffer& out, std::uint32_t unit) {
+void putUnit(ByteStage& stage, std::uint32_t unit) {
   unsigned char bytes[2];
   storeUnit(bytes, unit);
-  return out.append(bytes, sizeof bytes);
+  stage.put(bytes[0]);
+  stage.put(bytes[1]);
 }
 
 bool decode(const Dialect& dialect, const unsigned char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   bool legal = true;
   for (std::size_t i = 0; i < n;) {
     if (p[i] != static_cast<unsigned char>(dialect.shift)) {
       if (p[i] >= 0x80) legal = false;
-      if (p[i] < 0x80 && !appendUnit(out, p[i])) return false;
+      if (p[i] < 0x80) putUnit(stage, p[i]);
       ++i;
       continue;
     }
     ++i;
     if (i < n && p[i] == '-') {  // the shift character itself
-      if (!appendUnit(out, static_cast<unsigned char>(dialect.shift))) return false;
+      putUnit(stage, static_cast<unsigned char>(dialect.shift));
       ++i;
       continue;
     }
@@ -67,45 +69,47 @@ bool decode(const Dialect& dialect, const unsigned char* p, std::size_t n, DataB
       numBits += 6;
       if (numBits >= 16) {
         numBits -= 16;
-        if (!appendUnit(out, (bits >> numBits) & 0xFFFF)) return false;
+        putUnit(stage, (bits >> numBits) & 0xFFFF);
       }
     }
     if (numBits >= 6) legal = false;  // a run that ends inside a unit
     if (i < n && p[i] == '-') ++i;
   }
-  return legal;
+  return stage.finish() && legal;
 }
 
 bool encode(const Dialect& dialect, const unsigned char* p, std::size_t n, DataBuffer& out) {
+  ByteStage stage(out);
   const std::size_t whole = n / 2 * 2;
   for (std::size_t i = 0; i < whole;) {
     const std::uint16_t unit = loadUnit(p + i);
     if (unit == static_cast<unsigned char>(dialect.shift)) {
-      if (!out.appendChar2(dialect.shift, '-')) return false;
+      stage.put(dialect.shift);
+      stage.put('-');
       i += 2;
       continue;
     }
     if (isDirect(dialect, unit)) {
-      if (!out.appendChar(static_cast<char>(unit))) return false;
+      stage.put(static_cast<char>(unit));
       i += 2;
       continue;
     }
-    if (!out.appendChar(dialect.shift)) return false;
+    stage.put(dialect.shift);
     std::uint32_t bits = 0;
     int numBits = 0;
     for (; i < whole && !isDirect(dialect, loadUnit(p + i)); i += 2) {
       bits = (bits << 16) | loadUnit(p + i);
       numBits += 16;
       for (; numBits >= 6; numBits -= 6) {
-        if (!out.appendChar(letterOf(dialect, bits >> (numBits - 6)))) return false;
+        stage.put(letterOf(dialect, bits >> (numBits - 6)));
       }
     }
-    if (numBits > 0 && !out.appendChar(letterOf(dialect, bits << (6 - numBits)))) return false;
+    if (numBits > 0) stage.put(letterOf(dialect, bits << (6 - numBits)));
     const bool ambiguous =
         i < whole && (p[i] == '-' || valueOf(dialect, p[i]) >= 0) && p[i + 1] == 0;
-    if ((dialect.alwaysClosed || i == whole || ambiguous) && !out.appendChar('-')) return false;
+    if (dialect.alwaysClosed || i == whole || ambiguous) stage.put('-');
   }
-  return whole == n;
+  return stage.finish() && whole == n;
 }
 
 }  // namespace

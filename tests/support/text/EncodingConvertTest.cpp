@@ -52,7 +52,7 @@ TEST(EncodingConvertTest, ErrorActions) {
   using Action = EncodingConvert::ErrorAction;
   EXPECT_EQ(withAction(Action::Drop, kUtf8, 1251, "a中z"), "az");
   EXPECT_EQ(withAction(Action::Replace, kUtf8, 1251, "a中z"), "a??z");
-  EXPECT_EQ(withAction(Action::HexReference, kUtf8, 1251, "a中z"), "a&#x4E2D;z");
+  EXPECT_EQ(withAction(Action::HexReference, kUtf8, 1251, "a中z"), "a&#x2D4E;z");
   EXPECT_EQ(withAction(Action::KeepBytes, kUtf8, 1251, "a中z"), "a\x2D\x4Ez");
   EXPECT_EQ(withAction(Action::AlternativePage, kUtf8, 1251, "a中z"), "az");  // a second stage
   EXPECT_EQ(withAction(Action::AlternativePage, 1200, 1251, asUtf16(u"a中z")), "a\x92\x86z");

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "ClsEncode.h"
+#include "CodePages.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "LogBase.h"
@@ -56,14 +57,11 @@ class Descriptor {
 }  // namespace
 
 int DataBuffer::detectObviousCodePage() const {
-  using namespace std::string_view_literals;
   const std::string_view bytes(reinterpret_cast<const char*>(m_data), m_size);
   if (bytes.empty()) return -1;
-  // UTF-32 in little-endian order begins like UTF-16 and is reported as such.
-  if (bytes.starts_with("\xFF\xFE"sv)) return 1200;
-  if (bytes.starts_with("\xFE\xFF"sv)) return 1201;
-  if (bytes.starts_with("\xEF\xBB\xBF"sv)) return 65001;
-  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return 12001;
+  for (const code_page::Bom& bom : code_page::kBoms) {
+    if (bytes.starts_with(bom.bytes)) return bom.codePage;
+  }
 
   const std::size_t share = bytes.size() > 7 ? bytes.size() / 8 : 1;
   const auto manyNulBytes = [&](std::size_t firstIndex) {
@@ -73,8 +71,8 @@ int DataBuffer::detectObviousCodePage() const {
     }
     return count >= share;
   };
-  if (manyNulBytes(1)) return 1200;
-  if (manyNulBytes(0)) return 1201;
+  if (manyNulBytes(1)) return code_page::kUtf16Le;
+  if (manyNulBytes(0)) return code_page::kUtf16Be;
   return -1;
 }
 

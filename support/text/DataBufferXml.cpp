@@ -6,6 +6,7 @@
 
 #include "AsciiText.h"
 #include "CharsetNaming.h"
+#include "CodePages.h"
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
 #include "LogBase.h"
@@ -13,15 +14,7 @@
 
 namespace {
 
-constexpr int kUtf8 = 65001;
-constexpr int kUtf16Le = 1200;
-constexpr int kUtf16Be = 1201;
-constexpr int kUtf32Le = 12000;
-constexpr int kUtf32Be = 12001;
-
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kUtf16LeMark = "\xFF\xFE";
-constexpr std::string_view kUtf16BeMark = "\xFE\xFF";
+using namespace code_page;
 
 /// A NUL byte among the first so many gives a wide encoding away.
 constexpr std::size_t kLookForNulIn = 200;
@@ -98,11 +91,11 @@ bool DataBuffer::convertXmlToUtf8(LogBase& log) {
   if (empty() || !isAlive()) return false;
   const std::uint32_t shortages = ckMemoryShortages();
   const std::string_view text = viewOf(*this);
-  if (text.starts_with(kUtf16LeMark) || text.starts_with(kUtf16BeMark)) {
-    return convertAll(*this, text.starts_with(kUtf16LeMark) ? kUtf16Le : kUtf16Be, log);
+  for (const int wide : {kUtf16Le, kUtf16Be}) {
+    if (text.starts_with(bomOf(wide))) return convertAll(*this, wide, log);
   }
-  if (text.starts_with(kUtf8Mark)) {
-    removeHead(kUtf8Mark.size());
+  if (text.starts_with(bomOf(kUtf8))) {
+    removeHead(static_cast<std::uint32_t>(bomOf(kUtf8).size()));
     return true;
   }
   const bool hasNul = text.substr(0, kLookForNulIn).find('\0') != std::string_view::npos;

@@ -10,13 +10,14 @@
 
 #include "AsciiText.h"
 #include "CkUtf.h"
+#include "CodePages.h"
 #include "Psdk.h"
 
 static_assert(sizeof(wchar_t) == sizeof(char32_t), "wchar_t holds UTF-32 on this platform");
 
 namespace {
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf8Mark = code_page::bomOf(code_page::kUtf8);
 
 std::string_view withoutMark(std::string_view text) {
   if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());

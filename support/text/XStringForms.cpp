@@ -6,6 +6,7 @@
 #include "CkCharset.h"
 #include "CkUtf.h"
 #include "ClsEncode.h"
+#include "CodePages.h"
 #include "ContentCoding.h"
 #include "EncodingConvert.h"
 #include "LogBase.h"
@@ -14,16 +15,10 @@
 
 namespace {
 
-constexpr int kUtf8 = 65001;
-constexpr int kUtf16 = 1200;
-constexpr int kUtf32 = 12000;
-/// Numbers up to here are binary encodings, but for one EBCDIC page.
-constexpr int kLastBinaryEncoding = 99;
-constexpr int kEbcdicUs = 37;
-
-bool isBinaryEncoding(int codePage) {
-  return codePage >= 1 && codePage <= kLastBinaryEncoding && codePage != kEbcdicUs;
-}
+using code_page::isBinaryEncoding;
+using code_page::kUtf8;
+constexpr int kUtf16 = code_page::kUtf16Le;
+constexpr int kUtf32 = code_page::kUtf32Le;
 
 int codePageOr(int otherwise, const char* charset) {
   _ckCharset named;

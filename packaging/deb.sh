@@ -54,7 +54,7 @@ put 644 "$build/OrbeloScales.zip" usr/share/$name/OrbeloScales.zip
 done
 put_packed "$top/CHANGELOG.md" usr/share/doc/$name/changelog
 # Parts of these are compiled into the programs, and ask for their notice to go along.
-for part in libcli11-dev nlohmann-json3-dev; do
+for part in libcli11-dev nlohmann-json3-dev libfmt-dev; do
   notice=/usr/share/doc/$part/copyright
   [[ ! -f $notice ]] || put 644 $notice usr/share/doc/$name/copyright.$part
 done

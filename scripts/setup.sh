@@ -9,7 +9,7 @@ ORBELO_TOP=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 BUILD_PACKAGES=(g++ cmake ninja-build)
 # What weigh and scalesim are built with.
-TOOL_PACKAGES=(libcli11-dev nlohmann-json3-dev libarchive-dev)
+TOOL_PACKAGES=(libcli11-dev nlohmann-json3-dev libarchive-dev libfmt-dev gettext)
 # What the tests are built with; zip and unzip make and open the bundle, groff formats the manual
 # pages.
 TEST_PACKAGES=(libgtest-dev libgmock-dev libpugixml-dev zip unzip groff-base)

@@ -1,0 +1,110 @@
+// What the C++ runtime and the layers call in the building machine's libc and what older ones lack,
+// made of what these have. Hidden, so that no other library of the process meets it; and members of
+// an archive, so that only what is called goes in.
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <link.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#define ORBELO_HIDDEN [[gnu::visibility("hidden")]]
+
+extern "C" {
+
+// Since 2.32 the runtime counts references without locks while this says that there is one thread.
+// Nothing tells a library on an older system when there are more, so there always may be.
+ORBELO_HIDDEN char __libc_single_threaded = 0;
+
+// Until 2.33 the calls for a file's status were told the layout that the caller knows.
+int __xstat(int layout, const char* path, struct stat* status);
+int __lxstat(int layout, const char* path, struct stat* status);
+int __fxstat(int layout, int file, struct stat* status);
+int __fxstat64(int layout, int file, struct stat64* status);
+namespace {
+/// The only one that x86-64 has ever had.
+constexpr int kStatusLayout = 1;
+}  // namespace
+
+ORBELO_HIDDEN int stat(const char* path, struct stat* status) noexcept {
+  return __xstat(kStatusLayout, path, status);
+}
+ORBELO_HIDDEN int lstat(const char* path, struct stat* status) noexcept {
+  return __lxstat(kStatusLayout, path, status);
+}
+ORBELO_HIDDEN int fstat(int file, struct stat* status) noexcept {
+  return __fxstat(kStatusLayout, file, status);
+}
+ORBELO_HIDDEN int fstat64(int file, struct stat64* status) noexcept {
+  return __fxstat64(kStatusLayout, file, status);
+}
+
+// 2.25. The compiler may not know that nobody reads the block any more.
+ORBELO_HIDDEN void explicit_bzero(void* block, size_t size) noexcept {
+  std::memset(block, 0, size);
+  asm volatile("" : : "r"(block) : "memory");
+}
+
+// 2.25. Kernels before 3.17 don't have the call, but the same bytes as a device.
+ORBELO_HIDDEN ssize_t getrandom(void* block, size_t size, unsigned flags) {
+  const long got = ::syscall(SYS_getrandom, block, size, flags);
+  if (got >= 0 || errno != ENOSYS) return got;
+  const int device = ::open("/dev/urandom", O_RDONLY | O_CLOEXEC);
+  if (device < 0) return -1;
+  const ssize_t read = ::read(device, block, size);
+  ::close(device);
+  return read;
+}
+
+// 2.25. All of the bytes or an error; at most 256, which come in one piece.
+ORBELO_HIDDEN int getentropy(void* block, size_t size) {
+  constexpr size_t kMost = 256;
+  if (size <= kMost && getrandom(block, size, 0) == static_cast<ssize_t>(size)) return 0;
+  errno = EIO;
+  return -1;
+}
+
+// 2.36. Knows no error.
+ORBELO_HIDDEN std::uint32_t arc4random() noexcept {
+  std::uint32_t number = 0;
+  if (getentropy(&number, sizeof number) != 0) std::abort();
+  return number;
+}
+
+// 2.35. Whose code an address is, and where its tables for exceptions begin: the unwinder asks for
+// each frame that an exception crosses.
+ORBELO_HIDDEN int _dl_find_object(void* address, dl_find_object* found) noexcept {
+  struct Search {
+    ElfW(Addr) address;
+    dl_find_object* found;
+  } search{reinterpret_cast<ElfW(Addr)>(address), found};
+  const auto look = [](dl_phdr_info* object, size_t, void* data) {
+    const auto& [wanted, result] = *static_cast<Search*>(data);
+    *result = {};
+    bool holds = false;
+    for (const ElfW(Phdr)* header = object->dlpi_phdr;
+         header != object->dlpi_phdr + object->dlpi_phnum; ++header) {
+      const ElfW(Addr) begin = object->dlpi_addr + header->p_vaddr;
+      if (header->p_type == PT_GNU_EH_FRAME) {
+        result->dlfo_eh_frame = reinterpret_cast<void*>(begin);
+      } else if (header->p_type == PT_LOAD && wanted - begin < header->p_memsz) {
+        holds = true;
+        result->dlfo_map_start = reinterpret_cast<void*>(begin);
+        result->dlfo_map_end = reinterpret_cast<void*>(begin + header->p_memsz);
+      }
+    }
+    return holds ? 1 : 0;
+  };
+  const bool held = ::dl_iterate_phdr(look, &search) != 0;
+  return held && found->dlfo_eh_frame != nullptr ? 0 : -1;
+}
+
+}  // extern "C"

@@ -72,7 +72,7 @@ class RoundTrip : public testing::TestWithParam<Trip> {
   /// The heaviest or lightest that the scale's frame can say, in kilograms.
   double limit(bool highest) const {
     const int decimals = scale_.model().usualState().decimals;
-    const auto limits = scale_.model().weight.limits(decimals);
+    const auto limits = scale_.model().limits(decimals);
     return static_cast<double>(highest ? limits.highest : limits.lowest) / std::pow(10.0, decimals);
   }
 
@@ -92,9 +92,33 @@ TEST_P(RoundTrip, Weights) {
     state.stable = false;
   });
   poll("moving");
+  if (scale_.model().showsOverload()) {
+    scale_.change([](sim::ScaleState& state) { state.overload = true; });
+    poll("overload");
+    scale_.change([](sim::ScaleState& state) { state.overload = false; });
+  }
   if (!scale_.model().hasStartByte) return;
   scale_.setFaults({.garbage = 3, .frames = 1});
   pollAt("garbage before the frame", 1.5);
+}
+
+/// Every command that the scale knows, as the driver sends it.
+TEST_P(RoundTrip, Commands) {
+  for (const sim::Command& command : scale_.model().commands) {
+    int code = kSuccess;
+    switch (command.action) {
+      case sim::Action::Tare: code = driver_->pressT(0.0); break;
+      case sim::Action::Zero: code = driver_->pressNull(); break;
+      case sim::Action::Price: code = driver_->setPrice(1375); break;
+      case sim::Action::Weigh:
+      case sim::Action::Setup: continue;
+    }
+    EXPECT_EQ(code, kSuccess);
+    EXPECT_TRUE(scale_.waitForCount(command.action, 1)) << static_cast<int>(command.action);
+    if (command.action == sim::Action::Price) {
+      EXPECT_DOUBLE_EQ(scale_.state().price, 13.75);
+    }
+  }
 }
 
 std::string nameOfTrip(const testing::TestParamInfo<Trip>& test) {

@@ -48,7 +48,7 @@ void cutFrame(Trial& trial) {
   const auto shorter = static_cast<std::size_t>(frameSize(trial) - 1);
   // A stream of cut frames has whole ones in it, from start byte to start byte, if nothing but the
   // start byte marks them.
-  const bool lookWhole = trial.model().streams && trial.model().checkedByte == 0;
+  const bool lookWhole = trial.model().streams() && trial.model().checkedByte == 0;
   misbehave(trial, {.cut = shorter},
             lookWhole ? Expected::Anything : trial.ifTold(Expected::NoAnswer));
 }

@@ -31,7 +31,7 @@ constexpr int kBaudRate = 9600;
 
 /// Fixed bytes tell a damaged frame; a scale that transmits has to have one besides its start.
 bool tellsDamage(const ScaleModel& model) {
-  return model.checkedByte && !(model.streams && *model.checkedByte == 0);
+  return model.checkedByte && !(model.streams() && *model.checkedByte == 0);
 }
 
 /// One model takes whatever text comes within the time.
@@ -42,8 +42,8 @@ constexpr int kLooksAtLineEndOnly = 11;
 bool always(const ScaleModel& /*model*/) { return true; }
 bool isAsked(const ScaleModel& model) { return model.answers(); }
 bool hasSign(const ScaleModel& model) { return model.weight.sign != sim::Sign::None; }
-bool showsMotion(const ScaleModel& model) { return model.showsStability; }
-bool showsOverload(const ScaleModel& model) { return model.showsOverload; }
+bool showsMotion(const ScaleModel& model) { return model.showsStability(); }
+bool showsOverload(const ScaleModel& model) { return model.showsOverload(); }
 bool hasPrice(const ScaleModel& model) { return model.hasPrice(); }
 bool hasDecimals(const ScaleModel& model) { return model.hasDecimals(); }
 bool damageAllTold(const ScaleModel& model) { return tellsDamage(model); }

@@ -7,7 +7,6 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "FrameBuilder.h"
 #include "ModelSheet.h"
 #include "Options.h"
 #include "Texts.h"
@@ -51,13 +50,13 @@ constexpr std::array kStateCommands = {
                    constexpr double kMost = 9.0;
                    s.decimals = static_cast<int>(std::clamp(value, -1.0, kMost));
                  }},
-    StateCommand{"stable", false, [](const ScaleModel& m) { return m.showsStability; },
+    StateCommand{"stable", false, [](const ScaleModel& m) { return m.showsStability(); },
                  [](ScaleState& s, double) { s.stable = true; }},
-    StateCommand{"unstable", false, [](const ScaleModel& m) { return m.showsStability; },
+    StateCommand{"unstable", false, [](const ScaleModel& m) { return m.showsStability(); },
                  [](ScaleState& s, double) { s.stable = false; }},
-    StateCommand{"overload", false, [](const ScaleModel& m) { return m.showsOverload; },
+    StateCommand{"overload", false, [](const ScaleModel& m) { return m.showsOverload(); },
                  [](ScaleState& s, double) { s.overload = true; }},
-    StateCommand{"normal", false, [](const ScaleModel& m) { return m.showsOverload; },
+    StateCommand{"normal", false, [](const ScaleModel& m) { return m.showsOverload(); },
                  [](ScaleState& s, double) { s.overload = false; }},
     StateCommand{"tare", false, always, [](ScaleState& s, double) { s.pressTare(); }},
     StateCommand{"zero", false, always, [](ScaleState& s, double) { s.pressZero(); }},

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <vector>
 
-#include "FrameBuilder.h"
 #include "Models.h"
 #include "Options.h"
 #include "Texts.h"
@@ -30,7 +29,7 @@ std::string lineText(const sim::LineSettings& line) {
 }
 
 std::string commandText(const sim::Command& command) {
-  std::string bytes = hexText(command.bytes);
+  std::string bytes = hexText(command.fixed.bytes);
   if (command.payload == 0) return bytes;
   return fill(texts::kAndBytes, {bytes, std::to_string(command.payload)});
 }
@@ -65,12 +64,12 @@ std::string obeysText(const ScaleModel& model) {
 
 std::string weightText(const ScaleModel& model) {
   const int decimals = model.decimals.usual;
-  const auto limits = model.weight.limits(decimals);
+  const auto limits = model.limits(decimals);
   sim::Display lowest;
   lowest.weight = limits.lowest;
   lowest.decimals = decimals;
-  return fill(texts::kWeightLimits,
-              {sim::minusNextToDigits(lowest, 0), sim::decimalText(limits.highest, decimals)});
+  return fill(texts::kWeightLimits, {sim::decimalText(lowest.weight, decimals),
+                                     sim::decimalText(limits.highest, decimals)});
 }
 
 std::string decimalsText(const ScaleModel& model) {
@@ -93,7 +92,7 @@ std::string readingText(const ScaleModel& model) {
   const sim::ScaleState state = model.usualState();
   return fill(texts::kReadingOf,
               {displayText(model.display(state)), plainNumber(model.expectedReading(state).weight),
-               say(unitText(model.unit))});
+               say(unitText(model.reads.unit))});
 }
 
 std::string stabilityText(const ScaleModel& model) {
@@ -106,7 +105,7 @@ std::string stabilityText(const ScaleModel& model) {
 }
 
 std::string overloadText(const ScaleModel& model) {
-  if (!model.showsOverload) return say(texts::kOverloadNever);
+  if (!model.showsOverload()) return say(texts::kOverloadNever);
   sim::ScaleState state = model.usualState();
   state.overload = true;
   return fill(texts::kOverloadCode, {std::to_string(model.expectedReading(state).code)});
@@ -115,8 +114,7 @@ std::string overloadText(const ScaleModel& model) {
 std::string priceText(const ScaleModel& model) {
   if (!model.hasPrice()) return say(texts::kPriceNever);
   constexpr int kPriceDecimals = 2;
-  return fill(texts::kPriceShown,
-              {sim::decimalText(sim::powerOfTen(model.price.priceDigits) - 1, kPriceDecimals)});
+  return fill(texts::kPriceShown, {sim::decimalText(model.highestPrice(), kPriceDecimals)});
 }
 
 /// Characters, not bytes, of UTF-8 text.
@@ -148,7 +146,7 @@ std::string hexText(std::span<const std::uint8_t> bytes) {
 }
 
 std::string displayText(const sim::Display& display) {
-  return sim::minusNextToDigits(display, 0) + " kg";
+  return sim::decimalText(display.weight, display.decimals) + " kg";
 }
 
 std::string modelSheet(const ScaleModel& model) {
@@ -166,8 +164,8 @@ std::string modelSheet(const ScaleModel& model) {
   addRow(sheet, texts::kRowOverload, overloadText(model));
   addRow(sheet, texts::kRowPrice, priceText(model));
   addRow(sheet, texts::kRowTcp,
-         model.worksOverTcp() ? say(texts::kYes) : fill(texts::kNoBecause, {say(*model.noTcp)}));
-  if (model.remark != nullptr) addRow(sheet, texts::kRowRemark, say(*model.remark));
+         model.worksOverTcp() ? say(texts::kYes) : fill(texts::kNoBecause, {model.noTcp}));
+  if (model.remark != nullptr) addRow(sheet, texts::kRowRemark, model.remark);
   addRow(sheet, texts::kRowOptions, knownOptions(model));
   return sheet;
 }
@@ -176,7 +174,7 @@ std::string modelList() {
   std::string list = std::string(say(texts::kListHead)) + "\n";
   for (const ScaleModel& model : sim::scaleModels()) {
     list += std::to_string(model.number) + "\t" +
-            say(model.streams ? texts::kListStreams : texts::kListAnswers) + "\t\t" +
+            say(model.streams() ? texts::kListStreams : texts::kListAnswers) + "\t\t" +
             say(model.worksOverTcp() ? texts::kYes : texts::kNo) + "\t" + nameOf(model) + "\n";
   }
   return list;

@@ -9,7 +9,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "FrameBuilder.h"
 #include "SelfDescription.h"
 #include "Texts.h"
 
@@ -218,8 +217,8 @@ void refuseUnknown(const Options& options) {
   };
   refuse(options.decimals.has_value(), model.hasDecimals(), "--decimals");
   refuse(options.price.has_value(), model.hasPrice(), "--price");
-  refuse(options.unstable, model.showsStability, "--unstable");
-  refuse(options.overload, model.showsOverload, "--overload");
+  refuse(options.unstable, model.showsStability(), "--unstable");
+  refuse(options.overload, model.showsOverload(), "--overload");
 }
 
 }  // namespace
@@ -229,8 +228,8 @@ sim::ScaleState Options::stateOf(const sim::ScaleModel& of) const {
   if (weight) state.weight = *weight;
   if (decimals && of.hasDecimals()) state.decimals = *decimals;
   if (price && of.hasPrice()) state.price = *price;
-  state.stable = !(unstable && of.showsStability);
-  state.overload = overload && of.showsOverload;
+  state.stable = !(unstable && of.showsStability());
+  state.overload = overload && of.showsOverload();
   return state;
 }
 
@@ -301,8 +300,8 @@ std::string knownOptions(const sim::ScaleModel& model) {
   std::string known = "--weight";
   if (model.hasDecimals()) known += " --decimals";
   if (model.hasPrice()) known += " --price";
-  if (model.showsStability) known += " --unstable";
-  if (model.showsOverload) known += " --overload";
+  if (model.showsStability()) known += " --unstable";
+  if (model.showsOverload()) known += " --overload";
   return known;
 }
 
@@ -323,7 +322,7 @@ void checkState(const sim::ScaleModel& model, const sim::ScaleState& state) {
         fill(texts::kDecimalsOutOfRange,
              {number, std::to_string(model.decimals.fewest), std::to_string(model.decimals.most)}));
   }
-  const auto limits = model.weight.limits(state.decimals);
+  const auto limits = model.limits(state.decimals);
   const double units =
       std::round(state.weight * static_cast<double>(sim::powerOfTen(state.decimals)));
   if (units < static_cast<double>(limits.lowest) || units > static_cast<double>(limits.highest)) {
@@ -334,7 +333,7 @@ void checkState(const sim::ScaleModel& model, const sim::ScaleState& state) {
          (limits.lowest < 0 ? "-" : "") + sim::decimalText(std::abs(limits.lowest), state.decimals),
          sim::decimalText(limits.highest, state.decimals)}));
   }
-  const double highestPrice = static_cast<double>(sim::powerOfTen(model.price.priceDigits) - 1);
+  const double highestPrice = static_cast<double>(model.highestPrice());
   if (state.price < 0 || std::round(state.price * kHundredths) > highestPrice) {
     throw UsageError(
         fill(texts::kPriceOutOfRange, {number, sim::decimalText(std::llround(highestPrice), 2)}));

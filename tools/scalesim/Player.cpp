@@ -96,7 +96,7 @@ void playOne(const Options& options) {
   std::unique_ptr<sim::Endpoint> endpoint;
   if (options.tcp) {
     if (!model.worksOverTcp()) {
-      std::cerr << fill(texts::kNoTcpWarning, {std::to_string(model.number), say(*model.noTcp)})
+      std::cerr << fill(texts::kNoTcpWarning, {std::to_string(model.number), model.noTcp})
                 << std::endl;
     }
     endpoint = std::make_unique<sim::TcpEndpoint>(*options.tcp);

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "FrameBuilder.h"
-
 namespace sim {
 
 namespace {
@@ -26,13 +24,14 @@ bool endsLine(std::uint8_t byte) { return byte == CR || byte == LF; }
 }  // namespace
 
 RequestRecogniser::Match RequestRecogniser::match(const Command& command) const {
-  const std::size_t fixed = std::min(command.bytes.size(), pending_.size());
+  const std::size_t fixed = std::min(command.fixed.bytes.size(), pending_.size());
   if (!std::equal(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(fixed),
-                  command.bytes.begin()) ||
-      (endsLine(command.bytes.back()) && !atLineStart_)) {
+                  command.fixed.bytes.begin()) ||
+      (endsLine(command.fixed.bytes.back()) && !atLineStart_)) {
     return Match::None;
   }
-  return pending_.size() < command.bytes.size() + command.payload ? Match::Partial : Match::Whole;
+  return pending_.size() < command.fixed.bytes.size() + command.payload ? Match::Partial
+                                                                        : Match::Whole;
 }
 
 std::optional<RequestRecogniser::Found> RequestRecogniser::feed(std::uint8_t byte) {
@@ -44,7 +43,8 @@ std::optional<RequestRecogniser::Found> RequestRecogniser::feed(std::uint8_t byt
         case Match::None: break;
         case Match::Partial: partial = true; break;
         case Match::Whole: {
-          const auto payload = pending_.begin() + static_cast<std::ptrdiff_t>(command.bytes.size());
+          const auto payload =
+              pending_.begin() + static_cast<std::ptrdiff_t>(command.fixed.bytes.size());
           Found found = {&command, Bytes(payload, pending_.end())};
           reset();
           return found;
@@ -65,7 +65,7 @@ std::vector<Scale::Answer> Scale::receive(std::span<const std::uint8_t> bytes) {
     if (!found) continue;
     carryOut(*found);
     const Action action = found->command->action;
-    Bytes reply = action == Action::Weigh ? frame() : found->command->reply;
+    Bytes reply = action == Action::Weigh ? frame() : found->command->reply.bytes;
     if (!reply.empty()) answers.push_back({action, std::move(reply)});
   }
   return answers;

@@ -48,7 +48,8 @@ void ScaleLine::comeBack() {
 }
 
 bool ScaleLine::wantsToStream() const {
-  return scale_.model().streams && queue_.empty() && endpoint_->hasListener() && !sendsWithoutEnd();
+  return scale_.model().streams() && queue_.empty() && endpoint_->hasListener() &&
+         !sendsWithoutEnd();
 }
 
 short ScaleLine::events() const {

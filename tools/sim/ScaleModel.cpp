@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "FrameBuilder.h"
 #include "ModelGroups.h"
 
 namespace sim {
@@ -19,14 +18,26 @@ std::int64_t rounded(double value) {
 }
 
 /// The cost in hundredths, half a hundredth rounded up as scales do.
-std::int64_t costOf(std::int64_t weight, int decimals, std::int64_t price, std::int64_t highest) {
+std::int64_t costOf(std::int64_t weight, int decimals, std::int64_t price) {
   if (weight <= 0 || price <= 0) return 0;
-  const double cost = static_cast<double>(weight) * static_cast<double>(price) /
-                      static_cast<double>(powerOfTen(decimals));
-  return std::min(rounded(cost), highest);
+  return rounded(static_cast<double>(weight) * static_cast<double>(price) /
+                 static_cast<double>(powerOfTen(decimals)));
 }
 
-std::int64_t highestOf(int digits) { return powerOfTen(digits) - 1; }
+/// The highest that a field for a number holds.
+std::int64_t highestOf(const Number* number) {
+  return number == nullptr ? 0 : number->limits(0, false).highest;
+}
+
+ScaleModel asVariant(ScaleModel model, const Variant& variant) {
+  model.variant = &variant;
+  if (!variant.layout.empty()) model.layout = variant.layout;
+  if (!variant.commands.empty()) model.commands = variant.commands;
+  if (variant.streams) model.commands.clear();
+  if (variant.decimals) model.decimals = *variant.decimals;
+  model.unit = variant.unit;
+  return model;
+}
 
 }  // namespace
 
@@ -34,16 +45,31 @@ std::string LineSettings::text() const {
   return std::to_string(dataBits) + (parity == Parity::Even ? "E" : "N") + std::to_string(stopBits);
 }
 
-WeightField::Limits WeightField::limits(int decimals) const {
-  if (places == 0) return binary;
-  const int digits = places - (pointInside && decimals > 0 ? 1 : 0);
-  const std::int64_t highest = highestOf(digits);
-  switch (sign) {
-    case Sign::None: return {0, highest};
-    case Sign::Beside: return {-highest, highest};
-    case Sign::Inside: break;
-  }
-  return {-highestOf(digits - 1), highest};
+double asWritten(std::int64_t units, int decimals) {
+  const std::int64_t power = powerOfTen(decimals);
+  const std::int64_t magnitude = units < 0 ? -units : units;
+  const double value = static_cast<double>(magnitude / power) +
+                       static_cast<double>(magnitude % power) / static_cast<double>(power);
+  return units < 0 ? -value : value;
+}
+
+bool ScaleModel::streams() const {
+  return std::ranges::none_of(
+      commands, [](Action action) { return action == Action::Weigh; }, &Command::action);
+}
+
+Number::Limits ScaleModel::limits(int of) const {
+  const Number* weight = numberIn(layout, Quantity::Weight);
+  if (weight == nullptr) return {-rounded(kWidestNumber), rounded(kWidestNumber)};
+  return weight->limits(of, showsSign(layout));
+}
+
+std::int64_t ScaleModel::highestPrice() const {
+  return highestOf(numberIn(layout, Quantity::Price));
+}
+
+std::int64_t ScaleModel::unitsOf(double kilograms, int of) const {
+  return rounded(kilograms * unit.inKilogram * static_cast<double>(powerOfTen(of)));
 }
 
 ScaleState ScaleModel::usualState() const {
@@ -58,18 +84,17 @@ ScaleState ScaleModel::usualState() const {
 Display ScaleModel::display(const ScaleState& state) const {
   Display shown;
   shown.decimals = std::clamp(state.decimals, decimals.fewest, decimals.most);
-  const auto unitsPerKilogram = static_cast<double>(powerOfTen(shown.decimals));
-  const std::int64_t net = rounded((state.weight - state.zero - state.tare) * unitsPerKilogram);
-  const WeightField::Limits limits = weight.limits(shown.decimals);
-  shown.weight = std::clamp(net, limits.lowest, limits.highest);
-  shown.tare = rounded(state.tare * unitsPerKilogram);
-  shown.overload = showsOverload && (state.overload || net != shown.weight);
-  shown.stable = state.stable || !showsStability;
+  const std::int64_t net = unitsOf(state.weight - state.zero - state.tare, shown.decimals);
+  const Number::Limits range = limits(shown.decimals);
+  shown.weight = std::clamp(net, range.lowest, range.highest);
+  shown.tare = unitsOf(state.tare, shown.decimals);
+  shown.overload = showsOverload() && (state.overload || net != shown.weight);
+  shown.stable = state.stable || !showsStability();
   if (hasPrice()) {
     constexpr double kHundredths = 100.0;
-    shown.price = std::clamp<std::int64_t>(rounded(state.price * kHundredths), 0,
-                                           highestOf(price.priceDigits));
-    shown.cost = costOf(shown.weight, shown.decimals, shown.price, highestOf(price.costDigits));
+    shown.price = std::clamp<std::int64_t>(rounded(state.price * kHundredths), 0, highestPrice());
+    shown.cost = std::min(costOf(shown.weight, shown.decimals, shown.price),
+                          highestOf(numberIn(layout, Quantity::Cost)));
   }
   return shown;
 }
@@ -77,9 +102,9 @@ Display ScaleModel::display(const ScaleState& state) const {
 Reading ScaleModel::expectedReading(const ScaleState& state) const {
   const Display shown = display(state);
   Reading reading;
-  reading.weight = readWeight(shown.weight, shown.decimals);
-  reading.price = static_cast<double>(shown.price) * price.factor;
-  reading.cost = static_cast<double>(shown.cost) * price.factor;
+  reading.weight = reads.read(shown.weight, shown.decimals);
+  reading.price = static_cast<double>(shown.price) * hundredth;
+  reading.cost = static_cast<double>(shown.cost) * hundredth;
   reading.stable = stableReading == StableReading::AlwaysStable ||
                    (stableReading == StableReading::AsShown && shown.stable);
   if (readSpecial != nullptr) readSpecial(shown, reading);
@@ -89,22 +114,26 @@ Reading ScaleModel::expectedReading(const ScaleState& state) const {
 std::span<const ScaleModel> scaleModels() {
   static const std::vector<ScaleModel> models = [] {
     std::vector<ScaleModel> all;
-    for (const auto group : kModelGroups) {
-      std::vector<ScaleModel> some = group();
-      std::move(some.begin(), some.end(), std::back_inserter(all));
-    }
-    std::sort(all.begin(), all.end(),
-              [](const ScaleModel& a, const ScaleModel& b) { return a.number < b.number; });
+    for (const auto group : kModelGroups) std::ranges::move(group(), std::back_inserter(all));
+    std::ranges::sort(all, {}, &ScaleModel::number);
     return all;
   }();
   return models;
 }
 
-const ScaleModel* findScaleModel(int number) {
-  const auto models = scaleModels();
-  const auto found = std::find_if(models.begin(), models.end(),
-                                  [&](const ScaleModel& model) { return model.number == number; });
-  return found == models.end() ? nullptr : &*found;
+const ScaleModel* findScaleModel(int number, std::string_view variant) {
+  static const std::vector<ScaleModel> variants = [] {
+    std::vector<ScaleModel> all;
+    for (const ScaleModel& model : scaleModels()) {
+      for (const Variant& other : model.variants) all.push_back(asVariant(model, other));
+    }
+    return all;
+  }();
+  const std::span<const ScaleModel> all = variant.empty() ? scaleModels() : variants;
+  const auto found = std::ranges::find_if(all, [&](const ScaleModel& model) {
+    return model.number == number && (variant.empty() || model.variant->name == variant);
+  });
+  return found == all.end() ? nullptr : &*found;
 }
 
 }  // namespace sim

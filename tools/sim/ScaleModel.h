@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Language.h"
+#include "Frame.h"
 #include "ScaleState.h"
 
 namespace sim {
@@ -36,58 +36,58 @@ enum class Action {
 /// One sequence of bytes that a scale understands.
 struct Command {
   Action action;
-  /// The fixed bytes. They may come in parts with pauses between.
-  Bytes bytes;
+  /// May come in parts with pauses between.
+  Fixed fixed;
   /// Bytes that follow with changing content.
   std::size_t payload = 0;
   /// What the scale says to it; a `Weigh` is answered with the frame instead.
-  Bytes reply = {};
-};
-
-/// Where the sign of the weight stands in the frame.
-enum class Sign {
-  None,    ///< nowhere: a load below zero is sent as zero
-  Beside,  ///< in a place of its own
-  Inside,  ///< in a place of the weight field
-};
-
-/// What the weight field can hold.
-struct WeightField {
-  struct Limits {
-    std::int64_t lowest;
-    std::int64_t highest;
-  };
-
-  /// Characters or digits of the field; 0 for a binary field, which has `binary` instead.
-  int places = 0;
-  Sign sign = Sign::None;
-  /// Whether the point takes a place of the field.
-  bool pointInside = false;
-  Limits binary = {0, 0};
-
-  /// The limits in units of the last digit.
-  Limits limits(int decimals) const;
+  Fixed reply = {};
 };
 
 struct Decimals {
   int fewest = 0;
-  int most = 0;
-  int usual = 0;
+  int most = 4;
+  int usual = 3;
+};
+
+/// Marks a text for the catalogues of messages, which is translated where it is said.
+constexpr const char* translatable(const char* english) { return english; }
+
+/// The unit of a display.
+struct Unit {
+  const char* name = "kg";
+  double inKilogram = 1.0;
 };
 
 /// How the component reads the stability of a good frame.
 enum class StableReading { AsShown, AlwaysStable, AlwaysMoving };
 
-/// Price and cost in the frame; without digits the model has none.
-struct PriceField {
-  int priceDigits = 0;
-  int costDigits = 0;
-  /// What the component makes of a hundredth: 1.0 or 0.01.
-  double factor = 0.0;
-};
-
 /// Unit of the weight that the component hands out.
 enum class WeightUnit { Kilograms, Grams, Count };
+
+/// What the component makes of the weight in units of its last digit. Written from the protocols:
+/// the order of the floating-point steps counts, since some weights are cut and not rounded.
+struct WeightReading {
+  WeightUnit unit;
+  double (*read)(std::int64_t units, int decimals);
+};
+/// A decimal text, read as its whole part plus its fraction.
+double asWritten(std::int64_t units, int decimals);
+
+/// Another way in which scales of a model's kin speak. The component refuses or misreads it; what
+/// isn't given is as in the model.
+struct Variant {
+  /// As the user names it: "pounds".
+  std::string_view name;
+  /// English, to be translated when it is said.
+  const char* about;
+  Layout layout = {};
+  std::vector<Command> commands = {};
+  /// Sends without being asked, where the model answers.
+  bool streams = false;
+  std::optional<Decimals> decimals = {};
+  Unit unit = {};
+};
 
 /// A scale as its protocol sheet tells it, from the scale's side. The descriptions of all models
 /// stand in models/, one file for each group of kin.
@@ -95,57 +95,64 @@ struct ScaleModel {
   /// As in the component's table of models, which holds the names.
   int number;
   LineSettings line = {};
-  /// Sends frame after frame without being asked.
-  bool streams = false;
+  /// A scale that has none for `Weigh` sends frame after frame without being asked.
   std::vector<Command> commands = {};
-
-  WeightField weight;
-  Decimals decimals;
-  PriceField price = {};
-  bool showsStability = false;
-  bool showsOverload = false;
+  Layout layout;
+  Decimals decimals = {};
   /// Load of a simulator that was told none, kilograms.
   double usualWeight = 1.25;
+  Unit unit = {};
 
-  /// Builds the frame.
-  Bytes (*build)(const Display&);
   /// The component looks for the frame's first byte and so steps over others before it; otherwise
   /// it takes whatever comes first for the frame.
-  bool hasStartByte = false;
+  bool hasStartByte = true;
   /// Offset of a byte by which the component tells a damaged frame from a good one, from the end
   /// if negative; none where it would take any bytes of the right number.
-  std::optional<int> checkedByte = {};
-
-  WeightUnit unit;
-  /// The weight that the component reads, from the weight in units of its last digit.
-  double (*readWeight)(std::int64_t units, int decimals);
+  std::optional<int> checkedByte = -1;
+  WeightReading reads = {WeightUnit::Kilograms, asWritten};
   StableReading stableReading = StableReading::AsShown;
+  /// What the component makes of a hundredth of a money unit.
+  double hundredth = 0.0;
   /// What overload and other special frames make of the reading; null where there are none.
   void (*readSpecial)(const Display&, Reading&) = nullptr;
 
-  /// Why the component can't read this model over TCP; null where it can.
-  const Text* noTcp = nullptr;
-  /// A remark for the user; null without.
-  const Text* remark = nullptr;
+  /// Why the component can't read this model over TCP; null where it can. English, as `remark`, a
+  /// remark for the user.
+  const char* noTcp = nullptr;
+  const char* remark = nullptr;
 
-  bool answers() const { return !streams; }
-  bool hasPrice() const { return price.priceDigits > 0; }
+  std::vector<Variant> variants = {};
+  /// Of the model as a variant of itself; null for the model proper.
+  const Variant* variant = nullptr;
+
+  bool streams() const;
+  bool hasPrice() const { return numberIn(layout, Quantity::Price) != nullptr; }
   bool hasDecimals() const { return decimals.fewest < decimals.most; }
+  bool showsStability() const { return sim::showsStability(layout); }
+  bool showsOverload() const { return sim::showsOverload(layout); }
   bool worksOverTcp() const { return noTcp == nullptr; }
+
+  /// What the frame can say of the weight, in units of the last digit.
+  Number::Limits limits(int decimals) const;
+  /// The highest price in hundredths; 0 without price.
+  std::int64_t highestPrice() const;
+  /// A load in kilograms, in units of the display's last digit.
+  std::int64_t unitsOf(double kilograms, int decimals) const;
 
   /// The state of a simulator that was told nothing.
   ScaleState usualState() const;
   /// What the display shows. A weight that the field can't hold shows as overload where the model
   /// has that, otherwise as the nearest weight that it can.
   Display display(const ScaleState& state) const;
-  Bytes frame(const ScaleState& state) const { return build(display(state)); }
+  Bytes frame(const ScaleState& state) const { return frameOf(layout, display(state)); }
   /// What a poll of the component must hand out for this state, by the protocol.
   Reading expectedReading(const ScaleState& state) const;
 };
 
 /// All models that can be simulated, by ascending number.
 std::span<const ScaleModel> scaleModels();
-/// Null for a number that no simulator exists for.
-const ScaleModel* findScaleModel(int number);
+/// Null for a number or a variant that no simulator exists for; the model proper without a name.
+/// Both live as long as the program.
+const ScaleModel* findScaleModel(int number, std::string_view variant = {});
 
 }  // namespace sim

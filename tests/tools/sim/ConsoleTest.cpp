@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "Console.h"
+#include "Language.h"
 
 namespace {
 

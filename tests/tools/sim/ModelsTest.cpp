@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "FrameBuilder.h"
 #include "ScaleModel.h"
 
 namespace sim {
@@ -21,7 +20,7 @@ class Models : public testing::TestWithParam<ScaleModel> {};
 std::vector<Bytes> framesAtTheLimits(const ScaleModel& model) {
   std::vector<Bytes> frames;
   for (int decimals = model.decimals.fewest; decimals <= model.decimals.most; ++decimals) {
-    const auto limits = model.weight.limits(decimals);
+    const auto limits = model.limits(decimals);
     const auto power = static_cast<double>(powerOfTen(decimals));
     ScaleState state = model.usualState();
     state.decimals = decimals;
@@ -56,7 +55,7 @@ TEST_P(Models, EitherStreamOrAnswerOneRequest) {
   const ScaleModel& model = GetParam();
   const auto requests = std::count_if(model.commands.begin(), model.commands.end(),
                                       [](const Command& c) { return c.action == Action::Weigh; });
-  EXPECT_EQ(requests, model.streams ? 0 : 1);
+  EXPECT_EQ(requests, model.streams() ? 0 : 1);
 }
 
 TEST_P(Models, HaveNoCommandThatBeginsAnother) {
@@ -64,8 +63,8 @@ TEST_P(Models, HaveNoCommandThatBeginsAnother) {
   for (const Command& a : commands) {
     for (const Command& b : commands) {
       if (&a == &b) continue;
-      EXPECT_FALSE(a.bytes.size() <= b.bytes.size() &&
-                   std::equal(a.bytes.begin(), a.bytes.end(), b.bytes.begin()));
+      EXPECT_FALSE(a.fixed.bytes.size() <= b.fixed.bytes.size() &&
+                   std::equal(a.fixed.bytes.begin(), a.fixed.bytes.end(), b.fixed.bytes.begin()));
     }
   }
 }

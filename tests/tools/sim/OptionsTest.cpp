@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "DataFile.h"
+#include "Language.h"
 #include "ModelSheet.h"
 #include "Options.h"
 

@@ -1,108 +1,58 @@
 // Models 16, 29, 38, 40: indicators of KELI and their kin.
 
-#include <algorithm>
-
-#include "FrameBuilder.h"
+#include "Kin.h"
 #include "ModelGroups.h"
-#include "Readings.h"
-#include "SharedFrames.h"
 
 namespace sim {
 
-namespace {
-
-/// 02 "NW:-01.250kg" 03: seven places of weight text, unit.
-Bytes keliFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 7;
-  return FrameBuilder()
-      .byte(STX)
-      .text("NW:")
-      .text(minusFirst(display, kWeightPlaces))
-      .text("kg")
-      .byte(ETX)
-      .take();
-}
-
-Bytes k9Frame(const Display& display) { return addressedFrame(display, '+'); }
-
-/// 01 03 08 | 0 0 0 1 2 5 0 | decimals | CRC, 2
-///
-/// A reply of Modbus RTU whose eight bytes of registers hold text.
-Bytes d12Frame(const Display& display) {
-  constexpr std::uint8_t kStation = 0x01;
-  constexpr std::uint8_t kReadRegisters = 0x03;
-  constexpr std::uint8_t kRegisterBytes = 0x08;
-  constexpr int kWeightPlaces = 7;
-  return FrameBuilder()
-      .byte(kStation)
-      .byte(kReadRegisters)
-      .byte(kRegisterBytes)
-      .text(display.negative() ? "-" + digitText(display.magnitude(), kWeightPlaces - 1)
-                               : digitText(display.magnitude(), kWeightPlaces))
-      .character(static_cast<char>('0' + display.decimals))
-      .modbusCrc()
-      .take();
-}
-
-/// = 0 5 2 . 1 0 0: seven places of weight text, written backwards.
-Bytes t7eFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 7;
-  const std::string number = decimalText(display.magnitude(), display.decimals);
-  std::string text = display.negative() ? "-" + rightAligned(number, kWeightPlaces - 1, '0')
-                                        : rightAligned(number, kWeightPlaces, '0');
-  std::reverse(text.begin(), text.end());
-  return FrameBuilder().character('=').text(text).take();
-}
-
-}  // namespace
-
 std::vector<ScaleModel> keliModels() {
-  const Bytes d12Zero = {0x01, 0x06, 0x00, 0x01, 0x00, 0x17, 0x98, 0x04};
+  const Fixed d12Zero = is(0x01, 0x06, 0x00, 0x01, 0x00, 0x17, 0x98, 0x04);
   return {
       {// KELI
        .number = 16,
-       .commands = {{Action::Weigh, {STX, 'B', ETX}}, {Action::Zero, {STX, 'E', ETX}}},
-       .weight = {.places = 7, .sign = Sign::Inside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = keliFrame,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
+       .commands = {{Action::Weigh, is(STX, 'B', ETX)}, {Action::Zero, is(STX, 'E', ETX)}},
+       .layout = {is(STX, "NW:"), Number{.places = 7, .minus = Minus::First}, is("kg", ETX)},
+       .hasStartByte = false,
        .stableReading = StableReading::AlwaysStable,
-       .noTcp = &kEndMarkNeedsSerialLine},
+       .noTcp = kEndMarkNeedsSerialLine},
       {// T7E
        .number = 29,
-       .streams = true,
-       .weight = {.places = 7, .sign = Sign::Inside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = t7eFrame,
-       .hasStartByte = true,
+       .layout = {is('='),
+                  Number{.form = Form::Backwards, .places = 7, .minus = Minus::First, .fill = '0'}},
        .checkedByte = 0,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
-       .stableReading = StableReading::AlwaysMoving},
+       .stableReading = StableReading::AlwaysMoving,
+       .variants =
+           {{.name = "nine-bytes",
+             .about =
+                 translatable("sends a ninth byte with the sign; the component loses the minus"),
+             .layout = {is('='), Number{.form = Form::Backwards,
+                                        .places = 8,
+                                        .minus = Minus::First,
+                                        .fill = '0'}}},
+            {.name = "high-first",
+             .about = translatable("sends the highest digit first; the component reads backwards"),
+             .layout = {is('='), Number{.places = 8, .minus = Minus::First, .fill = '0'}}}}},
       {// KELI: K9
        .number = 38,
-       .commands = {{Action::Weigh, {STX, 'A', 'D', '0', '5', ETX}}},
-       .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = k9Frame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
-       .stableReading = StableReading::AlwaysMoving},
-      {// KELI: D12
+       .commands = {{Action::Weigh, is(STX, "AD05", ETX)}},
+       .layout = addressed(kPlusOrMinus, {.places = 7, .fill = '0'}),
+       .stableReading = StableReading::AlwaysMoving,
+       .variants = {{.name = "decimals-digit",
+                     .about = translatable(
+                         "sends six digits and the number of decimals; the component takes "
+                         "that for a digit of the weight"),
+                     .layout = addressedWithDecimals()}}},
+      {// KELI: D12, a reply of Modbus RTU whose registers hold text
        .number = 40,
-       .commands = {{Action::Weigh, {0x01, 0x03, 0x00, 0x03, 0x00, 0x04, 0xB4, 0x09}},
-                    {.action = Action::Zero, .bytes = d12Zero, .reply = d12Zero}},
-       .weight = {.places = 7, .sign = Sign::Inside},
+       .commands = {{Action::Weigh, is(0x01, 0x03, 0x00, 0x03, 0x00, 0x04, 0xB4, 0x09)},
+                    {.action = Action::Zero, .fixed = d12Zero, .reply = d12Zero}},
+       .layout = {is(0x01, 0x03, 0x08),
+                  Number{.form = Form::Digits, .places = 7, .minus = Minus::First, .fill = '0'},
+                  Status{.always = '0', .decimals = true},
+                  Checksum{.kind = Checksum::Kind::ModbusCrc}},
        .decimals = {.fewest = 0, .most = 5, .usual = 3},
-       .build = d12Frame,
-       .hasStartByte = true,
        .checkedByte = 1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsByFactor,
+       .reads = kKilogramsByFactor,
        .stableReading = StableReading::AlwaysMoving},
   };
 }

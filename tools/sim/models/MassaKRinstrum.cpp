@@ -1,63 +1,52 @@
 // Models 10, 11: scales of Масса-К and indicators of Rinstrum.
 
-#include "FrameBuilder.h"
+#include "Kin.h"
 #include "ModelGroups.h"
-#include "Readings.h"
 
 namespace sim {
 
-namespace {
-
-/// The weight in 16 bits with sign, low byte first.
-Bytes massaKFrame(const Display& display) {
-  return FrameBuilder().littleEndian(static_cast<std::uint64_t>(display.weight), 2).take();
-}
-
-/// "81050027:-    1.250 kg" CR LF: header, sign, nine places of weight text, unit.
-Bytes rinstrumFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 9;
-  return FrameBuilder()
-      .text("81050027:")
-      .character(display.negative() ? '-' : ' ')
-      .text(rightAligned(decimalText(display.magnitude(), display.decimals), kWeightPlaces))
-      .text(" kg")
-      .byte(CR)
-      .byte(LF)
-      .take();
-}
-
-constexpr Text kRinstrumNoTcp = {
-    "the component asks for 30 bytes and the indicator's line is shorter; over TCP it gets all "
-    "the bytes that it asked for or none",
-    "компонента запрашивает 30 байт, а строка индикатора короче; по TCP она получает либо все "
-    "запрошенные байты, либо ни одного"};
-
-}  // namespace
-
 std::vector<ScaleModel> massaKAndRinstrumModels() {
-  constexpr std::string_view kRinstrumRequest = "20050027:\r\n";
   return {
       {// Масса-К (МК_ТВ, МК_ТН)
        .number = 10,
        .line = {.parity = Parity::Even},
-       .commands = {{Action::Weigh, {'E'}}},
-       .weight = {.binary = {-0x8000, 0x7FFF}},
-       .decimals = {.fewest = 0, .most = 3, .usual = 3},
-       .build = massaKFrame,
-       .unit = WeightUnit::Count,
-       .readWeight = rawCount,
-       .stableReading = StableReading::AlwaysMoving},
+       .commands = {{Action::Weigh, is('E')}},
+       .layout = {Number{.form = Form::LowFirst, .places = 2, .minus = Minus::Binary}},
+       .decimals = kUpToThree,
+       .hasStartByte = false,
+       .checkedByte = {},
+       .reads = kRawCount,
+       .stableReading = StableReading::AlwaysMoving,
+       .variants = {{.name = "unasked",
+                     .about =
+                         translatable("another protocol of the maker, which sends by itself; the "
+                                      "component takes the first two bytes, always the same, for a "
+                                      "weight"),
+                     .layout = {is(0x55, 0xAA), Number{.form = Form::LowFirst, .places = 2},
+                                Status{.negative = 0x80}},
+                     .streams = true,
+                     .decimals = kFixedPoint}}},
       {// Rinstrum R320,R420
        .number = 11,
-       .commands = {{Action::Weigh, {kRinstrumRequest.begin(), kRinstrumRequest.end()}}},
-       .weight = {.places = 9, .sign = Sign::Beside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = rinstrumFrame,
-       .checkedByte = -1,
-       .unit = WeightUnit::Grams,
-       .readWeight = gramsCut,
+       .commands = {{Action::Weigh, is("20050027:\r\n")}},
+       .layout = {is("81050027:"), kSign, Number{.places = 9}, is(" kg"), lineEnd()},
+       .hasStartByte = false,
+       .reads = kGramsCut,
        .stableReading = StableReading::AlwaysMoving,
-       .noTcp = &kRinstrumNoTcp},
+       .noTcp = translatable(
+           "the component asks for 30 bytes and the indicator's line is shorter; over TCP "
+           "it gets all the bytes that it asked for or none"),
+       .variants = {{.name = "error",
+                     .about = translatable(
+                         "answers with an error, as while its menus are open; the component "
+                         "reads the error's number as a weight"),
+                     .layout = {is("C1050027:0601"), lineEnd()}},
+                    {.name = "auto",
+                     .about = translatable(
+                         "sends by itself, as an indicator set to AUTO instead of NET; the "
+                         "component finds no answer in it"),
+                     .layout = streamLine({}),
+                     .streams = true}}},
   };
 }
 

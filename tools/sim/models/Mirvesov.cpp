@@ -1,64 +1,32 @@
 // Models 7, 8, 12, 31, 34: scales of the maker Мирвесов.
 
-#include "FrameBuilder.h"
+#include "Kin.h"
 #include "ModelGroups.h"
-#include "Readings.h"
-#include "SharedFrames.h"
 
 namespace sim {
 
 namespace {
 
-constexpr std::uint8_t kAddress = 0x40;
-
-/// The part that both modes of the A9 have: sign | 0 0 1 2 5 0 | decimals | checksum, 2 nibbles |
-/// 03. The checksum is the exclusive or of all behind the 02.
-Bytes finishA9(FrameBuilder frame, const Display& display) {
-  constexpr int kWeightPlaces = 6;
-  frame.character(display.negative() ? '-' : ' ')
-      .text(digitText(display.magnitude(), kWeightPlaces))
-      .character(static_cast<char>('0' + display.decimals));
-  const std::uint8_t sum = frame.xorFrom(1);
-  return frame.byte(sum >> 4U).byte(sum & 0x0FU).byte(ETX).take();
+/// The part that both modes of the A9 have: sign, digits, number of decimals, checksum of all
+/// behind the first byte.
+Layout a9(const Fixed& begin) {
+  return {begin,
+          kSign,
+          Number{.form = Form::Digits, .places = 6, .fill = '0'},
+          Status{.always = '0', .decimals = true},
+          Checksum{.from = 1, .kind = Checksum::Kind::Nibbles},
+          is(ETX)};
 }
 
-/// 02 40 D, then as above
-Bytes a9Frame(const Display& display) {
-  return finishA9(FrameBuilder().byte(STX).byte(kAddress).character('D'), display);
-}
-
-/// 02, then as above
-Bytes a9StreamFrame(const Display& display) { return finishA9(FrameBuilder().byte(STX), display); }
-
-/// w 0 | _ _ _ _ 1 . 2 5 0 | CR LF
-Bytes a12Frame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 9;
-  return FrameBuilder()
-      .text("w0")
-      .text(minusNextToDigits(display, kWeightPlaces))
-      .byte(CR)
-      .byte(LF)
-      .take();
-}
-
-/// 02 decimals status 20 | 0 0 1 2 5 0 | tare, 6 | CR
-Bytes a12ehFrame(const Display& display) {
-  constexpr int kNoDecimals = 0x2A;
-  constexpr int kNegative = 0x02;
-  constexpr int kNotValid = 0x04;
-  constexpr int kMoving = 0x08;
-  constexpr int kAlways = 0x20;
-  const int status = kAlways | (display.negative() ? kNegative : 0) |
-                     (display.overload ? kNotValid : 0) | (display.stable ? 0 : kMoving);
-  return FrameBuilder()
-      .byte(STX)
-      .byte(static_cast<std::uint8_t>(kNoDecimals + display.decimals))
-      .byte(static_cast<std::uint8_t>(status))
-      .character(' ')
-      .text(digitText(display.magnitude(), 6))
-      .text(digitText(display.tare < 0 ? 0 : display.tare % powerOfTen(6), 6))
-      .byte(CR)
-      .take();
+/// `kind` tells the place of the point, and in other scales the division too.
+Layout a12eh(unsigned kind, unsigned status, char fill) {
+  return {is(STX),
+          Status{.always = kind, .decimals = true},
+          Status{.always = status, .moving = 0x08, .negative = 0x02, .overload = 0x04},
+          is(' '),
+          Number{.form = Form::Digits, .places = 6, .fill = fill},
+          Number{.of = Quantity::Tare, .form = Form::Digits, .places = 6, .fill = fill},
+          is(CR)};
 }
 
 /// A weight that is not valid reads as a good zero in motion.
@@ -68,79 +36,85 @@ void notValidIsZero(const Display& display, Reading& reading) {
   reading.stable = false;
 }
 
-Bytes ds2Frame(const Display& display) { return addressedFrame(display, ' '); }
-
-constexpr Text kDs2Remark = {
-    "the component leaves the point of the weight out, so a weight with decimals comes out too "
-    "large; by default the simulator shows whole kilograms, which come out as grams",
-    "компонента опускает точку в весе, и вес с дробной частью выходит слишком большим; поэтому "
-    "симулятор показывает целые килограммы, которые выходят граммами"};
+double digitsRunTogether(std::int64_t units, int /*decimals*/) {
+  return static_cast<double>(units) * 1000.0;
+}
 
 }  // namespace
 
 std::vector<ScaleModel> mirvesovModels() {
+  constexpr Unit kPounds = {.name = "lb", .inKilogram = 2.20462262};
+  const Number a12Weight = {.places = 7, .fill = '0'};
   return {
       {// А9, DS3M1  (Мирвесов)
        .number = 7,
-       .commands = {{Action::Weigh, {STX, kAddress, 'D', 0x00, 0x04, ETX}}},
-       .weight = {.places = 6, .sign = Sign::Beside},
-       .decimals = {.fewest = 0, .most = 3, .usual = 3},
-       .build = a9Frame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Grams,
-       .readWeight = gramsByDecimalCode,
-       .stableReading = StableReading::AlwaysMoving},
+       .commands = {{Action::Weigh, is(STX, "@D", 0, 4, ETX)}},
+       .layout = a9(is(STX, "@D")),
+       .decimals = kUpToThree,
+       .reads = kGramsByDecimalCode,
+       .stableReading = StableReading::AlwaysMoving,
+       .variants = {{.name = "four-decimals",
+                     .about = translatable(
+                         "shows four decimals; the component reads ten times too much"),
+                     .layout = addressedWithDecimals(),
+                     .decimals = Decimals{.fewest = 4, .most = 4, .usual = 4}},
+                    {.name = "address-1",
+                     .about = translatable(
+                         "answers to its own address 1 only, as the maker's paper has it; "
+                         "the component asks another and hears nothing"),
+                     .layout = addressedWithDecimals(),
+                     .commands = {{Action::Weigh, is(STX, "AD05", ETX)}}}}},
       {// А12 (Мирвесов)
        .number = 8,
-       .commands = {{.action = Action::Weigh, .bytes = {'R'}, .payload = 3},
-                    {Action::Tare, {'T'}},
-                    {Action::Zero, {'Z'}}},
+       .commands = {{.action = Action::Weigh, .fixed = is('R'), .payload = 3},
+                    {Action::Tare, is('T')},
+                    {Action::Zero, is('Z')}},
+       .layout = {is("w0"), Number{.places = 9, .minus = Minus::Beside}, lineEnd()},
        // Fewer decimals would let the field hold more grams than fit the component's 32 bits.
-       .weight = {.places = 9, .sign = Sign::Inside, .pointInside = true},
        .decimals = {.fewest = 2, .most = 4, .usual = 3},
-       .build = a12Frame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Grams,
-       .readWeight = gramsCut,
-       .stableReading = StableReading::AlwaysStable},
+       .reads = kGramsCut,
+       .stableReading = StableReading::AlwaysStable,
+       .variants = {{.name = "pounds",
+                     .about = translatable("shows pounds; the component takes them for kilograms"),
+                     .layout = {is("ww"), a12Weight, is("lb"), lineEnd()},
+                     .unit = kPounds},
+                    {.name = "new",
+                     .about = translatable(
+                         "the newer A12(E): other letters and a checksum; the component "
+                         "finds no frame"),
+                     .layout = {is('W'), Mark{.usual = "G", .net = "N"}, a12Weight, is("kg"),
+                                Checksum{.kind = Checksum::Kind::Characters}, lineEnd()}}}},
       {// DS2 (Мирвесов)
        .number = 12,
-       .commands = {{Action::Weigh, {STX, 'A', 'D', '0', '5', ETX}}},
-       .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
+       .commands = {{Action::Weigh, is(STX, "AD05", ETX)}},
+       .layout = addressed(kSign, {.places = 7, .fill = '0'}),
        .decimals = {.fewest = 0, .most = 4, .usual = 0},
        .usualWeight = 25.0,
-       .build = ds2Frame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Grams,
-       .readWeight = digitsRunTogether,
+       .reads = {WeightUnit::Grams, digitsRunTogether},
        .stableReading = StableReading::AlwaysMoving,
-       .remark = &kDs2Remark},
+       .remark = translatable(
+           "the component leaves the point of the weight out, so a weight with decimals "
+           "comes out too large; by default the simulator shows whole kilograms, which "
+           "come out as grams"),
+       .variants = {{.name = "decimals-digit",
+                     .about = translatable(
+                         "sends six digits and the number of decimals; the component takes "
+                         "that for a digit of the weight"),
+                     .layout = addressedWithDecimals(),
+                     .decimals = Decimals{}}}},
       {// A12EH (и некоторые модели BDU)
        .number = 31,
-       .streams = true,
-       .weight = {.places = 6, .sign = Sign::Beside},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .showsStability = true,
-       .showsOverload = true,
-       .build = a12ehFrame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsByFactor,
-       .readSpecial = notValidIsZero},
+       .layout = a12eh(0x2A, 0x20, '0'),
+       .reads = kKilogramsByFactor,
+       .readSpecial = notValidIsZero,
+       .variants = {{.name = "division-2",
+                     .about = translatable(
+                         "weighs in steps of 2; the component then leaves the point out"),
+                     .layout = a12eh(0x32, 0x30, ' ')}}},
       {// А9 (непрерывный режим передачи)
        .number = 34,
-       .streams = true,
-       .weight = {.places = 6, .sign = Sign::Beside},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = a9StreamFrame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsByFactor,
+       .layout = a9(is(STX)),
+       .reads = kKilogramsByFactor,
        .stableReading = StableReading::AlwaysMoving},
   };
 }

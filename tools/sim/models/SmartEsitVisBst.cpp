@@ -1,139 +1,62 @@
 // Models 33, 36, 37, 39, 41: scales SMART, ESIT, ВИС and BST.
 
-#include "FrameBuilder.h"
+#include "Kin.h"
 #include "ModelGroups.h"
-#include "Readings.h"
 
 namespace sim {
 
-namespace {
-
-/// 02 sign | 0 0 1 . 2 5 0 | k g | blank or M | CR
-Bytes smartFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 7;
-  return FrameBuilder()
-      .byte(STX)
-      .character(display.negative() ? '-' : ' ')
-      .text(rightAligned(decimalText(display.magnitude(), display.decimals), kWeightPlaces, '0'))
-      .text("kg")
-      .character(display.stable ? ' ' : 'M')
-      .byte(CR)
-      .take();
-}
-
-/// sign | 0 1+80 2 5 0 | CR
-///
-/// Five digits; the one before the point has its top bit set.
-Bytes esitSmart2Frame(const Display& display) {
-  constexpr int kWeightPlaces = 5;
-  constexpr unsigned kPointBehind = 0x80;
-  const std::string digits = digitText(display.magnitude(), kWeightPlaces);
-  const std::size_t beforePoint = digits.size() - 1 - static_cast<std::size_t>(display.decimals);
-  FrameBuilder frame;
-  frame.character(display.negative() ? '-' : '+');
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    const bool point = display.decimals > 0 && i == beforePoint;
-    const auto digit = static_cast<unsigned char>(digits[i]);
-    frame.byte(static_cast<std::uint8_t>(digit | (point ? kPointBehind : 0U)));
-  }
-  return frame.byte(CR).take();
-}
-
-/// "    -1.250" CR LF: ten places of weight text.
-Bytes esitEciFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 10;
-  return FrameBuilder().text(minusNextToDigits(display, kWeightPlaces)).byte(CR).byte(LF).take();
-}
-
-/// LF "ST,GS,  -1.250kg" CR: status, kind (gross or net), eight places of weight text, unit.
-Bytes visFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 8;
-  return FrameBuilder()
-      .byte(LF)
-      .text(display.stable ? "ST" : "US")
-      .text(display.tare != 0 ? ",NT," : ",GS,")
-      .text(minusNextToDigits(display, kWeightPlaces))
-      .text("kg")
-      .byte(CR)
-      .take();
-}
-
-/// 01 03 06 | weight, 4, high byte first | status | 00 | CRC, 2: a reply of Modbus RTU.
-Bytes bstFrame(const Display& display) {
-  constexpr std::uint8_t kStation = 0x01;
-  constexpr std::uint8_t kReadRegisters = 0x03;
-  constexpr std::uint8_t kRegisterBytes = 0x06;
-  constexpr std::uint8_t kStable = 0x20;
-  return FrameBuilder()
-      .byte(kStation)
-      .byte(kReadRegisters)
-      .byte(kRegisterBytes)
-      .bigEndian(static_cast<std::uint64_t>(display.weight), 4)
-      .byte(display.stable ? kStable : 0)
-      .byte(0)
-      .modbusCrc()
-      .take();
-}
-
-}  // namespace
-
 std::vector<ScaleModel> smartEsitVisBstModels() {
-  const Bytes bstTare = {0x01, 0x06, 0x00, 0x07, 0xA5, 0x0B, 0x02, 0x9C};
+  const Fixed bstTare = is(0x01, 0x06, 0x00, 0x07, 0xA5, 0x0B, 0x02, 0x9C);
+  const Mark grossOrNet = {.usual = ",GS", .net = ",NT"};
   return {
       {// SMART
        .number = 33,
-       .streams = true,
-       .weight = {.places = 7, .sign = Sign::Beside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .showsStability = true,
-       .build = smartFrame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten},
+       .layout = {is(STX), kSign, Number{.places = 7, .fill = '0'}, is("kg"),
+                  Mark{.usual = " ", .moving = "M"}, is(CR)},
+       .variants = {{.name = "over-capacity",
+                     .about =
+                         translatable("tells an overload by a letter where the component looks for "
+                                      "motion, and sends the number all the same"),
+                     .layout = streamLine({is(STX)}, "O")}}},
       {// ESIT Smart2
        .number = 36,
-       .streams = true,
-       .weight = {.places = 5, .sign = Sign::Beside},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = esitSmart2Frame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
+       .layout = {kPlusOrMinus, Number{.form = Form::MarkedDigits, .places = 5, .fill = '0'},
+                  is(CR)},
        .stableReading = StableReading::AlwaysStable},
       {// ESIT ECI STATIC
        .number = 37,
-       .commands = {{Action::Weigh, {'W', CR}}, {Action::Tare, {'T', CR}}},
-       .weight = {.places = 10, .sign = Sign::Inside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = esitEciFrame,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
+       .commands = {{Action::Weigh, is('W', CR)}, {Action::Tare, is('T', CR)}},
+       .layout = {Number{.places = 10, .minus = Minus::Beside}, lineEnd()},
+       .hasStartByte = false,
        .stableReading = StableReading::AlwaysMoving},
       {// ВИС HL318L
        .number = 39,
-       .streams = true,
-       .weight = {.places = 8, .sign = Sign::Inside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .showsStability = true,
-       .build = visFrame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten},
-      {// Резерв
+       .layout = {is(LF), kStableOrUnstable, grossOrNet, is(','),
+                  Number{.places = 8, .minus = Minus::Beside}, is("kg", CR)},
+       .variants = {{.name = "plus",
+                     .about = translatable(
+                         "sends a plus before the weight; the component reads a stable "
+                         "zero"),
+                     .layout = {is(LF), kStableOrUnstable, grossOrNet, is(','), kPlusOrMinus,
+                                Number{.places = 7, .fill = '0'}, is("kg", CR)}},
+                    {.name = "sign-before",
+                     .about = translatable(
+                         "sends the sign before the weight field and a comma behind it; the "
+                         "component loses the minus"),
+                     .layout = {is(LF), kStableOrUnstable, grossOrNet, kSign, Number{.places = 7},
+                                is(",kg", CR)},
+                     .decimals = Decimals{.fewest = 0, .most = 4, .usual = 2}}}},
+      {// Резерв, a reply of Modbus RTU
        .number = 41,
-       .commands = {{Action::Weigh, {0x01, 0x03, 0x00, 0x02, 0x00, 0x03, 0xA4, 0x0B}},
-                    {.action = Action::Tare, .bytes = bstTare, .reply = bstTare}},
-       .weight = {.binary = {-0x7FFFFFFF - 1, 0x7FFFFFFF}},
-       .decimals = {.fewest = 0, .most = 3, .usual = 3},
-       .showsStability = true,
-       .build = bstFrame,
+       .commands = {{Action::Weigh, is(0x01, 0x03, 0x00, 0x02, 0x00, 0x03, 0xA4, 0x0B)},
+                    {.action = Action::Tare, .fixed = bstTare, .reply = bstTare}},
+       .layout = {is(0x01, 0x03, 0x06),
+                  Number{.form = Form::HighFirst, .places = 4, .minus = Minus::Binary},
+                  Status{.stable = 0x20}, is(0), Checksum{.kind = Checksum::Kind::ModbusCrc}},
+       .decimals = kUpToThree,
+       .hasStartByte = false,
        .checkedByte = 0,
-       .unit = WeightUnit::Count,
-       .readWeight = rawCount},
+       .reads = kRawCount},
   };
 }
 

@@ -1,64 +1,22 @@
 // Models 24, 26, 30, 35: weighing terminals IQ plus, HBM, ICS and Radwag.
 
-#include "FrameBuilder.h"
+#include "Kin.h"
 #include "ModelGroups.h"
-#include "Readings.h"
-#include "SharedFrames.h"
 
 namespace sim {
 
 namespace {
 
-Bytes line(std::string_view text) { return {text.begin(), text.end()}; }
-
-/// "XN" CR LF | 2 places | LF | 6 places | "kg" CR LF
-///
-/// The echo of the command, then eight places of weight text with a line feed behind the second.
-Bytes iqPlusFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 8;
-  constexpr std::size_t kBeforeLineFeed = 2;
-  const std::string weight = minusFirst(display, kWeightPlaces);
-  return FrameBuilder()
-      .text("XN")
-      .byte(CR)
-      .byte(LF)
-      .text(weight.substr(0, kBeforeLineFeed))
-      .byte(LF)
-      .text(weight.substr(kBeforeLineFeed))
-      .text("kg")
-      .byte(CR)
-      .byte(LF)
-      .take();
+/// The command's name, motion, sign, weight, unit.
+Layout radwag(std::string_view lineBefore) {
+  return {is(lineBefore, "SUI"),
+          Mark{.usual = " ", .moving = "?"},
+          is(' '),
+          kSign,
+          Number{.places = 9},
+          is(" kg "),
+          lineEnd()};
 }
-
-/// "  -1.250" CR LF: eight places of weight text.
-Bytes hbmFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 8;
-  return FrameBuilder().text(minusNextToDigits(display, kWeightPlaces)).byte(CR).byte(LF).take();
-}
-
-/// Weight, price and cost in six digits each, as characters, the units first.
-Bytes icsFrame(const Display& display) { return unitsFirstFrame(display, 6, '0'); }
-
-/// "SUI? -    1.250 kg " CR LF
-///
-/// The command's name, "?" while the weight moves, sign, nine places of weight text, unit.
-Bytes radwagFrame(const Display& display) {
-  constexpr std::size_t kWeightPlaces = 9;
-  return FrameBuilder()
-      .text("SUI")
-      .character(display.stable ? ' ' : '?')
-      .character(' ')
-      .character(display.negative() ? '-' : ' ')
-      .text(rightAligned(decimalText(display.magnitude(), display.decimals), kWeightPlaces))
-      .text(" kg ")
-      .byte(CR)
-      .byte(LF)
-      .take();
-}
-
-/// The price of ICS NT is handed out in hundredths, with the weight in kilograms.
-constexpr PriceField kIcsPrice = {.priceDigits = 6, .costDigits = 6, .factor = 1.0};
 
 }  // namespace
 
@@ -66,54 +24,74 @@ std::vector<ScaleModel> terminalModels() {
   return {
       {// IQ plus 355
        .number = 24,
-       .commands = {{Action::Weigh, line("XN\r\n")},
-                    {Action::Tare, line("KTARE\r\n")},
-                    {Action::Setup, line("STREAM=OFF\r\n")},
-                    {Action::Setup, line("EX\r\n")},
-                    {Action::Setup, line("SX\r\n")}},
-       .weight = {.places = 8, .sign = Sign::Inside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = iqPlusFrame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
-       .stableReading = StableReading::AlwaysStable},
+       .commands = {{Action::Weigh, is("XN\r\n")},
+                    {Action::Tare, is("KTARE\r\n")},
+                    {Action::Setup, is("STREAM=OFF\r\n")},
+                    {Action::Setup, is("EX\r\n")},
+                    {Action::Setup, is("SX\r\n")}},
+       // The echo of the command stands first.
+       .layout = {is("XN\r\n"), Number{.places = 8, .minus = Minus::First, .lineFeedBehind = 2},
+                  is("kg"), lineEnd()},
+       .stableReading = StableReading::AlwaysStable,
+       .variants = {{.name = "stream",
+                     .about = translatable(
+                         "sends by itself, as an indicator with STREAM = ON; the component "
+                         "finds no answer in it"),
+                     .layout = streamLine({is(STX)}),
+                     .streams = true}}},
       {// HBM WE2110
        .number = 26,
-       .commands = {{Action::Weigh, line("S1;MSV?;")}, {Action::Tare, line("S1;TAR;")}},
-       .weight = {.places = 8, .sign = Sign::Inside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .build = hbmFrame,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten,
+       .commands = {{Action::Weigh, is("S1;MSV?;")}, {Action::Tare, is("S1;TAR;")}},
+       .layout = {Number{.places = 8, .minus = Minus::Beside}, lineEnd()},
+       .hasStartByte = false,
+       .checkedByte = {},
        .stableReading = StableReading::AlwaysMoving,
-       .noTcp = &kEndMarkNeedsSerialLine},
+       .noTcp = kEndMarkNeedsSerialLine,
+       .variants = {{.name = "cof9",
+                     .about = translatable(
+                         "output format 9 without decimals: address and status stand behind "
+                         "the weight, and the component takes the address for decimals"),
+                     .layout = {kSign, Number{.places = 7, .fill = '0'}, is(",01,00"),
+                                Mark{.usual = "6", .moving = "4"}, lineEnd()},
+                     .decimals = kNone},
+                    {.name = "binary",
+                     .about = translatable("output format 8, binary; the component reads zero"),
+                     .layout = {Number{
+                                    .form = Form::HighFirst, .places = 3, .minus = Minus::Binary},
+                                Status{.always = 0x04, .stable = 0x02}, lineEnd()},
+                     .decimals = kNone}}},
       {// ICS NT
        .number = 30,
        .line = {.parity = Parity::Even},
-       .commands = {{Action::Weigh, {0x00, 0x00, 0x03}},
-                    {Action::Tare, {0x00, 0x00, 0x01}},
-                    {.action = Action::Price, .bytes = {0x00, 0x00, 0x02}, .payload = 6}},
-       .weight = {.places = 6},
-       .decimals = {.fewest = 3, .most = 3, .usual = 3},
-       .price = kIcsPrice,
-       .build = icsFrame,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsByFactor,
-       .stableReading = StableReading::AlwaysStable},
+       .commands = {{Action::Weigh, is(0, 0, 3)},
+                    {Action::Tare, is(0, 0, 1)},
+                    {.action = Action::Price, .fixed = is(0, 0, 2), .payload = 6}},
+       .layout = unitsFirst(Form::UnitsFirst, 6),
+       .decimals = kFixedPoint,
+       .hasStartByte = false,
+       .checkedByte = {},
+       .reads = kKilogramsByFactor,
+       .stableReading = StableReading::AlwaysStable,
+       // The price is handed out in hundredths, with the weight in kilograms.
+       .hundredth = 1.0,
+       .variants = {{.name = "numbers",
+                     .about = translatable(
+                         "sends digits as numbers instead of characters; the component "
+                         "reads a stable zero"),
+                     .layout = unitsFirst(Form::UnitsFirstNumbers, 6)}}},
       {// WPT/4  RADWAG
        .number = 35,
-       .commands = {{Action::Weigh, line("SUI\r\n")},
-                    {.action = Action::Tare, .bytes = line("I\r\n"), .reply = line("I A\r\n")}},
-       .weight = {.places = 9, .sign = Sign::Beside, .pointInside = true},
-       .decimals = {.fewest = 0, .most = 4, .usual = 3},
-       .showsStability = true,
-       .build = radwagFrame,
-       .hasStartByte = true,
-       .checkedByte = -1,
-       .unit = WeightUnit::Kilograms,
-       .readWeight = kilogramsAsWritten},
+       .commands = {{Action::Weigh, is("SUI\r\n")},
+                    {.action = Action::Tare, .fixed = is("I\r\n"), .reply = is("I A\r\n")}},
+       .layout = radwag(""),
+       .variants =
+           {{.name = "busy",
+             .about = translatable("answers that it can't weigh now; the component hears no frame"),
+             .layout = {is("SUI I"), lineEnd()}},
+            {.name = "acknowledged",
+             .about = translatable("acknowledges the command in a line of its own; the component "
+                                   "takes that for the frame and refuses it"),
+             .layout = radwag("SUI A\r\n")}}},
   };
 }
 

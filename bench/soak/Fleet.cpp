@@ -14,7 +14,7 @@ namespace {
 std::vector<const sim::ScaleModel*> askedModels(bool overTcp) {
   std::vector<const sim::ScaleModel*> models;
   for (const sim::ScaleModel& model : sim::scaleModels()) {
-    if (model.answers() && (!overTcp || model.worksOverTcp())) models.push_back(&model);
+    if (!model.streams() && (!overTcp || model.worksOverTcp())) models.push_back(&model);
   }
   return models;
 }

@@ -40,18 +40,18 @@ constexpr int kTakesAnyText = 26;
 constexpr int kLooksAtLineEndOnly = 11;
 
 bool always(const ScaleModel& /*model*/) { return true; }
-bool isAsked(const ScaleModel& model) { return model.answers(); }
-bool hasSign(const ScaleModel& model) { return model.weight.sign != sim::Sign::None; }
+bool isAsked(const ScaleModel& model) { return !model.streams(); }
+bool hasSign(const ScaleModel& model) { return model.limits(model.decimals.usual).lowest < 0; }
 bool showsMotion(const ScaleModel& model) { return model.showsStability(); }
 bool showsOverload(const ScaleModel& model) { return model.showsOverload(); }
 bool hasPrice(const ScaleModel& model) { return model.hasPrice(); }
 bool hasDecimals(const ScaleModel& model) { return model.hasDecimals(); }
 bool damageAllTold(const ScaleModel& model) { return tellsDamage(model); }
-bool damageOneTold(const ScaleModel& model) { return model.answers() && tellsDamage(model); }
+bool damageOneTold(const ScaleModel& model) { return !model.streams() && tellsDamage(model); }
 bool cutTold(const ScaleModel& model) {
-  return model.answers() ? model.number != kTakesAnyText : tellsDamage(model);
+  return !model.streams() ? model.number != kTakesAnyText : tellsDamage(model);
 }
-bool cutOneTold(const ScaleModel& model) { return model.answers() && cutTold(model); }
+bool cutOneTold(const ScaleModel& model) { return !model.streams() && cutTold(model); }
 bool stepsOver(const ScaleModel& model) { return model.hasStartByte; }
 bool stumbles(const ScaleModel& model) {
   return !model.hasStartByte && model.checkedByte && model.number != kLooksAtLineEndOnly;

@@ -1,6 +1,8 @@
 #include "CkHashMap.h"
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 #include "Psdk.h"
 
@@ -26,18 +28,24 @@ NonRefCountedObj* _ckHashMap::hashLookup(const StringBuffer& key) const {
   return nullptr;
 }
 
-void _ckHashMap::hashInsert(const StringBuffer& key, std::unique_ptr<NonRefCountedObj> value) {
+bool _ckHashMap::hashInsert(const StringBuffer& key, std::unique_ptr<NonRefCountedObj> value) {
   Bucket& bucket = m_buckets[bucketOf(key)];
   for (Entry& entry : bucket) {
     if (entry.key.equals(key)) {
       entry.value = std::move(value);
-      return;
+      return true;
     }
   }
-  Entry& entry = bucket.emplace_front();
-  entry.key.setString(key);
-  entry.value = std::move(value);
+  try {
+    Bucket added(1);
+    if (!added.front().key.append(key)) return false;
+    added.front().value = std::move(value);
+    bucket.splice_after(bucket.before_begin(), added);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
   ++m_size;
+  return true;
 }
 
 bool _ckHashMap::hashDelete(const StringBuffer& key) {

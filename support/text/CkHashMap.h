@@ -19,8 +19,8 @@ class _ckHashMap : public NonRefCountedObj {
   explicit _ckHashMap(int numBuckets = kDefaultBuckets);
 
   int getSize() const { return m_size; }
-  /// Replaces the value of a key that is there.
-  void hashInsert(const StringBuffer& key, std::unique_ptr<NonRefCountedObj> value);
+  /// Replaces the value of a key that is there. False, and nothing changed, if memory is short.
+  bool hashInsert(const StringBuffer& key, std::unique_ptr<NonRefCountedObj> value);
   /// The value, null if there is none; valid until the key is inserted again or deleted.
   NonRefCountedObj* hashLookup(const StringBuffer& key) const;
   /// Deletes the value; false if there is none.

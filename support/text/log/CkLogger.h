@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 
@@ -31,6 +32,7 @@ class _ckLogger : public LogBase, public KestrumCritSec {
   /// A null value is "(NULL)".
   bool LogData(const char* tag, const char* value) override;
 
+  // Nobody calls these three but what is to come; null logging silences them, too.
   bool DbgLogInfo(const char* message) override;
   bool DbgLogData(const char* tag, const char* value) override;
   bool DbgLogInt(const char* tag, int value) override;
@@ -43,15 +45,13 @@ class _ckLogger : public LogBase, public KestrumCritSec {
  private:
   bool ensureErrLog();
   bool add(const LogDraft::Line& line);
-  bool addToTree(const LogDraft::Line& line);
-  bool render(void (*how)(const LogEntry2&, StringBuffer&), StringBuffer& out);
   enum class Indent { None, ByDepth };
   void debugLine(Indent indent, std::initializer_list<const char*> parts);
 
   LogDraft m_draft;
   /// None while the draft takes the lines.
   std::unique_ptr<_ckErrorLog> m_tree;
-  int m_depth = 0;
+  std::uint32_t m_depth = 0;
   std::unique_ptr<XString> m_debugPath;
   XString m_rootName;
 };

@@ -26,14 +26,21 @@ ClsBase* CkMultiByteBase::aliveBase() const {
   return isAlive() && m_base != nullptr && m_base->checkObjectValidity() ? m_base : nullptr;
 }
 
-void CkMultiByteBase::setArgument(XString& out, const char* text) const {
-  out.setFromDual(text, m_utf8);
+bool CkMultiByteBase::get_Utf8() const { return m_utf8; }
+
+void CkMultiByteBase::put_Utf8(bool utf8) { m_utf8 = utf8; }
+
+bool CkMultiByteBase::setArgument(XString& out, const char* text) const {
+  if (!out.setFromDual(text, m_utf8)) return false;
+  // A text that can't be converted would go on as an empty one.
+  return out.isEmpty() || out.getSizeUtf8() != 0;
 }
 
 int CkMultiByteBase::nextIdx() {
   m_ringIndex = (m_ringIndex + 1) % static_cast<int>(kRingSize);
   std::unique_ptr<CkString>& slot = m_ring[static_cast<std::size_t>(m_ringIndex)];
-  if (!slot) slot.reset(CkString::createNew());
+  if (!slot || slot->getImpl() == nullptr) slot.reset(CkString::createNew());
+  if (slot && slot->getImpl() == nullptr) slot.reset();
   return m_ringIndex;
 }
 
@@ -43,6 +50,7 @@ const char* CkMultiByteBase::rtnMbString(CkString* text) const {
 }
 
 void CkMultiByteBase::clearResultStrings() {
+  if (!isAlive()) return;
   for (std::unique_ptr<CkString>& slot : m_ring) slot.reset();
   m_ringIndex = 0;
 }
@@ -87,8 +95,7 @@ bool CkMultiByteBase::SaveLastError(const char* path) {
   ClsBase* base = aliveBase();
   if (base == nullptr) return false;
   XString name;
-  setArgument(name, path);
-  return base->SaveLastError(name);
+  return setArgument(name, path) && base->SaveLastError(name);
 }
 
 void CkMultiByteBase::get_Version(CkString& out) {
@@ -125,8 +132,7 @@ void CkMultiByteBase::put_DebugLogFilePath(const char* path) {
   ClsBase* base = aliveBase();
   if (base == nullptr) return;
   XString name;
-  setArgument(name, path);
-  base->put_DebugLogFilePath(name);
+  if (setArgument(name, path)) base->put_DebugLogFilePath(name);
 }
 
 bool CkMultiByteBase::get_VerboseLogging() {

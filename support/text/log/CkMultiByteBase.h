@@ -22,8 +22,8 @@ class ORBELO_PUBLIC CkMultiByteBase : public CkObject {
  public:
   ~CkMultiByteBase() override;
 
-  bool get_Utf8() const { return m_utf8; }
-  void put_Utf8(bool utf8) { m_utf8 = utf8; }
+  bool get_Utf8() const;
+  void put_Utf8(bool utf8);
 
   /// What the last call did, with its reasons.
   void LastErrorText(CkString& out);
@@ -60,8 +60,8 @@ class ORBELO_PUBLIC CkMultiByteBase : public CkObject {
 
   /// The inner object, null unless handle and object are both alive.
   ClsBase* aliveBase() const;
-  /// An argument of the caller as a text.
-  void setArgument(XString& out, const char* text) const;
+  /// An argument of the caller as a text with its UTF-8 form; false if memory is short for them.
+  bool setArgument(XString& out, const char* text) const;
 
   int nextIdx();
   const char* rtnMbString(CkString* text) const;

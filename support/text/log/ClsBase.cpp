@@ -57,31 +57,27 @@ void ClsBase::logSuccessFailure(bool success) {
   }
 }
 
-void ClsBase::renderLog(bool (LogBase::*render)(StringBuffer&), XString& out) {
+void ClsBase::renderLog(bool (LogBase::*render)(StringBuffer&), bool crlf, XString& out) {
   out.clear();
   if (!checkObjectValidity()) return;
   const CritSecExitor lock(this);
   StringBuffer text;
   (m_log.*render)(text);
-  if (useCrlf()) {
-    text.toCRLF();
-  } else {
-    text.toLF();
-  }
+  if (crlf) text.toCRLF();
   out.takeFromUtf8Sb(text);
 }
 
-void ClsBase::get_LastErrorText(XString& out) { renderLog(&LogBase::getText, out); }
+void ClsBase::get_LastErrorText(XString& out) { renderLog(&LogBase::getText, useCrlf(), out); }
 
-void ClsBase::get_LastErrorHtml(XString& out) { renderLog(&LogBase::getHtml, out); }
+void ClsBase::get_LastErrorHtml(XString& out) { renderLog(&LogBase::getHtml, false, out); }
 
-void ClsBase::get_LastErrorXml(XString& out) { renderLog(&LogBase::getXml, out); }
+void ClsBase::get_LastErrorXml(XString& out) { renderLog(&LogBase::getXml, false, out); }
 
 bool ClsBase::SaveLastError(XString& path) {
   if (!checkObjectValidity()) return false;
   const CritSecExitor lock(this);
   XString trimmed;
-  trimmed.copyFromX(path);
+  if (!trimmed.copyFromX(path)) return false;
   trimmed.trim2();
   return !trimmed.isEmpty() && m_log.SaveXML(false, trimmed.getUtf8());
 }
@@ -96,13 +92,15 @@ void ClsBase::put_LastMethodSuccess(bool success) {
 
 void ClsBase::injectStatus(const char* name, bool success) {
   const CritSecExitor lock(this);
-  const LogContextExitor context(*this, name);
+  m_log.ClearLog();
+  const LogContextExitor context(m_log, name);
   logSuccessFailure(success);
 }
 
 void ClsBase::injectError(const char* name, const char* text) {
   const CritSecExitor lock(this);
-  const LogContextExitor context(*this, name);
+  m_log.ClearLog();
+  const LogContextExitor context(m_log, name);
   m_log.LogError(text);
 }
 

@@ -39,7 +39,8 @@ class ClsBase : public RefCountedObject {
   void logKestrumVersion(LogBase& log);
   void logSuccessFailure(bool success);
 
-  /// The log in three renderings. The target is emptied if the object isn't alive.
+  /// The log in three renderings. Line ends are CR LF, in the text only for the languages that
+  /// want them. The target is emptied if the object isn't alive or memory is short.
   void get_LastErrorText(XString& out);
   void get_LastErrorHtml(XString& out);
   void get_LastErrorXml(XString& out);
@@ -50,7 +51,7 @@ class ClsBase : public RefCountedObject {
   bool get_LastMethodSuccess() const;
   void put_LastMethodSuccess(bool success);
 
-  /// A log that holds one line.
+  /// A log that holds one line. Nothing in this house calls them.
   virtual void injectStatus(const char* name, bool success);
   virtual void injectError(const char* name, const char* text);
   /// "SingleThreaded" and "MultiThreaded" switch the locks of objects made from now on.
@@ -66,7 +67,7 @@ class ClsBase : public RefCountedObject {
   _ckLogger m_log;
 
  private:
-  void renderLog(bool (LogBase::*render)(StringBuffer&), XString& out);
+  void renderLog(bool (LogBase::*render)(StringBuffer&), bool crlf, XString& out);
 
   ValidityWord<std::uint32_t, 0x991144AA> m_validity;
   std::atomic<bool> m_lastMethodSuccess{true};

@@ -16,11 +16,14 @@ bool _ckErrorLog::append(std::unique_ptr<LogEntry2> entry) {
 
 bool _ckErrorLog::enter(const char* name, std::uint32_t startTick) {
   LogEntry2* context = current();
-  if (context == nullptr || context->isFull() || m_stack.getSize() >= kDeepest) return false;
+  if (context == nullptr || context->isFull()) return false;
   std::unique_ptr<LogEntry2> entry(new (std::nothrow) LogEntry2);
   if (!entry || !entry->SetContext(name, startTick)) return false;
   LogEntry2* opened = entry.get();
-  return context->appendLogEntry(std::move(entry)) && m_stack.appendPtr(opened);
+  if (!context->appendLogEntry(std::move(entry))) return false;
+  if (m_stack.appendPtr(opened)) return true;
+  context->CheckDeleteEmptyContext();
+  return false;
 }
 
 _ckErrorLog::Left _ckErrorLog::leave(bool measure, std::uint32_t nowTick) {

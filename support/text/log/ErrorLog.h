@@ -14,7 +14,7 @@ class _ckErrorLog : public KestrumObject {
   /// False if the current context is full or memory is short.
   bool append(std::unique_ptr<LogEntry2> entry);
   /// Opens a context inside the current one. A `startTick` other than 0 measures its time. False,
-  /// and nothing opened, if the current one is full or lies too deep.
+  /// and nothing opened, if the current one is full or memory is short.
   bool enter(const char* name, std::uint32_t startTick);
 
   struct Left {
@@ -27,9 +27,6 @@ class _ckErrorLog : public KestrumObject {
   const LogEntry2& root() const { return *m_root; }
 
  private:
-  /// Rendering goes down the tree, and each level costs stack and indentation.
-  static constexpr int kDeepest = 1000;
-
   LogEntry2* current() const { return static_cast<LogEntry2*>(m_stack.lastElement()); }
 
   std::unique_ptr<LogEntry2> m_root;

@@ -1,9 +1,10 @@
 #include "LogBase.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <string>
+#include <string_view>
 
 #include "Psdk.h"
 #include "StringBuffer.h"
@@ -15,11 +16,11 @@ namespace {
 // A longer time means that the tick counter was started anew meanwhile.
 constexpr std::uint32_t kLongestElapsed_ms = 900'000'000;
 
-template <typename... Values>
-std::string formatted(const char* format, Values... values) {
-  char text[96];
-  std::snprintf(text, sizeof text, format, values...);
-  return text;
+/// Formats without asking for memory: what runs short of it is what logs are read for.
+bool logFormatted(LogBase& log, const char* tag, const char* format, std::uint32_t value) {
+  std::array<char, 64> text;
+  std::snprintf(text.data(), text.size(), format, value);
+  return log.LogData(tag, text.data());
 }
 
 }  // namespace
@@ -27,7 +28,7 @@ std::string formatted(const char* format, Values... values) {
 std::atomic<bool> LogBase::m_singleThreaded{false};
 
 void LogSwitch::push(bool on) {
-  if (m_depth == kDeepest) return;
+  if (m_isFixed || m_depth == kDeepest) return;
   m_saved[m_depth++] = *this;
   *this = on;
 }
@@ -49,12 +50,13 @@ bool LogBase::LogDataUint32(const char* tag, std::uint32_t value) {
 
 bool LogBase::LogDataInt64(const char* tag, std::int64_t value) {
   if (m_nullLogging) return true;
-  return LogData(tag, std::to_string(value).c_str());
+  StringBuffer digits;
+  return digits.appendInt64(value) && LogData(tag, digits.getString());
 }
 
 bool LogBase::LogHex(const char* tag, std::uint32_t value) {
   if (m_nullLogging) return true;
-  return LogData(tag, formatted("0x%x", value).c_str());
+  return logFormatted(*this, tag, "0x%x", value);
 }
 
 bool LogBase::LogDataX(const char* tag, XString& value) {
@@ -74,14 +76,15 @@ bool LogBase::LogStringMax(const char* tag, XString& value, std::uint32_t max) {
   if (!value.isValidObject()) return false;
   const std::string_view text = value.getUtf8Sb().view();
   if (text.size() <= max) return LogDataX(tag, value);
-  return LogData(tag, std::string(text.substr(0, max)).append("...").c_str());
+  StringBuffer cut;
+  return cut.append(text.substr(0, max)) && cut.append("...") && LogData(tag, cut.getString());
 }
 
 bool LogBase::LogElapsedMs(const char* tag, std::uint32_t startTick) {
   if (m_nullLogging) return true;
   const std::uint32_t now = ckTickCount();
   if (now < startTick || now - startTick >= kLongestElapsed_ms) return true;
-  return LogData(tag, formatted("Elapsed time: %u millisec", now - startTick).c_str());
+  return logFormatted(*this, tag, "Elapsed time: %u millisec", now - startTick);
 }
 
 void LogBase::LogLastErrorOS() {

@@ -14,9 +14,13 @@ class XString;
 /// A switch whose earlier settings lie on a stack.
 class LogSwitch {
  public:
+  LogSwitch() = default;
+  /// One that nobody can turn.
+  explicit LogSwitch(bool on) : m_on(on), m_isFixed(true) {}
+
   operator bool() const { return m_on.load(std::memory_order_relaxed); }
   LogSwitch& operator=(bool on) {
-    m_on.store(on, std::memory_order_relaxed);
+    if (!m_isFixed) m_on.store(on, std::memory_order_relaxed);
     return *this;
   }
 
@@ -29,8 +33,9 @@ class LogSwitch {
   static constexpr std::size_t kDeepest = 64;
 
   std::atomic<bool> m_on{false};
+  const bool m_isFixed = false;
   std::size_t m_depth = 0;
-  std::array<bool, kDeepest> m_saved = {};
+  std::array<bool, kDeepest> m_saved;
 };
 
 /// The log that inner operations take: lines and tagged data in nested contexts. This base throws
@@ -103,16 +108,21 @@ class LogBase {
   /// Extra lines, and times of contexts.
   LogSwitch m_verbose;
   /// Character set conversions tell what they do.
-  bool m_verboseEncoding = false;
+  LogSwitch m_verboseEncoding;
 
   /// Locks made while this is set do nothing. To be set before anything else.
   static std::atomic<bool> m_singleThreaded;
+
+ protected:
+  enum class Fixed { NothingIsLogged };
+  explicit LogBase(Fixed) : m_nullLogging(true), m_verbose(false), m_verboseEncoding(false) {}
 };
 
-/// Takes every message and keeps none, without even formatting it.
+/// Takes every message and keeps none, without even formatting it. It has no state: its switches
+/// can't be turned, so that any number of threads may share one.
 class LogNull : public LogBase {
  public:
-  LogNull() { m_nullLogging = true; }
+  LogNull() : LogBase(Fixed::NothingIsLogged) {}
 };
 
 /// Opens a context of the log for the length of a scope. With `active` false it does nothing.

@@ -10,25 +10,39 @@ std::string_view viewOf(const char* text) { return text == nullptr ? "" : text; 
 
 }  // namespace
 
-// A line is its kind and two texts with their zeros.
 bool LogDraft::add(const Line& line) {
-  const std::string_view tag = viewOf(line.tag);
-  const std::string_view text = viewOf(line.text);
-  constexpr std::size_t kFrame = 3;
-  const std::size_t room = kCapacity - m_size;
-  if (tag.size() >= room || text.size() >= room || tag.size() + text.size() + kFrame > room) {
-    return false;
-  }
+  const std::size_t tag = viewOf(line.tag).size();
+  const std::size_t text = viewOf(line.text).size();
+  const bool enters = line.kind == Kind::Enter;
+  const std::size_t leaves = (m_open + (enters ? 1 : 0)) * kFrame;
+  const std::size_t taken = m_size + leaves + kFrame;
+  if (taken > kCapacity || tag > kCapacity - taken || text > kCapacity - taken - tag) return false;
   if (!m_bytes) m_bytes.reset(new (std::nothrow) std::array<char, kCapacity>);
   if (!m_bytes) return false;
+  write(line);
+  if (enters) ++m_open;
+  return true;
+}
+
+void LogDraft::leave() {
+  if (m_open == 0) return;
+  write({Kind::Leave, nullptr, nullptr});
+  --m_open;
+}
+
+void LogDraft::clear() {
+  m_size = 0;
+  m_open = 0;
+}
+
+void LogDraft::write(const Line& line) {
   char* to = m_bytes->data() + m_size;
   *to++ = static_cast<char>(line.kind);
-  for (const std::string_view part : {tag, text}) {
+  for (const std::string_view part : {viewOf(line.tag), viewOf(line.text)}) {
     to = std::copy(part.begin(), part.end(), to);
     *to++ = 0;
   }
   m_size = static_cast<std::size_t>(to - m_bytes->data());
-  return true;
 }
 
 LogDraft::Line LogDraft::lineAt(std::size_t& at) const {

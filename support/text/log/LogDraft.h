@@ -19,23 +19,32 @@ class LogDraft {
   };
 
   /// Texts are copied; a null pointer is an empty text. False, and nothing added, if there is no
-  /// room left, which is so long before a tree would be full or too deep.
+  /// room left, which is so long before a tree would be full.
   bool add(const Line& line);
-  void clear() { m_size = 0; }
+  /// Closes the context that was entered last, if one is open. There is always room for that.
+  void leave();
+  void clear();
 
-  /// Gives each line to `take(const Line&)` and is empty then.
+  /// Gives each line to `bool take(const Line&)`, until that is false.
   template <typename Take>
-  void handOver(Take take) {
-    for (std::size_t at = 0; at < m_size;) take(lineAt(at));
-    clear();
+  bool allTaken(Take take) const {
+    for (std::size_t at = 0; at < m_size;) {
+      if (!take(lineAt(at))) return false;
+    }
+    return true;
   }
 
  private:
   static constexpr std::size_t kCapacity = 1024;
+  /// A line is its kind and two texts with their zeros.
+  static constexpr std::size_t kFrame = 3;
 
+  void write(const Line& line);
   /// Moves `at` behind the line.
   Line lineAt(std::size_t& at) const;
 
   std::unique_ptr<std::array<char, kCapacity>> m_bytes;
   std::size_t m_size = 0;
+  /// Contexts to be left yet.
+  std::size_t m_open = 0;
 };

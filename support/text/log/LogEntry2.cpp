@@ -17,6 +17,16 @@ std::unique_ptr<StringBuffer> newText(const char* text) {
 LogEntry2::~LogEntry2() {
   const bool sound = m_validityMark.isAlive() && (m_ownerMark == kOwned || m_ownerMark == kFree);
   if (!sound) Psdk::badObjectFound();
+  // Leaves first: contexts may lie in one another as deep as memory goes.
+  for (LogEntry2* at = this; at->numChildren() > 0;) {
+    auto* const last = static_cast<LogEntry2*>(at->m_children->lastElement());
+    if (last != nullptr && last->numChildren() > 0) {
+      at = last;
+      continue;
+    }
+    deleteObject(at->m_children->pop());
+    while (at != this && at->numChildren() == 0) at = at->m_parent;
+  }
 }
 
 bool LogEntry2::SetContext(const char* name, std::uint32_t startTick) {
@@ -44,6 +54,7 @@ bool LogEntry2::SetMessage(const char* tag, const char* value) {
 bool LogEntry2::appendLogEntry(std::unique_ptr<LogEntry2> entry) {
   if (!m_children || entry->m_ownerMark == kOwned) return false;
   if (!m_children->appendObject(entry.get())) return false;
+  entry->m_parent = this;
   entry.release()->m_ownerMark = kOwned;
   return true;
 }

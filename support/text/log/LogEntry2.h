@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -12,6 +13,7 @@
 class LogEntry2 : public KestrumObject {
  public:
   LogEntry2() = default;
+  /// Ends the whole tree below, without recursion and without a need for memory.
   ~LogEntry2() override;
 
   // What the node is: to be called once -----------------------------------------------------------
@@ -39,12 +41,12 @@ class LogEntry2 : public KestrumObject {
   bool isTimed() const { return m_elapsed != 0; }
   std::uint32_t getElapsed() const { return m_elapsed; }
 
-  // Rendering: appends to `out`; lines end in CR LF
-  // -------------------------------------------------
+  // Rendering: appends to `out` with lines that end in CR LF; false, and nothing, without memory
+  // ---
 
-  void GetText(StringBuffer& out, int depth) const;
-  void GetHtml(StringBuffer& out) const;
-  void GetXml(StringBuffer& out, int depth) const;
+  bool GetText(StringBuffer& out, int depth) const;
+  bool GetHtml(StringBuffer& out) const;
+  bool GetXml(StringBuffer& out, int depth) const;
 
  private:
   /// Lines beyond this are dropped, so that no loop fills the memory with its log.
@@ -52,7 +54,10 @@ class LogEntry2 : public KestrumObject {
   static constexpr char kOwned = 's';
   static constexpr char kFree = 'o';
 
+  struct Form;
+
   bool SetLine(char kind, const char* text);
+  bool render(const Form& form, std::size_t depth, StringBuffer& out) const;
   const LogEntry2* child(int i) const;
 
   std::unique_ptr<ExtPtrArray> m_children;
@@ -63,4 +68,5 @@ class LogEntry2 : public KestrumObject {
   char m_kind = 'E';
   std::unique_ptr<StringBuffer> m_tag;
   std::unique_ptr<StringBuffer> m_value;
+  LogEntry2* m_parent = nullptr;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,19 @@ constexpr bool isTabOrSpace(char c) { return c == ' ' || c == '\t'; }
 constexpr bool isAsciiSpace(char c) { return isTabOrSpace(c) || c == '\r' || c == '\n'; }
 
 constexpr bool isAsciiDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// The number that a text begins with, behind tabs and blanks; 0 without one. What 32 bits can't
+/// hold wraps.
+constexpr int asciiIntValue(std::string_view text) {
+  while (!text.empty() && isTabOrSpace(text.front())) text.remove_prefix(1);
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  std::uint32_t value = 0;
+  for (; !text.empty() && isAsciiDigit(text.front()); text.remove_prefix(1)) {
+    value = value * 10 + static_cast<std::uint32_t>(text.front() - '0');
+  }
+  return static_cast<int>(negative ? 0U - value : value);
+}
 
 inline std::string asciiLower(std::string_view text) {
   std::string lower(text);

@@ -36,16 +36,15 @@ int statInAnyEncoding(Stat stat, const char* path, struct stat* out) {
 
   // A path from a text field may bring its line end along.
   const std::string_view whole = path;
-  const std::size_t lineEnd = whole.find('\r');
-  if (lineEnd != std::string_view::npos) {
-    StringBuffer firstLine;
-    firstLine.append(whole.substr(0, lineEnd));
-    if (settled(firstLine.getString(), result)) return result;
-  }
-  if (!hasHighBytes(whole)) return result;
-
+  StringBuffer firstLine;
   XString text;
-  text.setFromUtf8(path);
+  if (!firstLine.append(whole.substr(0, whole.find('\r'))) || !text.setFromSbUtf8(firstLine)) {
+    errno = ENOMEM;
+    return -1;
+  }
+  if (firstLine.getSize() < whole.size() && settled(firstLine.getString(), result)) return result;
+  if (!hasHighBytes(firstLine.view())) return result;
+
   if (settled(text.getAnsi(), result)) return result;
 
   DataBuffer oem;

@@ -170,15 +170,7 @@ bool StringBuffer::is7bit() const {
                       [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-int StringBuffer::intValue() const {
-  const char* p = m_data;
-  while (isTabOrSpace(*p)) ++p;
-  const bool negative = *p == '-';
-  if (*p == '-' || *p == '+') ++p;
-  std::uint32_t value = 0;
-  for (; isAsciiDigit(*p); ++p) value = value * 10 + static_cast<std::uint32_t>(*p - '0');
-  return static_cast<int>(negative ? 0U - value : value);
-}
+int StringBuffer::intValue() const { return asciiIntValue(view()); }
 
 bool StringBuffer::hexStringToBinary(DataBuffer& out) const {
   return ContentCoding::decodeHex(m_data, m_length, out);

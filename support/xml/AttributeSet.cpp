@@ -18,9 +18,7 @@ void AttributeSet::addAttribute(std::string_view name, std::string_view value) {
     lower = asciiLower(name);
     name = lower;
   }
-  if (m_preventDuplicates) {
-    if (const Place old = find(name); old.found) remove(old);
-  }
+  const Place old = m_preventDuplicates ? find(name) : Place();
   const std::size_t lengthBefore = m_text.size();
   m_lengths.insert(m_lengths.end(), {static_cast<std::uint32_t>(name.size()),
                                      static_cast<std::uint32_t>(value.size())});
@@ -31,12 +29,18 @@ void AttributeSet::addAttribute(std::string_view name, std::string_view value) {
     m_lengths.resize(m_lengths.size() - 2);
     throw;
   }
+  if (old.found) remove(old);
 }
 
 bool AttributeSet::getAttributeValue(std::string_view name, StringBuffer& out) const {
   out.weakClear();
   const Place place = find(name);
   return place.found && out.append(place.value);
+}
+
+std::optional<std::string_view> AttributeSet::valueOf(std::string_view name) const {
+  const Place place = find(name);
+  return place.found ? std::optional(place.value) : std::nullopt;
 }
 
 std::pair<std::string_view, std::string_view> AttributeSet::getAttribute(std::size_t i) const {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -28,6 +29,8 @@ class AttributeSet : public KestrumObject {
   /// Empties `out`, then appends the value of the first attribute of exactly this name. True if
   /// there is one, also with an empty value; false for an empty name.
   bool getAttributeValue(std::string_view name, StringBuffer& out) const;
+  /// The same value without a copy, valid until the set changes.
+  std::optional<std::string_view> valueOf(std::string_view name) const;
 
   bool empty() const { return m_lengths.empty(); }
   std::size_t getNumAttributes() const { return m_lengths.size() / 2; }

@@ -11,6 +11,5 @@ int CkFileAccess::FileType(const char* path) {
   auto* const impl = static_cast<ClsFileAccess*>(aliveBase());
   if (impl == nullptr) return -1;
   XString text;
-  setArgument(text, path);
-  return impl->FileType(text);
+  return setArgument(text, path) ? impl->FileType(text) : -1;
 }

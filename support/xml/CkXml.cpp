@@ -15,8 +15,7 @@ bool CkXml::LoadXmlFile(const char* path) {
   if (xml == nullptr) return false;
   xml->put_LastMethodSuccess(false);
   XString pathText;
-  setArgument(pathText, path);
-  const bool success = xml->LoadXmlFile(pathText);
+  const bool success = setArgument(pathText, path) && xml->LoadXmlFile(pathText);
   xml->put_LastMethodSuccess(success);
   return success;
 }
@@ -33,8 +32,7 @@ bool CkXml::FindChild2(const char* tag) {
   if (xml == nullptr) return false;
   xml->put_LastMethodSuccess(false);
   XString tagText;
-  setArgument(tagText, tag);
-  const bool success = xml->FindChild2(tagText);
+  const bool success = setArgument(tagText, tag) && xml->FindChild2(tagText);
   xml->put_LastMethodSuccess(success);
   return success;
 }
@@ -45,8 +43,9 @@ bool CkXml::GetAttrValue(const char* name, CkString& out) {
   xml->put_LastMethodSuccess(false);
   if (out.getImpl() == nullptr) return false;
   XString nameText;
-  setArgument(nameText, name);
-  const bool success = xml->GetAttrValue(nameText, *out.getImpl());
+  const bool named = setArgument(nameText, name);  // which may lie in `out`
+  out.clear();
+  const bool success = named && xml->GetAttrValue(nameText, *out.getImpl());
   xml->put_LastMethodSuccess(success);
   return success;
 }
@@ -55,6 +54,5 @@ int CkXml::GetAttrValueInt(const char* name) {
   ClsXml* const xml = impl();
   if (xml == nullptr) return -1;
   XString nameText;
-  setArgument(nameText, name);
-  return xml->GetAttrValueInt(nameText);
+  return setArgument(nameText, name) ? xml->GetAttrValueInt(nameText) : 0;
 }

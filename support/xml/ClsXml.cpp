@@ -1,20 +1,30 @@
 #include "ClsXml.h"
 
+#include <memory>
 #include <new>
+#include <string_view>
 
+#include "AsciiText.h"
+#include "AttributeSet.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "TreeInfo.h"
 #include "TreeNode.h"
 #include "XString.h"
+#include "XmlBytes.h"
 
 namespace {
 
-/// What callers hand over as a name or path often comes from a text field.
-StringBuffer& trimmed(StringBuffer& text) {
-  text.trim2();
-  return text;
+/// What callers hand over as a name or path often comes from a text field. Null is empty.
+std::string_view trimmed(const char* text) {
+  std::string_view result = text == nullptr ? "" : text;
+  while (!result.empty() && isXmlByte(result.front(), kXmlBlank)) result.remove_prefix(1);
+  return withoutBlanksAtEnd(result);
 }
+
+struct Release {
+  void operator()(ClsXml* xml) const { xml->deleteSelf(); }
+};
 
 LogBase& cleared(LogBase& log) {
   log.ClearLog();
@@ -44,7 +54,8 @@ class ClsXml::PublicCall {
 
 ClsXml* ClsXml::createNewCls() {
   try {
-    return new ClsXml;
+    std::unique_ptr<ClsXml, Release> made(new ClsXml);
+    return made->m_tree == nullptr ? nullptr : made.release();
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -61,10 +72,7 @@ ClsXml::ClsXml(const ClsXml& other) {
 }
 
 ClsXml::~ClsXml() {
-  if (!m_xmlMagic.isAlive()) {
-    Psdk::badObjectFound();
-    return;
-  }
+  if (!m_xmlMagic.isAlive()) Psdk::badObjectFound();
   const CritSecExitor lock(this);
   removeTree();
 }
@@ -151,9 +159,10 @@ int ClsXml::GetAttrValueInt(XString& name) {
 bool ClsXml::loadXmlFile(const char* path, bool autoTrim, LogBase& log) {
   const CritSecExitor lock(this);
   if (!assert_m_tree(log)) return false;
-  StringBuffer cleanPath(path);
+  StringBuffer cleanPath;
+  if (!cleanPath.append(trimmed(path))) return false;
   UncountedTree tree =
-      TreeNode::customParseFile(trimmed(cleanPath).getString(), &log, autoTrim, false, false);
+      TreeNode::customParseFile(cleanPath.getString(), &log, autoTrim, false, false);
   if (tree == nullptr) return false;
   TreeInfo& loaded = *tree->getTreeInfo();
   if (TreeInfo* const old = m_tree->getTreeInfo(); old != nullptr && old->isValid()) {
@@ -177,9 +186,8 @@ bool ClsXml::findChild2(const char* tag) {
   const CritSecExitor lock(this);
   if (!assert_m_tree()) return false;
   const CritSecExitor treeLock(m_tree->getTreeInfo());
-  StringBuffer cleanTag(tag);
-  TreeNode* const child = m_tree->getChild(trimmed(cleanTag).getString(), nullptr);
-  if (child == nullptr || !child->checkTreeNodeValidity()) return false;
+  TreeNode* const child = m_tree->findChild(trimmed(tag), nullptr);
+  if (child == nullptr) return false;
   moveTo(child);
   return true;
 }
@@ -189,11 +197,14 @@ bool ClsXml::getAttrValue(const char* name, StringBuffer& out) {
   const CritSecExitor lock(this);
   if (!assert_m_tree()) return false;
   const CritSecExitor treeLock(m_tree->getTreeInfo());
-  StringBuffer cleanName(name);
-  return m_tree->getAttributeValue(trimmed(cleanName).getString(), out);
+  const AttributeSet* const attributes = m_tree->getAttributes();
+  return attributes != nullptr && attributes->getAttributeValue(trimmed(name), out);
 }
 
 int ClsXml::getAttrValueInt(const char* name) {
-  StringBuffer value;
-  return getAttrValue(name, value) ? value.intValue() : 0;
+  const CritSecExitor lock(this);
+  if (!assert_m_tree()) return 0;
+  const CritSecExitor treeLock(m_tree->getTreeInfo());
+  const AttributeSet* const attributes = m_tree->getAttributes();
+  return attributes == nullptr ? 0 : asciiIntValue(attributes->valueOf(trimmed(name)).value_or(""));
 }

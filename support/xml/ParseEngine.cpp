@@ -1,6 +1,7 @@
 #include "ParseEngine.h"
 
 #include <algorithm>
+#include <new>
 
 #include "AsciiText.h"
 #include "StringBuffer.h"
@@ -59,7 +60,7 @@ bool ParseEngine::seekAndCopy(std::string_view text, StringBuffer& out) {
       std::search(ahead.begin(), ahead.end(), text.begin(), text.end(), asciiEqualNoCase);
   if (found == ahead.end()) return false;
   const auto n = static_cast<std::size_t>(found - ahead.begin()) + text.size();
-  out.append(ahead.substr(0, n));
+  if (!out.append(ahead.substr(0, n))) throw std::bad_alloc();
   m_pos += n;
   return true;
 }
@@ -76,6 +77,6 @@ bool ParseEngine::seekAndCopyToClosing(char open, char close, int depth, StringB
     if (c == open) ++depth;
     if (c == close) --depth;
   }
-  out.append(m_text.substr(start, m_pos - start));
+  if (!out.append(m_text.substr(start, m_pos - start))) throw std::bad_alloc();
   return depth <= 0;
 }

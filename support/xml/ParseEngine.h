@@ -8,7 +8,7 @@ class StringBuffer;
 
 /// A cursor over text. It reads the caller's bytes in place, so they must outlive it; a NUL byte
 /// is the end of the text, and nothing behind the last byte is ever looked at. What is captured
-/// points into the text too.
+/// points into the text too. What copies throws std::bad_alloc.
 class ParseEngine {
  public:
   explicit ParseEngine(std::string_view text);

@@ -1,6 +1,8 @@
 #include "TreeNode.h"
 
 #include <new>
+#include <optional>
+#include <utility>
 
 #include "AttributeSet.h"
 #include "Psdk.h"
@@ -50,16 +52,17 @@ UncountedTree TreeNode::createRoot(std::string_view tag) {
   }
 }
 
-TreeNode* TreeNode::createNode(TreeNode& parent, std::string_view tag) {
-  if (!parent.checkTreeNodeValidity()) return nullptr;
+TreeNode* TreeNode::createNode(TreeNode* parent, std::string_view tag) {
+  if (parent == nullptr) return createRoot(tag).release();
+  if (!parent->checkTreeNodeValidity()) return nullptr;
   try {
-    if (parent.m_children == nullptr) parent.m_children = std::make_unique<ExtPtrArray>();
-    TreeNode* const previous = parent.getLastChild();
-    auto* const node = new TreeNode(*parent.m_treeInfo);
+    if (parent->m_children == nullptr) parent->m_children = std::make_unique<ExtPtrArray>();
+    TreeNode* const previous = parent->getLastChild();
+    auto* const node = new TreeNode(*parent->m_treeInfo);
     std::unique_ptr<KestrumObject> owner(node);
-    if (!node->setTnTag(tag) || !parent.m_children->appendPtr(node)) return nullptr;
+    if (!node->setTnTag(tag) || !parent->m_children->appendPtr(node)) return nullptr;
     static_cast<void>(owner.release());  // The document's now.
-    node->m_parent = &parent;
+    node->m_parent = parent;
     node->m_prevSibling = previous;
     if (previous != nullptr) previous->m_nextSibling = node;
     return node;
@@ -101,28 +104,27 @@ TreeNode* TreeNode::getChild(int index) const {
   return static_cast<TreeNode*>(m_children->elementAt(index));
 }
 
-TreeNode* TreeNode::getChild(const char* tag, const StringPair* attrFilter) const {
-  if (tag == nullptr) return nullptr;
-  std::string_view wanted = tag;
-  const bool anyPrefix = wanted.starts_with(kAnyPrefix);
-  if (anyPrefix) wanted.remove_prefix(kAnyPrefix.size());
-
-  StringBuffer value;
-  for (TreeNode* child = getFirstChild(); child != nullptr; child = child->getNextSibling()) {
-    const bool matches =
-        child->m_tag == wanted || (anyPrefix && withoutPrefix(child->m_tag) == wanted);
-    if (!matches) continue;
-    if (attrFilter == nullptr) return child;
-    const AttributeSet* const attributes = child->getAttributes();
-    if (attributes != nullptr && attributes->getAttributeValue(attrFilter->name, value) &&
-        value.view() == attrFilter->value) {
-      return child;
-    }
+TreeNode* TreeNode::findChild(std::string_view tag, const StringPair* attrFilter) const {
+  const bool anyPrefix = tag.starts_with(kAnyPrefix);
+  if (anyPrefix) tag.remove_prefix(kAnyPrefix.size());
+  const auto isWanted = [=](const TreeNode* child) {
+    if (child == nullptr || !child->checkTreeNodeValidity()) return false;
+    if (child->m_tag != tag && !(anyPrefix && withoutPrefix(child->m_tag) == tag)) return false;
+    if (attrFilter == nullptr) return true;
+    const std::optional<std::string_view> value =
+        child->m_attributes == nullptr ? std::nullopt
+                                       : child->m_attributes->valueOf(attrFilter->name);
+    return value == attrFilter->value;
+  };
+  // By number, not from sibling to sibling: one that is invalid has no next one.
+  const int children = getNumChildren();
+  for (int i = 0; i < children; ++i) {
+    if (TreeNode* const child = getChild(i); isWanted(child)) return child;
   }
   return nullptr;
 }
 
-const char* TreeNode::getTag() const { return checkTreeNodeValidity() ? m_tag.c_str() : ""; }
+const char* TreeNode::getTag() const { return checkTreeNodeValidity() ? m_tag.c_str() : nullptr; }
 
 bool TreeNode::tagEquals(std::string_view tag) const {
   return checkTreeNodeValidity() && m_tag == tag;
@@ -167,6 +169,10 @@ bool TreeNode::setAttributes(const AttributeSet& attributes) {
          });
 }
 
+void TreeNode::takeAttributes(std::unique_ptr<AttributeSet> attributes) {
+  if (checkTreeNodeValidity()) m_attributes = std::move(attributes);
+}
+
 bool TreeNode::appendContent(std::string_view separator, std::string_view piece) {
   if (!checkTreeNodeValidity()) return false;
   const auto ensureContent = [this] {
@@ -176,7 +182,10 @@ bool TreeNode::appendContent(std::string_view separator, std::string_view piece)
     m_content->setExtendSize(0);
   };
   if (!hadMemoryFor(ensureContent)) return false;
-  return (m_content->empty() || m_content->append(separator)) && m_content->append(piece);
+  const std::uint32_t before = m_content->getSize();
+  if ((before == 0 || m_content->append(separator)) && m_content->append(piece)) return true;
+  m_content->rollback(before);
+  return false;
 }
 
 bool TreeNode::appendCdata(std::string_view piece) {

@@ -34,7 +34,7 @@ struct StringPair {
 /// parents, and live as long as it. Texts are UTF-8.
 ///
 /// An operation on a node that has been destroyed finds that out while the memory is still there,
-/// and returns false, 0, null or an empty text. Operations that add to a tree return false or null
+/// and returns false, 0, null or an empty view. Operations that add to a tree return false or null
 /// if memory is short. The tree's lock is in its TreeInfo.
 class TreeNode : public KestrumObject {
  public:
@@ -42,12 +42,14 @@ class TreeNode : public KestrumObject {
 
   /// A new document with this root, null if memory is short.
   static UncountedTree createRoot(std::string_view tag);
-  /// A new last child of `parent`, in its document; null if memory is short.
-  static TreeNode* createNode(TreeNode& parent, std::string_view tag);
+  /// A new last child of `parent`, in its document; null if memory is short. Without a parent, the
+  /// root of a new document that the caller releases.
+  static TreeNode* createNode(TreeNode* parent, std::string_view tag);
 
   /// Parses a file or text into a new tree. Whatever can be read goes into the tree and the rest
   /// is skipped: a document without an element gives a root "empty". Null only if the file can't
-  /// be read or is empty, the text is a null pointer, or memory is short for the root.
+  /// be read or has no byte, the text is a null pointer, or memory is short for the root. Where it
+  /// runs short later, what was read by then is the tree.
   ///
   /// With `autoTrim`, white space around texts goes. With `preventDuplicates`, the last attribute
   /// of a name wins, and it is the only one; otherwise all are kept and the first is found.
@@ -79,9 +81,13 @@ class TreeNode : public KestrumObject {
   /// Null out of range.
   TreeNode* getChild(int index) const;
   /// The first direct child of exactly this tag, and with the attribute if one is asked for. A
-  /// tag that begins with "*:" leaves the prefix of a child's tag aside.
-  TreeNode* getChild(const char* tag, const StringPair* attrFilter) const;
+  /// tag that begins with "*:" leaves the prefix of a child's tag aside. Null has no tag.
+  TreeNode* getChild(const char* tag, const StringPair* attrFilter) const {
+    return tag == nullptr ? nullptr : findChild(tag, attrFilter);
+  }
+  TreeNode* findChild(std::string_view tag, const StringPair* attrFilter) const;
 
+  /// Null on an invalid node.
   const char* getTag() const;
   bool tagEquals(std::string_view tag) const;
   /// The element's text as it stood in the document, with its entities.
@@ -102,6 +108,8 @@ class TreeNode : public KestrumObject {
   bool addAttributeSb(const StringBuffer& name, const StringBuffer& value);
   /// Replaces the attributes by a copy of these.
   bool setAttributes(const AttributeSet& attributes);
+  /// Replaces them by this very set, which needs no memory.
+  void takeAttributes(std::unique_ptr<AttributeSet> attributes);
   /// Adds to the text; a `separator` stands between this piece and text that is there already.
   bool appendContent(std::string_view separator, std::string_view piece);
   /// The same for the text of a CDATA section.

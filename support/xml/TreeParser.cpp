@@ -24,6 +24,11 @@ constexpr std::string_view kNoElement = "empty";
 constexpr std::string_view kCdataOpening = "<![CDATA[";
 constexpr std::string_view kCdataClosing = "]]>";
 
+/// Ends the parse where memory for what was read can't be had.
+void need(bool had) {
+  if (!had) throw std::bad_alloc();
+}
+
 class TreeParser {
  public:
   TreeParser(ParseEngine& engine, TreeNode& root, bool autoTrim, bool preventDuplicates,
@@ -32,8 +37,9 @@ class TreeParser {
         m_root(root),
         m_info(*root.getTreeInfo()),
         m_autoTrim(autoTrim),
-        m_attributes(preventDuplicates, lowercaseNames) {}
+        m_attributes(std::make_unique<AttributeSet>(preventDuplicates, lowercaseNames)) {}
 
+  /// Throws std::bad_alloc; what was read by then stands in the tree.
   void parse() {
     while (!m_done && !m_engine.atEnd()) {
       if (m_current == nullptr) {
@@ -42,7 +48,7 @@ class TreeParser {
       } else {
         readText();
       }
-      if (!m_done) readMarkup();
+      readMarkup();
     }
   }
 
@@ -55,7 +61,7 @@ class TreeParser {
     if (!m_engine.at(kCdataOpening)) {
       addText(blanks, m_engine.captureToNextChar('<'));
     }
-    while (!m_done && m_engine.at(kCdataOpening)) readCdata();
+    while (m_engine.at(kCdataOpening)) readCdata();
     m_engine.pass('<');
   }
 
@@ -66,19 +72,17 @@ class TreeParser {
   }
 
   void addText(std::string_view blanks, std::string_view text) {
-    bool added = true;
     if (m_autoTrim) {
       text = withoutBlanksAtEnd(text);
-      if (!text.empty()) added = m_current->appendContent(" ", text);
+      if (!text.empty()) need(m_current->appendContent(" ", text));
     } else if (text.empty()) {
       // White space between child elements is layout.
-      if (m_current->getNumChildren() == 0) added = m_current->appendContent({}, blanks);
+      if (m_current->getNumChildren() == 0) need(m_current->appendContent({}, blanks));
     } else if (blanks.empty()) {
-      added = m_current->appendContent(" ", text);
+      need(m_current->appendContent(" ", text));
     } else {
-      added = m_current->appendContent({}, blanks) && m_current->appendContent({}, text);
+      need(m_current->appendContent({}, blanks) && m_current->appendContent({}, text));
     }
-    m_done = !added;
   }
 
   /// Reads one section, and drops the text behind it.
@@ -86,7 +90,7 @@ class TreeParser {
     m_engine.pass(kCdataOpening);
     const std::string_view rest = m_engine.rest();
     const std::string_view text = rest.substr(0, rest.find(kCdataClosing));
-    if (!m_current->appendCdata(text)) m_done = true;
+    need(m_current->appendCdata(text));
     if (!m_engine.seekAndSkipExact(kCdataClosing)) m_engine.skipToEnd();
     m_engine.captureToNextChar('<');
   }
@@ -117,13 +121,16 @@ class TreeParser {
     } else if (m_engine.atNoCase("!DOCTYPE")) {
       StringBuffer docType("<");
       if (m_engine.seekAndCopyToClosing('<', '>', 1, docType)) {
-        m_info.m_docType.append(docType);
-        m_info.m_docType.appendChar('\n');
+        addLine(docType, m_info.m_docType);
       }
     } else {
       m_engine.captureToNextChar('>');
       m_engine.pass('>');
     }
+  }
+
+  static void addLine(StringBuffer& line, StringBuffer& to) {
+    need(line.appendChar('\n') && to.append(line));
   }
 
   void readInstruction() {
@@ -134,8 +141,7 @@ class TreeParser {
       readPrologAttributes();
     } else if (m_engine.atNoCase("xml-stylesheet ")) {
       auto sheet = std::make_unique<StringBuffer>("<?");
-      sheet->append(m_engine.captureToNextChar('>'));
-      sheet->appendChar('>');
+      need(sheet->append(m_engine.captureToNextChar('>')) && sheet->appendChar('>'));
       m_info.m_styleSheets.push_back(std::move(sheet));
     } else {
       readOtherInstruction();
@@ -151,8 +157,7 @@ class TreeParser {
       m_noInstructionEnds = true;
       return;
     }
-    m_info.m_prologPIs.append(instruction);
-    m_info.m_prologPIs.appendChar('\n');
+    addLine(instruction, m_info.m_prologPIs);
   }
 
   void readPrologAttributes() {
@@ -200,25 +205,35 @@ class TreeParser {
     if (m_engine.atEnd()) return;
     m_engine.skipWhiteSpace();
     bool selfClosing = m_engine.pass('/');
-    if (!openElement(name)) {
-      m_done = true;
-      return;
-    }
+    openElement(name);
     m_engine.skipWhiteSpace();
-    m_attributes.clear();
-    while (!m_engine.atEnd() && !m_engine.at('>')) selfClosing |= readAttribute();
-    if (!m_attributes.empty() && !m_current->setAttributes(m_attributes)) m_done = true;
+    selfClosing |= readAttributes();
     m_engine.pass('>');
     if (selfClosing) closeElement();
   }
 
-  bool openElement(std::string_view name) {
-    if (m_current != nullptr) {
-      m_current = TreeNode::createNode(*m_current, name);
-    } else if (m_root.setTnTag(name)) {
+  void openElement(std::string_view name) {
+    if (m_current == nullptr) {
+      need(m_root.setTnTag(name));
       m_current = &m_root;
+    } else {
+      m_current = TreeNode::createNode(m_current, name);
+      need(m_current != nullptr);
     }
-    return m_current != nullptr;
+  }
+
+  /// Reads what stands before the ">". True if a "/" is among it.
+  bool readAttributes() {
+    bool selfClosing = false;
+    m_attributes->clear();
+    try {
+      while (!m_engine.atEnd() && !m_engine.at('>')) selfClosing |= readAttribute();
+      if (!m_attributes->empty()) need(m_current->setAttributes(*m_attributes));
+    } catch (const std::bad_alloc&) {
+      m_current->takeAttributes(std::move(m_attributes));
+      throw;
+    }
+    return selfClosing;
   }
 
   /// Reads one attribute and what stands behind it. True if that is a "/".
@@ -230,8 +245,8 @@ class TreeParser {
       m_engine.skipWhiteSpace();
       value = readAttributeValue();
     }
-    m_attributes.addAttribute(cleanXmlAttributeName(name, m_nameScratch),
-                              decodeXmlEntities(value, m_valueScratch));
+    m_attributes->addAttribute(cleanXmlAttributeName(name, m_nameScratch),
+                               decodeXmlEntities(value, m_valueScratch));
     m_engine.skipWhiteSpace();
     if (!m_engine.pass('/')) return false;
     m_engine.skipWhiteSpace();
@@ -258,10 +273,15 @@ class TreeParser {
   TreeNode* m_current = nullptr;  ///< the innermost open element
   bool m_done = false;
   bool m_noInstructionEnds = false;
-  AttributeSet m_attributes;  ///< of the tag being read; a node gets a copy without slack
+  /// Of the tag being read. A node gets a copy without slack.
+  std::unique_ptr<AttributeSet> m_attributes;
   std::string m_nameScratch;
   std::string m_valueScratch;
 };
+
+std::string_view viewOf(const DataBuffer& bytes) {
+  return {reinterpret_cast<const char*>(bytes.getData2()), bytes.getSize()};
+}
 
 }  // namespace
 
@@ -273,7 +293,7 @@ UncountedTree TreeNode::customParse(ParseEngine& engine, LogBase* /*log*/, bool 
   try {
     TreeParser(engine, *root, autoTrim, preventDuplicates, lowercaseNames).parse();
   } catch (const std::bad_alloc&) {
-    // What has been read up to here stands.
+    // What was read up to here stands.
   }
   return root;
 }
@@ -286,9 +306,8 @@ UncountedTree TreeNode::customParseString(const char* text, LogBase* log, bool a
 
 UncountedTree TreeNode::customParseDb(const DataBuffer& bytes, LogBase* log, bool autoTrim,
                                       bool preventDuplicates, bool lowercaseNames) {
-  const auto* const text = reinterpret_cast<const char*>(bytes.getData2());
-  ParseEngine engine(text == nullptr ? std::string_view()
-                                     : std::string_view(text, bytes.getSize()));
+  // A document of which a conversion left nothing is one without an element.
+  ParseEngine engine(bytes.empty() ? std::string_view("") : viewOf(bytes));
   return customParse(engine, log, autoTrim, preventDuplicates, lowercaseNames);
 }
 

@@ -48,9 +48,9 @@ UncountedTree parse(std::string_view text, bool autoTrim = true) {
 
 TEST(TreeNode, LinksItsChildrenInDocumentOrder) {
   const UncountedTree root = TreeNode::createRoot("root");
-  TreeNode* const a = TreeNode::createNode(*root, "a");
-  TreeNode* const b = TreeNode::createNode(*root, "b");
-  TreeNode* const deep = TreeNode::createNode(*b, "deep");
+  TreeNode* const a = TreeNode::createNode(root.get(), "a");
+  TreeNode* const b = TreeNode::createNode(root.get(), "b");
+  TreeNode* const deep = TreeNode::createNode(b, "deep");
   EXPECT_TRUE(deep->addAttributeSb(StringBuffer("1 a?"), StringBuffer("v")));
   EXPECT_EQ(outline(root), "root(a b(deep[A1a='v']))");
   EXPECT_EQ(root->getFirstChild(), a);

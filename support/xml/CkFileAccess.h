@@ -3,7 +3,11 @@
 #include "CkMultiByteBase.h"
 #include "PublicApi.h"
 
-/// Questions about paths. `const char*` arguments are ANSI, or UTF-8 after put_Utf8(true).
+/// Questions about paths, without a state of their own:
+///
+///     if (CkFileAccess().FileType(folder) == 2) ...
+///
+/// `const char*` arguments are ANSI, or UTF-8 after put_Utf8(true).
 class ORBELO_PUBLIC CkFileAccess : public CkMultiByteBase {
  public:
   CkFileAccess();

@@ -6,11 +6,23 @@
 class CkString;
 class ClsXml;
 
-/// A cursor on a parsed document. It begins on an empty document with the root "unnamed". What an
-/// operation did and why it failed stands in lastErrorText().
+/// A cursor on a parsed document. It begins on an empty document with the root "unnamed".
+///
+///     CkXml xml;
+///     CkString host;
+///     if (xml.LoadXmlFile("settings.xml") && xml.FindChild2("SCALES1")) {
+///       xml.GetAttrValue("fHost", host);
+///       const int port = xml.GetAttrValueInt("fPort");
+///     }
+///
+/// The handle owns the document, and the next successful LoadXmlFile() or the destructor frees it;
+/// what is read is copied into the caller's own objects. No call requires another one first, and
+/// none throws: one that finds no memory fails. What the last call did, and why it failed, stands
+/// in lastErrorText().
 ///
 /// `const char*` arguments are ANSI, or UTF-8 after put_Utf8(true); null counts as an empty text.
-/// A handle without its inner object answers each call with the failure value.
+/// White space around a path, tag or name doesn't count. A handle without its inner object answers
+/// each call with the failure value. One thread at a time.
 class ORBELO_PUBLIC CkXml : public CkMultiByteBase {
  public:
   CkXml();
@@ -18,11 +30,13 @@ class ORBELO_PUBLIC CkXml : public CkMultiByteBase {
 
   /// Reads a document and moves to its root. It may be UTF-8, UTF-16 with its byte order mark, or
   /// in the character set that its declaration names. Broken documents give what can be read of
-  /// them. False, with the cursor where it was, if the file can't be read or is empty.
+  /// them, down to an empty root "empty". False, with the cursor where it was, only if the file
+  /// can't be read or has no byte.
   bool LoadXmlFile(const char* path);
   /// Moves to the root.
   void GetRoot2();
-  /// Moves to the first direct child of that tag; false leaves the cursor where it is.
+  /// Moves to the first direct child of that tag, whose case counts; false leaves the cursor where
+  /// it is.
   bool FindChild2(const char* tag);
   /// Gives an attribute's text. True also for an empty value; false, with `out` empty, if there
   /// is no such attribute.

@@ -104,7 +104,8 @@ class TreeNode : public KestrumObject {
 
   /// Sets the tag; bytes that belong in no name are removed.
   bool setTnTag(std::string_view tag);
-  /// Adds an attribute with its name cleaned in the same way.
+  /// Adds an attribute with its name cleaned in the same way. The parser, which sets all of a tag
+  /// at once, doesn't call it.
   bool addAttributeSb(const StringBuffer& name, const StringBuffer& value);
   /// Replaces the attributes by a copy of these.
   bool setAttributes(const AttributeSet& attributes);

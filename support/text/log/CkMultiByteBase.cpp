@@ -31,9 +31,9 @@ bool CkMultiByteBase::get_Utf8() const { return m_utf8; }
 void CkMultiByteBase::put_Utf8(bool utf8) { m_utf8 = utf8; }
 
 bool CkMultiByteBase::setArgument(XString& out, const char* text) const {
-  if (!out.setFromDual(text, m_utf8)) return false;
-  // A text that can't be converted would go on as an empty one.
-  return out.isEmpty() || out.getSizeUtf8() != 0;
+  out.setFromDual(text, m_utf8);
+  out.getUtf8Sb();
+  return out.isWhole();
 }
 
 int CkMultiByteBase::nextIdx() {

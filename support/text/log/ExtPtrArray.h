@@ -6,6 +6,9 @@
 
 /// A growable array of pointers to objects, null allowed. It owns what it points to only if it is
 /// told so. Not locked: one thread at a time.
+///
+/// The log and the document tree append, read and pop; what moves, sorts and inserts is called by
+/// nobody here yet.
 class ExtPtrArray : public NonRefCountedObj {
  public:
   ExtPtrArray() = default;

@@ -62,14 +62,33 @@ TEST(TreeNode, LinksItsChildrenInDocumentOrder) {
   EXPECT_EQ(root->getChild(-1), nullptr);
 }
 
-TEST(TreeNode, KeepsTagsOfAnyLength) {
-  for (const std::size_t length : {0U, 1U, 15U, 16U, 1000U}) {
-    const std::string tag(length, 't');
-    const UncountedTree root = TreeNode::createRoot(tag);
-    EXPECT_EQ(root->getTag(), tag);
-    EXPECT_TRUE(root->tagEquals(tag));
-    EXPECT_FALSE(root->tagEquals(tag + "t"));
+TEST(TreeNode, WithoutAParentIsARoot) {
+  const UncountedTree root(TreeNode::createNode(nullptr, "a"));
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(root->getRoot(), root.get());
+  EXPECT_TRUE(root->tagEquals("a"));
+  EXPECT_FALSE(root->tagEquals("aa"));
+}
+
+// An invalid node answers nothing, and its siblings are found all the same.
+TEST(TreeNode, ThatIsInvalidHidesNoSibling) {
+  const UncountedTree root = parse("<r><a/><b/></r>");
+  TreeNode* const a = root->getChild(0);
+  auto* const bytes = reinterpret_cast<unsigned char*>(a);
+  std::vector<unsigned char> before(bytes, bytes + sizeof *a);
+  // The mark is the one byte with this value that makes the node invalid.
+  std::size_t mark = 0;
+  for (; mark < before.size(); ++mark) {
+    if (before[mark] != 0xCE) continue;
+    bytes[mark] = 0x31;
+    if (!a->checkTreeNodeValidity()) break;
+    bytes[mark] = before[mark];
   }
+  ASSERT_LT(mark, before.size());
+  EXPECT_EQ(a->getTag(), nullptr);
+  EXPECT_EQ(root->getChild("a", nullptr), nullptr);
+  EXPECT_EQ(root->getChild("b", nullptr), root->getChild(1));
+  bytes[mark] = 0xCE;
 }
 
 TEST(TreeNode, FindsDirectChildren) {

@@ -208,5 +208,6 @@ bool _clsEncode::decodeBinary(int encoding, const StringBuffer& text, DataBuffer
 }
 
 bool _clsEncode::decodeBinary(XString& text, DataBuffer& out, bool append, LogBase& log) const {
-  return decodeBinary(m_encoding, text.getUtf8Sb(), out, append, log);
+  const StringBuffer& utf8 = text.getUtf8Sb();
+  return text.isWhole() && decodeBinary(m_encoding, utf8, out, append, log);
 }

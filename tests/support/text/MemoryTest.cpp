@@ -8,9 +8,11 @@
 
 #include "CkByteData.h"
 #include "CkString.h"
+#include "ClsEncode.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
+#include "LogBase.h"
 #include "MemoryWatch.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
@@ -144,6 +146,43 @@ TEST(WipingTest, SecureStringsWipeEveryForm) {
             0);
 }
 
+constexpr int kTextPages[] = {1251,  932,   949,   1200,  12000, 20127,
+                              50220, 50222, 50225, 55000, 65000};
+
+TEST(WipingTest, ConversionsAndCodersLeaveNoSecret) {
+  std::string secret;
+  for (int i = 0; i < 30; ++i) secret += longSecret();
+  LogNull log;
+  for (const int page : kTextPages) {
+    EXPECT_EQ(leaks([&] {
+                DataBuffer there;
+                DataBuffer back;
+                there.setSecure(true);
+                back.setSecure(true);
+                EncodingConvert().EncConvert(65001, page, secret.data(), secret.size(), there, log);
+                EncodingConvert().EncConvert(page, 65001, there.getData2(), there.getSize(), back,
+                                             log);
+              }),
+              0)
+        << page;
+  }
+  for (int encoding = 1; encoding <= 26; ++encoding) {
+    EXPECT_EQ(leaks([&] {
+                DataBuffer bytes;
+                bytes.setSecure(true);
+                bytes.append(secret.data(), secret.size());
+                XString text;
+                text.setSecureX(true);
+                _clsEncode coder;
+                coder.put_EncodingModeInt(encoding);
+                coder.encodeBinary(bytes, text, false, log);
+                coder.decodeBinary(text, bytes, false, log);
+              }),
+              0)
+        << encoding;
+  }
+}
+
 /// Runs `use` with memory for 0, 1, 2, ... allocations until there was enough: nothing may
 /// crash, throw or leak on the way.
 template <typename Use>
@@ -170,6 +209,38 @@ TEST(AllocationTest, FailuresLeaveTheOldContent) {
     EXPECT_TRUE(ContentCoding::encodeBase64_noCrLf(piece.data(), piece.size(), base64) ||
                 base64.empty());
   });
+}
+
+TEST(AllocationTest, WhatLacksMemoryIsNoSuccess) {
+  const std::string text(3000, 'x');
+  LogNull log;
+  const auto isText = [&](const DataBuffer& bytes) { return bytes.equals2(text.data(), 3000); };
+  for (const int page : kTextPages) {
+    bool honest = true;
+    withShrinkingMemory([&] {
+      DataBuffer there;
+      DataBuffer back;
+      const bool whole =
+          EncodingConvert().EncConvert(65001, page, text.data(), text.size(), there, log) &&
+          EncodingConvert().EncConvert(page, 65001, there.getData2(), there.getSize(), back, log);
+      honest = honest && (!whole || isText(back));
+    });
+    EXPECT_TRUE(honest) << page;
+  }
+  for (int encoding = 1; encoding <= 26; ++encoding) {
+    bool honest = true;
+    withShrinkingMemory([&] {
+      DataBuffer bytes;
+      XString encoded;
+      _clsEncode coder;
+      coder.put_EncodingModeInt(encoding);
+      const bool whole = bytes.append(text.data(), text.size()) &&
+                         coder.encodeBinary(bytes, encoded, false, log) &&
+                         coder.decodeBinary(encoded, bytes, false, log);
+      honest = honest && (!whole || isText(bytes));
+    });
+    EXPECT_TRUE(honest) << encoding;
+  }
 }
 
 /// Cut perhaps, or not there, yet with an end: what lies behind the block is no part of the text.

@@ -6,15 +6,12 @@
 #include <string_view>
 
 #include "CkFileAccess.h"
-#include "CkXml.h"
 #include "Numbers.h"
 #include "ScalesWrapper.h"
+#include "SettingsEntry.h"
 
 namespace {
 
-constexpr const char* kSettingsFile = "settings.xml";
-/// Elements SCALES0 to SCALES99 are read.
-constexpr int kMaxEntries = 100;
 constexpr double kNoCorrection = 1.0;
 constexpr int kIsDirectory = 2;
 constexpr int kCantLoad = 1;
@@ -60,26 +57,15 @@ int CScalesWrapper::SetPathDllFolder(CkString& path) {
 
 int CScalesWrapper::LoadIniSettings() {
   CloseAllComPorts();
-  CkString path;
-  path.appendStr(dllFolder);
-  path.append(kSettingsFile);
-  CkXml xml;
-  xml.put_Utf8(true);
-  if (!xml.LoadXmlFile(path.getUtf8())) return kCantLoad;
-
-  for (int i = 0; i < kMaxEntries; ++i) {
-    xml.GetRoot2();
-    const std::string tag = "SCALES" + std::to_string(i);
-    if (!xml.FindChild2(tag.c_str())) continue;
-    const bool serial = xml.GetAttrValueInt("fIsComPort") != 0;
-    const std::string id = std::to_string(xml.GetAttrValueInt("fNum"));
+  const auto entries = readSettings(std::string(dllFolder.getUtf8()) + kSettingsFile);
+  if (!entries) return kCantLoad;
+  for (const SettingsEntry& entry : *entries) {
     CkString port;
-    xml.GetAttrValue(serial ? "fComPortName" : "fHost", port);
+    port.setStringUtf8(entry.port().c_str());
     CkString coefficient;
-    xml.GetAttrValue("fCoeff", coefficient);
-    AddScalesObject(port.getAnsi(), xml.GetAttrValueInt(serial ? "fComBaudRate" : "fTCPPort"),
-                    xml.GetAttrValueInt("fType"), serial ? 0 : 1, id.c_str(),
-                    xml.GetAttrValueInt("fLeaveConnect"), iGatof(coefficient.getAnsi()));
+    coefficient.setStringUtf8(entry.coefficient.c_str());
+    AddScalesObject(port.getAnsi(), entry.rate(), entry.model, entry.isSerial() ? 0 : 1,
+                    entry.id().c_str(), entry.leaveConnection, iGatof(coefficient.getAnsi()));
   }
   return kSuccess;
 }

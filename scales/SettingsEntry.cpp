@@ -1,0 +1,79 @@
+#include "SettingsEntry.h"
+
+#include <array>
+
+#include "CkString.h"
+#include "CkXml.h"
+
+namespace {
+
+struct NumberAttribute {
+  const char* name;
+  std::int32_t SettingsEntry::*field;
+};
+constexpr std::array<NumberAttribute, 6> kNumbers = {
+    {{"fNum", &SettingsEntry::number},
+     {"fType", &SettingsEntry::model},
+     {"fIsComPort", &SettingsEntry::isComPort},
+     {"fComBaudRate", &SettingsEntry::baudRate},
+     {"fTCPPort", &SettingsEntry::tcpPort},
+     {"fLeaveConnect", &SettingsEntry::leaveConnection}}};
+
+struct TextAttribute {
+  const char* name;
+  std::string SettingsEntry::*field;
+};
+constexpr std::array<TextAttribute, 3> kTexts = {{{"fComPortName", &SettingsEntry::comPortName},
+                                                  {"fHost", &SettingsEntry::host},
+                                                  {"fCoeff", &SettingsEntry::coefficient}}};
+
+std::string tagOf(std::size_t index) { return "SCALES" + std::to_string(index); }
+
+std::string escaped(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    switch (c) {
+      case '&': result += "&amp;"; break;
+      case '<': result += "&lt;"; break;
+      case '"': result += "&quot;"; break;
+      default: result += c;
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) {
+  CkXml xml;
+  xml.put_Utf8(true);
+  if (!xml.LoadXmlFile(path.c_str())) return std::nullopt;
+  std::vector<SettingsEntry> entries;
+  for (std::size_t i = 0; i < kMostSettingsEntries; ++i) {
+    xml.GetRoot2();
+    if (!xml.FindChild2(tagOf(i).c_str())) continue;
+    SettingsEntry& entry = entries.emplace_back();
+    for (const auto& [name, field] : kNumbers) entry.*field = xml.GetAttrValueInt(name);
+    for (const auto& [name, field] : kTexts) {
+      CkString text;
+      xml.GetAttrValue(name, text);
+      entry.*field = text.getUtf8();
+    }
+  }
+  return entries;
+}
+
+std::string settingsDocument(std::string_view root, std::span<const SettingsEntry> entries) {
+  std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+  document.append("<").append(root).append(">\n");
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    document.append("  <").append(tagOf(i));
+    const auto add = [&](const char* name, const std::string& value) {
+      document.append(" ").append(name).append("=\"").append(value).append("\"");
+    };
+    for (const auto& [name, field] : kNumbers) add(name, std::to_string(entries[i].*field));
+    for (const auto& [name, field] : kTexts) add(name, escaped(entries[i].*field));
+    document.append("/>\n");
+  }
+  return document.append("</").append(root).append(">\n");
+}

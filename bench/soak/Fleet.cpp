@@ -1,11 +1,11 @@
 #include "Fleet.h"
 
 #include <memory>
-#include <sstream>
 #include <utility>
 
 #include "Endpoint.h"
 #include "ScaleLine.h"
+#include "SettingsEntry.h"
 
 namespace {
 
@@ -53,20 +53,22 @@ void Fleet::add(const sim::ScaleModel& model, bool overTcp) {
 
 std::string Fleet::writeSettings(bool keepConnections) const {
   constexpr int kBaudRate = 115200;
-  std::ostringstream xml;
-  xml << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SETTINGS>\n";
-  for (std::size_t i = 0; i < members_.size(); ++i) {
-    const Member& member = members_[i];
-    xml << "  <SCALES" << i << " fNum=\"" << i << "\" fType=\"" << member.model->number
-        << "\" fLeaveConnect=\"" << (keepConnections ? 1 : 0) << "\" fCoeff=\"1\" ";
+  std::vector<SettingsEntry> entries;
+  for (const Member& member : members_) {
+    SettingsEntry& entry =
+        entries.emplace_back(SettingsEntry{.number = static_cast<std::int32_t>(entries.size()),
+                                           .model = member.model->number,
+                                           .leaveConnection = keepConnections ? 1 : 0,
+                                           .coefficient = "1"});
     if (member.overTcp) {
-      xml << "fIsComPort=\"0\" fHost=\"127.0.0.1\" fTCPPort=\"" << member.address << "\"/>\n";
+      entry.host = "127.0.0.1";
+      entry.tcpPort = std::stoi(member.address);
     } else {
-      xml << "fIsComPort=\"1\" fComPortName=\"" << member.address << "\" fComBaudRate=\""
-          << kBaudRate << "\"/>\n";
+      entry.isComPort = 1;
+      entry.comPortName = member.address;
+      entry.baudRate = kBaudRate;
     }
   }
-  xml << "</SETTINGS>\n";
-  folder_.write("settings.xml", xml.str());
+  folder_.write(kSettingsFile, settingsDocument("SETTINGS", entries));
   return folder_.path();
 }

@@ -30,6 +30,8 @@ namespace {
 constexpr const char* kHost = "127.0.0.1";
 /// Added to the model number for the device id of a network scale.
 constexpr int kNetworkIds = 100;
+constexpr int kUsualSpeed = 9600;
+constexpr const char* kNoCorrection = "1.000";
 
 std::string timeOfDay() {
   timespec now = {};
@@ -162,19 +164,28 @@ void playAll(const Options& options) {
     auto pty = std::make_unique<sim::PtyEndpoint>(link);
     if (options.speed != 0) pty->setLineEnd({options.speed, model.line});
     lines.push_back(&addLine(loop, options, model, std::move(pty)));
-    entries.push_back({model.number, model.number, link.string(), 0});
+    entries.push_back({.number = model.number,
+                       .model = model.number,
+                       .isComPort = 1,
+                       .baudRate = kUsualSpeed,
+                       .comPortName = link.string(),
+                       .coefficient = kNoCorrection});
   }
   for (const sim::ScaleModel& model : sim::scaleModels()) {
     if (!model.worksOverTcp()) continue;
     auto tcp = std::make_unique<sim::TcpEndpoint>();
-    entries.push_back({model.number + kNetworkIds, model.number, kHost, tcp->port()});
+    entries.push_back({.number = model.number + kNetworkIds,
+                       .model = model.number,
+                       .tcpPort = tcp->port(),
+                       .host = kHost,
+                       .coefficient = kNoCorrection});
     lines.push_back(&addLine(loop, options, model, std::move(tcp)));
   }
   const SettingsFile settings(folder, entries);
   std::cout << settings.path().string() << std::endl;
   for (const SettingsEntry& entry : entries) {
-    std::cout << entry.id << "\t" << entry.model << "\t" << entry.port;
-    if (entry.tcpPort != 0) std::cout << ":" << entry.tcpPort;
+    std::cout << entry.id() << "\t" << entry.model << "\t" << entry.port();
+    if (!entry.isSerial()) std::cout << ":" << entry.tcpPort;
     std::cout << "\n";
   }
   std::cout << std::flush;

@@ -4,19 +4,9 @@
 #include <string>
 #include <vector>
 
-/// One scale of a settings file of the component.
-struct SettingsEntry {
-  /// Device id.
-  int id;
-  int model;
-  /// Device path of a serial scale, host of a network scale.
-  std::string port;
-  /// 0 for a serial scale.
-  int tcpPort;
-};
+#include "SettingsEntry.h"
 
-/// The settings.xml of a simulation in its folder, removed at the end. The component reads scales
-/// SCALES0 to SCALES99 from it.
+/// The settings.xml of a simulation in its folder, removed at the end.
 class SettingsFile {
  public:
   /// Throws std::runtime_error if the folder holds a settings file of somebody else, more scales

@@ -65,7 +65,7 @@ std::string Patient::line() const {
 std::vector<Patient> patientsOf(const std::filesystem::path& folder) {
   std::vector<Patient> patients;
   for (const SettingsEntry& entry : readSettings(folder))
-    patients.push_back({.id = entry.id, .connection = entry.connection()});
+    patients.push_back({.id = entry.id(), .connection = connectionOf(entry)});
   return patients;
 }
 

@@ -24,9 +24,9 @@ struct SettingsOptions {
 std::vector<std::string> tableRow(const SettingsEntry& entry, const Reading& reading) {
   const Units units = unitsOf(entry.model);
   const bool good = reading.good();
-  return {entry.id,
+  return {entry.id(),
           std::to_string(entry.model),
-          entry.line(),
+          lineOf(entry),
           good ? weightText(reading.weight, units) : "",
           good ? moneyText(reading.details->price, units) : "",
           good ? moneyText(reading.details->cost, units) : "",
@@ -36,19 +36,19 @@ std::vector<std::string> tableRow(const SettingsEntry& entry, const Reading& rea
 }
 
 Json jsonRecord(const SettingsEntry& entry, const Reading& reading) {
-  Json record = {{"id", entry.id},
+  Json record = {{"id", entry.id()},
                  {"model", entry.model},
-                 {"transport", entry.network ? "tcp" : "serial"},
-                 {"port", entry.port},
-                 {"rate", entry.rate}};
+                 {"transport", entry.isSerial() ? "serial" : "tcp"},
+                 {"port", entry.port()},
+                 {"rate", entry.rate()}};
   addReading(record, reading, unitsOf(entry.model));
   return record;
 }
 
 std::string csvRow(const SettingsEntry& entry, const Reading& reading) {
-  const char* transport = entry.network ? "tcp" : "serial";
-  return entry.id + ',' + std::to_string(entry.model) + ',' + transport + ',' +
-         csvText(entry.port) + ',' + std::to_string(entry.rate) + ',' +
+  const char* transport = entry.isSerial() ? "serial" : "tcp";
+  return entry.id() + ',' + std::to_string(entry.model) + ',' + transport + ',' +
+         csvText(entry.port()) + ',' + std::to_string(entry.rate()) + ',' +
          readingCsv(reading, unitsOf(entry.model));
 }
 
@@ -57,9 +57,9 @@ void complainOf(const std::map<std::uint32_t, std::vector<const SettingsEntry*>>
                 const std::map<std::uint32_t, std::string>& texts) {
   for (const auto& [code, entries] : failed) {
     std::string ids;
-    for (const SettingsEntry* entry : entries) ids += (ids.empty() ? "" : ", ") + entry->id;
+    for (const SettingsEntry* entry : entries) ids += (ids.empty() ? "" : ", ") + entry->id();
     complain(fill(text::kOfScales, {errorText({code, texts.at(code)}), ids}),
-             remedyFor(code, entries.front()->connection()));
+             remedyFor(code, connectionOf(*entries.front())));
   }
 }
 
@@ -78,7 +78,7 @@ ExitCode readFolder(const Program& program, const SettingsOptions& options) {
   if (options.format == Format::Csv)
     std::cout << "id,model,transport,port,rate," << readingCsvHead(true) << '\n';
   for (const SettingsEntry& entry : entries) {
-    const Reading reading = session.read(entry.id, true);
+    const Reading reading = session.read(entry.id(), true);
     if (!reading.good()) {
       failed[reading.error.code].push_back(&entry);
       texts[reading.error.code] = reading.error.text;

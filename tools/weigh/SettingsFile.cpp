@@ -1,9 +1,5 @@
 #include "SettingsFile.h"
 
-#include <algorithm>
-
-#include "CkString.h"
-#include "CkXml.h"
 #include "Failure.h"
 #include "Texts.h"
 
@@ -11,43 +7,22 @@ namespace weigh {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-constexpr int kMaxEntries = 100;
-
-SettingsEntry entryAt(CkXml& xml) {
-  const bool network = xml.GetAttrValueInt("fIsComPort") == 0;
-  CkString port;
-  xml.GetAttrValue(network ? "fHost" : "fComPortName", port);
-  CkString coeff;
-  xml.GetAttrValue("fCoeff", coeff);
-  return {.id = std::to_string(xml.GetAttrValueInt("fNum")),
-          .model = xml.GetAttrValueInt("fType"),
-          .network = network,
-          .port = port.getUtf8(),
-          .rate = xml.GetAttrValueInt(network ? "fTCPPort" : "fComBaudRate"),
-          .leave = xml.GetAttrValueInt("fLeaveConnect") != 0,
-          .coeff = coeff.getUtf8()};
+std::string lineOf(const SettingsEntry& entry) {
+  return entry.port() + (entry.isSerial() ? " " : ":") + std::to_string(entry.rate());
 }
 
-}  // namespace
-
-std::string SettingsEntry::line() const {
-  return port + (network ? ":" : " ") + std::to_string(rate);
-}
-
-Connection SettingsEntry::connection() const {
+Connection connectionOf(const SettingsEntry& entry) {
   Connection connection;
-  connection.model = model;
-  connection.network = network;
-  (network ? connection.host : connection.device) = port;
-  (network ? connection.tcpPort : connection.baud) = rate;
-  connection.leave = leave;
-  connection.coeff = coeff;
+  connection.model = entry.model;
+  connection.network = !entry.isSerial();
+  (connection.network ? connection.host : connection.device) = entry.port();
+  (connection.network ? connection.tcpPort : connection.baud) = entry.rate();
+  connection.leave = entry.leaveConnection != 0;
+  connection.coeff = entry.coefficient;
   return connection;
 }
 
-fs::path settingsFileOf(const fs::path& folder) { return folder / "settings.xml"; }
+fs::path settingsFileOf(const fs::path& folder) { return folder / kSettingsFile; }
 
 std::vector<SettingsEntry> readSettings(const fs::path& folder) {
   const fs::path file = settingsFileOf(folder);
@@ -57,19 +32,16 @@ std::vector<SettingsEntry> readSettings(const fs::path& folder) {
                   say(text::kNoSettingsRemedy));
   }
   // By the component's own reader, so that both see the same in a damaged document.
-  CkXml xml;
-  xml.put_Utf8(true);
-  if (!xml.LoadXmlFile(file.c_str())) {
+  const auto all = ::readSettings(file);
+  if (!all) {
     throw Failure(kWrongUsage, fill(text::kBadSettings, {file.string()}),
                   say(text::kEmptySettingsRemedy));
   }
   std::vector<SettingsEntry> entries;
-  for (int i = 0; i < kMaxEntries; ++i) {
-    xml.GetRoot2();
-    if (!xml.FindChild2(("SCALES" + std::to_string(i)).c_str())) continue;
-    SettingsEntry entry = entryAt(xml);
-    std::erase_if(entries, [&](const SettingsEntry& other) { return other.id == entry.id; });
-    entries.push_back(std::move(entry));
+  for (const SettingsEntry& entry : *all) {
+    std::erase_if(entries,
+                  [&](const SettingsEntry& other) { return other.number == entry.number; });
+    entries.push_back(entry);
   }
   if (entries.empty()) {
     throw Failure(kWrongUsage, fill(text::kEmptySettings, {file.string()}),

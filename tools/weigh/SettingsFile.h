@@ -5,27 +5,14 @@
 #include <vector>
 
 #include "Options.h"
+#include "SettingsEntry.h"
 
 namespace weigh {
 
-/// What a settings file says of one scale, as far as the tool shows it.
-struct SettingsEntry {
-  std::string id;
-  int model;
-  bool network;
-  /// Device path or host.
-  std::string port;
-  /// Line speed or TCP port.
-  int rate;
-  bool leave;
-  /// As it stands in the file.
-  std::string coeff;
-
-  /// "/dev/ttyS0 9600", "192.168.0.200:20108".
-  std::string line() const;
-  /// The same as parameters.
-  Connection connection() const;
-};
+/// "/dev/ttyS0 9600", "192.168.0.200:20108".
+std::string lineOf(const SettingsEntry& entry);
+/// The same scale as parameters.
+Connection connectionOf(const SettingsEntry& entry);
 
 std::filesystem::path settingsFileOf(const std::filesystem::path& folder);
 

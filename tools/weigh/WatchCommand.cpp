@@ -50,7 +50,7 @@ std::vector<WatchedScale> registerScales(Session& session, const WatchOptions& o
   const host::LastError error = session.useFolder(options.folder);
   if (error.code != 0) throw Failure(kScaleFailed, errorText(error), remedyFor(error.code, {}));
   for (const SettingsEntry& entry : entries) {
-    scales.emplace_back(entry.id, entry.id, entry.connection());
+    scales.emplace_back(entry.id(), entry.id(), connectionOf(entry));
   }
   return scales;
 }

@@ -17,19 +17,16 @@ std::string textOf(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-TEST(SettingsFile, NamesSerialAndNetworkScalesAndGoesAtTheEnd) {
+TEST(SettingsFile, HoldsTheScalesAndGoesAtTheEnd) {
   const sim::TemporaryDirectory folder;
   {
-    const SettingsFile file(folder.path(),
-                            {{13, 13, "/tmp/a \"&\" <b/13", 0}, {113, 13, "127.0.0.1", 4001}});
-    const std::string text = textOf(file.path());
-    EXPECT_THAT(text, HasSubstr("<SCALES0 fNum=\"13\" fType=\"13\" fIsComPort=\"1\" "
-                                "fComBaudRate=\"9600\" fTCPPort=\"0\" fLeaveConnect=\"0\" "
-                                "fComPortName=\"/tmp/a &quot;&amp;&quot; &lt;b/13\" fHost=\"\" "
-                                "fCoeff=\"1.000\"/>"));
-    EXPECT_THAT(text, HasSubstr("<SCALES1 fNum=\"113\" fType=\"13\" fIsComPort=\"0\" "
-                                "fComBaudRate=\"9600\" fTCPPort=\"4001\" fLeaveConnect=\"0\" "
-                                "fComPortName=\"\" fHost=\"127.0.0.1\""));
+    const SettingsFile file(folder.path(), {{.number = 13, .isComPort = 1, .comPortName = "/tmp/a"},
+                                            {.number = 113, .tcpPort = 4001}});
+    const auto entries = readSettings(file.path());
+    ASSERT_TRUE(entries);
+    ASSERT_EQ(entries->size(), 2U);
+    EXPECT_EQ(entries->at(0).port(), "/tmp/a");
+    EXPECT_EQ(entries->at(1).rate(), 4001);
     // A file that a simulation left behind is replaced.
     const SettingsFile again(folder.path(), {});
   }

@@ -5,6 +5,7 @@
 #include <cwchar>
 #include <memory>
 
+#include "Boundary.h"
 #include "DriverFacts.h"
 #include "Methods.h"
 #include "Models.h"
@@ -16,21 +17,9 @@ namespace {
 constexpr long kNoName = -1;
 constexpr long kEnglish = 0;
 constexpr long kRussian = 1;
-/// A second number for Russian, in property names only.
-constexpr long kRussianToo = 2;
 
+/// The names of the properties in both languages: there is one for form's sake, without a name.
 constexpr std::array<const wchar_t*, 1> g_PropNames = {L""};
-constexpr std::array<const wchar_t*, 1> g_PropNamesRu = {L""};
-
-/// Runs an operation of the boundary; whatever it throws becomes `refused`.
-template <typename Result, typename Operation>
-Result guarded(Result refused, Operation operation) noexcept {
-  try {
-    return operation();
-  } catch (...) {
-    return refused;
-  }
-}
 
 std::unique_ptr<wchar_t[]> toWide(const WCHAR_T* text) {
   static constexpr WCHAR_T kNothing = 0;
@@ -73,20 +62,15 @@ long CAddInNative::GetNProps() { return static_cast<long>(g_PropNames.size()); }
 
 long CAddInNative::FindProp(const WCHAR_T* name) {
   return guarded(kNoName, [&] {
-    const auto wide = toWide(name);
-    const auto count = static_cast<unsigned>(g_PropNames.size());
-    const long found = findName(g_PropNames.data(), wide.get(), count);
-    return found != kNoName ? found : findName(g_PropNamesRu.data(), wide.get(), count);
+    return findName(g_PropNames.data(), toWide(name).get(),
+                    static_cast<unsigned>(g_PropNames.size()));
   });
 }
 
-const WCHAR_T* CAddInNative::GetPropName(long num, long alias) {
-  return guarded<const WCHAR_T*>(nullptr, [&]() -> const WCHAR_T* {
-    if (num < 0 || num >= GetNProps()) return nullptr;
-    const bool russian = alias == kRussian || alias == kRussianToo;
-    const auto index = static_cast<std::size_t>(num);
-    return toPlatform(russian ? g_PropNamesRu.at(index) : g_PropNames.at(index));
-  });
+const WCHAR_T* CAddInNative::GetPropName(long num, long /*alias*/) {
+  if (num < 0 || num >= GetNProps()) return nullptr;
+  const wchar_t* const name = g_PropNames[static_cast<std::size_t>(num)];
+  return guarded<const WCHAR_T*>(nullptr, [&] { return toPlatform(name); });
 }
 
 bool CAddInNative::GetPropVal(const long num, tVariant* value) {

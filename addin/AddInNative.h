@@ -7,7 +7,8 @@
 #include "ScalesWrapper.h"
 
 // The rules at the platform's boundary, for every operation here:
-// - nothing throws; an operation that runs out of memory answers as if it had refused;
+// - nothing throws, but the end of a cancelled thread passes through; an operation that runs out
+//   of memory answers as if it had refused, a scale's operation with `kUnknown` as last error;
 // - texts for the platform are blocks of its memory manager, one a string, and are the
 //   platform's from then on;
 // - a text from the platform is read up to its NUL, and a null pointer is an empty text;
@@ -59,7 +60,8 @@ class CAddInNative final : public IComponentBase {
   bool wstring_to_p(const wchar_t* text, tVariant* out);
   /// Takes a text out of a variant; false, with `out` empty, if it holds none.
   bool GetStrFromParam(tVariant* in, CkString& out);
-  /// Reports an error to the platform, if it gave an object to report to.
+  /// Reports an error to the platform, if it gave an object to report to. Nothing calls it: the
+  /// platform asks for errors itself.
   void addError(unsigned code, const wchar_t* source, const wchar_t* description, long errorCode);
   /// The index of a name, or -1.
   static long findName(const wchar_t* const* names, const wchar_t* name, unsigned count);
@@ -89,9 +91,14 @@ class CAddInNative final : public IComponentBase {
   bool GetInterfaceRevision(tVariant* result, const Params& params);
   bool SetPathDllFolder(tVariant* result, const Params& params);
 
+  /// Takes a parameter's text; false if it holds none, or if memory is too short for it, which is
+  /// the last error then.
+  bool textFrom(tVariant* in, CkString& out);
   /// Takes the device id out of the first parameter, for the registry in windows-1251; null if
-  /// there is none. Points into `text`.
+  /// there is none or no memory for it. Points into `text`.
   const char* idFrom(const Params& params, CkString& text);
+  /// Gives a text and the result "true"; false if there is no text.
+  bool answer(const wchar_t* text, tVariant* result, tVariant* out);
   bool readScales(tVariant* result, const Params& params, bool withPrice);
   /// A block of the platform with the text and its NUL; null if there is no memory.
   WCHAR_T* toPlatform(const wchar_t* text);

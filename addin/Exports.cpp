@@ -1,6 +1,7 @@
 // What the platform finds in the library by name.
 
 #include "AddInNative.h"
+#include "Boundary.h"
 #include "WideStrings.h"
 
 namespace {
@@ -21,17 +22,14 @@ AppCapabilities g_capabilities = kCapabilitiesInvalid;
 /// `*object` was set already or there is no memory.
 ORBELO_EXPORT long GetClassObject(const WCHAR_T* /*name*/, IComponentBase** object) {
   if (object == nullptr || *object != nullptr) return 0;
-  try {
-    *object = new CAddInNative;
-  } catch (...) {
-    return 0;
-  }
+  *object = guarded<IComponentBase*>(nullptr, [] { return new CAddInNative; });
   return reinterpret_cast<long>(*object);
 }
 
 /// Ends a component object with its scales. 0, or -1 if there is none.
 ORBELO_EXPORT long DestroyObject(IComponentBase** object) {
   if (object == nullptr || *object == nullptr) return -1;
+  const CancellationHeld closing;
   delete *object;
   *object = nullptr;
   return 0;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cwchar>
 
+#include "Cancellation.h"
 #include "DriverFacts.h"
 #include "ParameterPage.h"
 #include "Variants.h"
@@ -39,8 +40,25 @@ std::span<const CAddInNative::Method> CAddInNative::methods() {
   return kMethods;
 }
 
+bool CAddInNative::textFrom(tVariant* in, CkString& out) {
+  if (!GetStrFromParam(in, out)) return false;
+  if (out.isWhole()) return true;
+  scales.refuse();
+  return false;
+}
+
 const char* CAddInNative::idFrom(const Params& params, CkString& text) {
-  return GetStrFromParam(params.at(0), text) ? text.getEnc(kIdCharset) : nullptr;
+  if (!textFrom(params.at(0), text)) return nullptr;
+  const char* const id = text.getEnc(kIdCharset);
+  if (text.isWhole()) return id;
+  scales.refuse();
+  return nullptr;
+}
+
+bool CAddInNative::answer(const wchar_t* text, tVariant* result, tVariant* out) {
+  if (!wstring_to_p(text, out)) return false;
+  setBool(result, true);
+  return true;
 }
 
 bool CAddInNative::GetVersion(tVariant* result, const Params& /*params*/) {
@@ -63,7 +81,7 @@ bool CAddInNative::GetDescription(tVariant* result, const Params& params) {
 }
 
 bool CAddInNative::GetLastError(tVariant* result, const Params& params) {
-  wstring_to_p(scales.GetLastTextError(), params.at(0));
+  if (!wstring_to_p(scales.GetLastTextError(), params.at(0))) return false;
   setUint32(result, static_cast<std::uint32_t>(scales.GetLastError()));
   return true;
 }
@@ -71,9 +89,8 @@ bool CAddInNative::GetLastError(tVariant* result, const Params& params) {
 bool CAddInNative::GetParameters(tVariant* result, const Params& params) {
   CkString page;
   page.setStringUtf8(parameterPage().c_str());
-  wstring_to_p(page.getUnicode(), params.at(0));
-  setBool(result, true);
-  return true;
+  const wchar_t* const text = page.getUnicode();
+  return page.isWhole() && answer(text, result, params.at(0));
 }
 
 bool CAddInNative::SetParameter(tVariant* result, const Params& params) {
@@ -97,8 +114,8 @@ bool CAddInNative::SetParameter(tVariant* result, const Params& params) {
        {"ehost", &CScalesWrapper::Set_param_mp_ehost}}};
 
   CkString name;
-  if (!GetStrFromParam(params.at(0), name)) return false;
-  const auto is = [&](const char* known) { return name.compareStr(CkString(known)) == 0; };
+  if (!textFrom(params.at(0), name)) return false;
+  const auto is = [&](const char* known) { return name.equalsAscii(known); };
   tVariant* value = params.at(1);
 
   // The platform's numbers come under several types; only their bytes are looked at.
@@ -114,8 +131,7 @@ bool CAddInNative::SetParameter(tVariant* result, const Params& params) {
   for (const TextParameter& parameter : kTexts) {
     if (!is(parameter.name)) continue;
     CkString text;
-    if (!GetStrFromParam(value, text)) return false;
-    (scales.*parameter.set)(text);
+    if (!textFrom(value, text) || (scales.*parameter.set)(text) != kSuccess) return false;
   }
   // A parameter that this driver doesn't know is one that a newer page may bring.
   setBool(result, true);
@@ -125,7 +141,20 @@ bool CAddInNative::SetParameter(tVariant* result, const Params& params) {
 bool CAddInNative::Open(tVariant* result, const Params& params) {
   CkString id;
   scales.CreateScalesObject(id);
-  wstring_to_p(id.getUnicode(), params.at(0));
+  tVariant* const out = params.at(0);
+  if (id.getNumChars() == 0) return false;
+  const bool told = unlessThrown(
+      [&] {
+        return wstring_to_p(id.getUnicode(), out) &&
+               (out == nullptr || out->value.wide.pwstrVal != nullptr);
+      },
+      [] { return false; });
+  if (!told) {
+    // Under an id that the platform never learned the scale would keep its place for ever.
+    scales.CloseComPort(id.getAnsi());
+    scales.refuse();
+    return false;
+  }
   setBool(result, true);
   return true;
 }
@@ -142,22 +171,23 @@ bool CAddInNative::Close(tVariant* result, const Params& params) {
 bool CAddInNative::DeviceTest(tVariant* result, const Params& params) {
   CkString id;
   scales.CreateScalesObject(id);
+  if (id.getNumChars() == 0) return false;
   double weight = 0.0;
   double price = 0.0;
   double cost = 0.0;
   long stable = 0;
   scales.getScalesInfo(id.getAnsi(), weight, price, cost, stable);
+  std::array<wchar_t, kTestTextSize> weightText = {};
+  const wchar_t* text = weightText.data();
   if (scales.GetLastError() == kSuccess) {
-    std::array<wchar_t, kTestTextSize> text = {};
-    std::swprintf(text.data(), text.size(), L"Вес: %6.3f; ", weight);
-    text.back() = 0;
-    wstring_to_p(text.data(), params.at(0));
+    std::swprintf(weightText.data(), weightText.size(), L"Вес: %6.3f; ", weight);
+    weightText.back() = 0;
   } else {
-    wstring_to_p(scales.GetLastTextError(), params.at(0));
+    text = scales.GetLastTextError();
   }
   scales.CloseComPort(id.getAnsi());
-  setBool(result, true);
-  return true;
+  if (text == nullptr) scales.refuse();
+  return answer(text, result, params.at(0));
 }
 
 bool CAddInNative::NoAction(tVariant* result, const Params& /*params*/) {
@@ -219,7 +249,7 @@ bool CAddInNative::GetInterfaceRevision(tVariant* result, const Params& /*params
 
 bool CAddInNative::SetPathDllFolder(tVariant* result, const Params& params) {
   CkString folder;
-  if (!GetStrFromParam(params.first(), folder)) return false;
+  if (!textFrom(params.first(), folder)) return false;
   setBool(result, scales.SetPathDllFolder(folder) == kSuccess);
   return true;
 }

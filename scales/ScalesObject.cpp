@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "BoundedCopy.h"
+#include "WholeText.h"
 
 IScalesObject::IScalesObject() = default;
 
@@ -14,9 +15,7 @@ int IScalesObject::SetComPort(const char* newPort, int newBaudRate, IAddInDefBas
   copyBounded(comPortName, newPort);
   baudRate = newBaudRate;
   tcpPort = 0;
-  const int code = OpenComPort();
-  if (leaveConnection == 0) CloseComPort();
-  return code;
+  return testConnection();
 }
 
 int IScalesObject::SetLanPort(const char* host, int newTcpPort, IAddInDefBase* base) {
@@ -25,6 +24,10 @@ int IScalesObject::SetLanPort(const char* host, int newTcpPort, IAddInDefBase* b
   copyBounded(comPortName, host);
   baudRate = 0;
   tcpPort = newTcpPort;
+  return testConnection();
+}
+
+int IScalesObject::testConnection() {
   const int code = OpenComPort();
   CloseIfMust();
   return code;
@@ -49,7 +52,7 @@ bool IScalesObject::isComPortCmp(const char* id) {
 int IScalesObject::SetScalesName(const char* name) {
   if (name == nullptr) return 0;
   copyBounded(scalesName, name);
-  port.SetLogName(pathToDll.getUtf8(), scalesName.data());
+  port.SetLogName(pathToDll.c_str(), scalesName.data());
   return 0;
 }
 
@@ -66,7 +69,7 @@ int IScalesObject::SetCoeff(double newCoeff) {
 double IScalesObject::GetCoeff() { return coeff; }
 
 int IScalesObject::SetPathToDll(CkString& path) {
-  pathToDll.setStr(path);
+  pathToDll = utf8Of(path);
   return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 #include "CkString.h"
 #include "ComLanPort.h"
@@ -11,7 +12,20 @@ class IAddInDefBase;
 
 /// One physical scale: the contract between the registry and a protocol. The base opens and
 /// closes the port, keeps the connection or not, and answers to its device id; a driver adds the
-/// four protocol operations. Codes are those of ResultCode.h. Nothing throws.
+/// four protocol operations. Codes are those of ResultCode.h. An object owns its port and nothing
+/// else; names are copied. Called by one thread at a time. Nothing throws but `SetPathToDll` and
+/// `SetScalesName`, which throw std::bad_alloc: such an object is not to be used.
+///
+/// The registry sets an object up in this order, since each step needs the one before:
+///
+///     std::unique_ptr<IScalesObject> scale = createScales(20);
+///     scale->SetPathToDll(folder);
+///     scale->SetScalesName("7");
+///     scale->SetCoeff(1.0);
+///     scale->SetLeaveConn(0);
+///     if (scale->SetComPort("/dev/ttyS0", 9600, nullptr) == kSuccess) {
+///       scale->getScalesInfo(&weight, &price, &cost, &stable);
+///     }
 class IScalesObject {
  public:
   IScalesObject();
@@ -19,17 +33,21 @@ class IScalesObject {
   IScalesObject(const IScalesObject&) = delete;
   IScalesObject& operator=(const IScalesObject&) = delete;
 
-  /// Takes the device path and speed and tests the connection. Names are cut at 255 bytes.
+  /// Takes the device path and speed and tests the connection: opens it, and closes it again
+  /// unless it is to be kept. Names are cut at 255 bytes; `base` stays the caller's. 1 for a null
+  /// `port`, with nothing but `base` taken.
   virtual int SetComPort(const char* port, int baudRate, IAddInDefBase* base);
-  /// Takes the host and TCP port and tests the connection.
+  /// The same with host and TCP port.
   virtual int SetLanPort(const char* host, int tcpPort, IAddInDefBase* base);
-  /// Opens the port anew; a driver adds its line settings.
+  /// Opens the port anew, by what `SetComPort` or `SetLanPort` took; a driver adds its line
+  /// settings.
   virtual int OpenComPort();
   /// Returns 0.
   virtual int CloseComPort();
 
-  /// Reads the scale once. The units are the driver's own. `stable` is non-zero when the weight
-  /// doesn't move. What a failed call leaves in the outputs is the driver's matter too.
+  /// Reads the scale once, connecting if need be. The units are the driver's own. `stable` is
+  /// non-zero when the weight doesn't move. No output may be null; what a failed call leaves in
+  /// them is the driver's matter.
   virtual int getScalesInfo(double* weight, double* price, double* cost, long* stable) = 0;
   /// Sets the tare; drivers let the scale take what lies on it.
   virtual int pressT(double tare) = 0;
@@ -70,5 +88,9 @@ class IScalesObject {
   std::array<char, 256> scalesName = {};
   /// Not owned. Kept for scales that would report events; none does.
   IAddInDefBase* addInBase = nullptr;
-  CkString pathToDll;
+  /// The component's folder, UTF-8.
+  std::string pathToDll;
+
+ private:
+  int testConnection();
 };

@@ -1,9 +1,14 @@
 #include "SettingsEntry.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <array>
+#include <new>
 
 #include "CkString.h"
 #include "CkXml.h"
+#include "WholeText.h"
 
 namespace {
 
@@ -42,12 +47,23 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
+/// A file with bytes in it that may be read.
+bool hasContent(const std::string& path) {
+  struct stat facts = {};
+  return ::stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_size > 0 &&
+         ::access(path.c_str(), R_OK) == 0;
+}
+
 }  // namespace
 
 std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) {
   CkXml xml;
   xml.put_Utf8(true);
-  if (!xml.LoadXmlFile(path.c_str())) return std::nullopt;
+  if (!xml.LoadXmlFile(path.c_str())) {
+    // Of a file that is there the reader makes a document, whatever is in it.
+    if (hasContent(path)) throw std::bad_alloc();
+    return std::nullopt;
+  }
   std::vector<SettingsEntry> entries;
   for (std::size_t i = 0; i < kMostSettingsEntries; ++i) {
     xml.GetRoot2();
@@ -57,7 +73,7 @@ std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) 
     for (const auto& [name, field] : kTexts) {
       CkString text;
       xml.GetAttrValue(name, text);
-      entry.*field = text.getUtf8();
+      entry.*field = utf8Of(text);
     }
   }
   return entries;

@@ -44,7 +44,8 @@ struct SettingsEntry {
 };
 
 /// Reads a settings file by ascending element number; an attribute that isn't there is 0 or empty.
-/// Nothing for a file that can't be loaded.
+/// Nothing where there is no file to load, or an empty one. Throws std::bad_alloc if memory is too
+/// short for what the file holds, or if the file was replaced while it was read.
 ///
 ///     const auto entries = readSettings("/opt/orbelo/settings.xml");
 std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path);

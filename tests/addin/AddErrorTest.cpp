@@ -1,11 +1,17 @@
 // The component object's helpers that no export reaches.
 
+#include <pthread.h>
+
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "AddInNative.h"
 #include "MemoryManager.h"
+#include "MemoryWatch.h"
 #include "PlatformObject.h"
 #include "Variant.h"
 
@@ -62,6 +68,95 @@ TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
   EXPECT_FALSE(component.CallAsFunc(2, result.data(), params.data(), params.count()));
   EXPECT_TRUE(result.untouched());
   EXPECT_TRUE(params.untouchedFrom(0));
+}
+
+/// A platform that ends the calling thread while it is asked for memory.
+class CancellingManager final : public IMemoryManager {
+ public:
+  bool AllocMemory(void**, unsigned long) override {
+    ::pthread_cancel(::pthread_self());
+    ::pthread_testcancel();
+    return false;
+  }
+  void FreeMemory(void**) override {}
+};
+
+TEST(Boundary, LetsTheEndOfAThreadThrough) {
+  CancellingManager manager;
+  CAddInNative component;
+  component.setMemManager(&manager);
+  pthread_t thread = {};
+  const auto getVersion = [](void* object) -> void* {
+    tVariant result = {};
+    static_cast<CAddInNative*>(object)->CallAsFunc(0, &result, nullptr, 0);
+    return nullptr;
+  };
+  ASSERT_EQ(::pthread_create(&thread, nullptr, getVersion, &component), 0);
+  void* result = nullptr;
+  ASSERT_EQ(::pthread_join(thread, &result), 0);
+  EXPECT_EQ(result, PTHREAD_CANCELED);
+}
+
+/// Memory of the platform that isn't short when the component's is.
+class PlentifulManager final : public IMemoryManager {
+ public:
+  explicit PlentifulManager(fixture::MemoryManager& memory) : memory_(memory) {}
+  bool AllocMemory(void** memory, unsigned long bytes) override {
+    const int left = std::exchange(fixture::memoryWatch().left, -1);
+    const bool given = memory_.AllocMemory(memory, bytes);
+    fixture::memoryWatch().left = left;
+    return given;
+  }
+  void FreeMemory(void** memory) override { memory_.FreeMemory(memory); }
+
+ private:
+  fixture::MemoryManager& memory_;
+};
+
+TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
+  fixture::MemoryManager memory;
+  PlentifulManager plentiful(memory);
+  const std::u16string longText(200, u'x');
+  const fixture::Value none = fixture::kNothing;
+  const std::vector<std::vector<fixture::Value>> calls = {{},
+                                                          std::vector<fixture::Value>(7, none),
+                                                          {none},
+                                                          {none},
+                                                          {u"cport", longText},
+                                                          {none},
+                                                          {longText},
+                                                          {none, none},
+                                                          {},
+                                                          {},
+                                                          {longText, none},
+                                                          {longText, none},
+                                                          {longText, 5},
+                                                          {longText, none, none, none, none},
+                                                          {},
+                                                          {longText}};
+  constexpr std::size_t kAlwaysRefused = 14;
+  for (std::size_t method = 0; method < calls.size(); ++method) {
+    int refused = 0;
+    bool hit = true;
+    for (int blocks = 0; hit && blocks < 1000; ++blocks) {
+      CAddInNative component;
+      component.setMemManager(&plentiful);
+      fixture::Arguments params(memory, calls[method]);
+      fixture::ReturnValue result(memory);
+      bool executed = false;
+      {
+        const fixture::MemoryShortage shortage(blocks);
+        executed = component.CallAsFunc(static_cast<long>(method), result.data(), params.data(),
+                                        params.count());
+        hit = shortage.isHit();
+      }
+      EXPECT_TRUE(executed || method == kAlwaysRefused || result.untouched())
+          << method << " " << blocks;
+      refused += executed || method == kAlwaysRefused ? 0 : 1;
+    }
+    constexpr std::size_t kFirstWithText = 2;
+    EXPECT_EQ(refused > 0, method >= kFirstWithText && !calls[method].empty()) << method;
+  }
 }
 
 }  // namespace

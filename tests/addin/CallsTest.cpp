@@ -1,6 +1,4 @@
-// Calls as no careful host makes them: too few parameters, of the wrong kind, null, and huge.
-
-#include <string>
+// Calls as no careful host makes them: too few parameters, of the wrong kind, and null.
 
 #include <gtest/gtest.h>
 
@@ -88,36 +86,6 @@ TEST(Calls, TakeNullTextsAsEmptyOnes) {
     EXPECT_TRUE(component->RegisterExtensionAs(nullptr));
     // The file system's root is a folder.
     EXPECT_TRUE(component.call(u"SetPathDllFolder", {null})->returned(true));
-  }
-}
-
-TEST(Calls, TakeTextsOf64KiB) {
-  constexpr std::size_t kSize = 65536;
-  for (const char16_t letter : {u'9', u'/', u'Ж', u'￿'}) {
-    Component component;
-    const std::u16string wide(kSize, letter);
-    const std::string narrow(kSize, static_cast<char>(letter & 0xFF));
-    for (const Value& text : {Value{wide}, Value{narrow}}) {
-      EXPECT_TRUE(component.call(u"SetParameter", {text, 5})->returned(true));
-      for (const char16_t* name : {u"coeff", u"cport", u"ehost"}) component.set(name, text);
-      for (const TextMethod& method : kTextMethods) {
-        EXPECT_TRUE(
-            component.call(method.name, {text, kNothing, kNothing, kNothing, kNothing})->executed);
-      }
-      for (const int model : {kEmulator, 13}) {
-        component.set(u"model", model);
-        component.set(u"conntype", 0);
-        const std::u16string id = component.open();
-        EXPECT_EQ(component.lastError(), model == kEmulator ? 0U : 1U);
-        component.call(u"GetWeight", {id, kNothing});
-        EXPECT_NE(component.lastError(), 8U);
-        component.call(u"DeviceTest", {kNothing, kNothing});
-      }
-      component.set(u"conntype", 1);
-      component.set(u"eport", 20108);
-      component.open();
-      EXPECT_EQ(component.lastError(), 1U);
-    }
   }
 }
 

@@ -1,5 +1,6 @@
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -38,23 +39,17 @@ TEST_F(ScalesWrapper, SetsAScaleUpInAFixedOrder) {
                                        "network host 20108", "close", "close"));
 }
 
-TEST_F(ScalesWrapper, KeepsAScaleWhoseTestFailed) {
+TEST_F(ScalesWrapper, KeepsAScaleWhoseTestFailedAndNothingOfOneThatItCantMake) {
+  EXPECT_EQ(scales_.AddScalesObject(nullptr, 9600, 1, 0, "7", 0, 1.0), 1);
+  for (const int model : {-1, 0, 5, 42}) EXPECT_EQ(add("7", "port", model), 5);
+  EXPECT_EQ(scales_.GetLastError(), 5);
+  EXPECT_FALSE(knows("7"));
+  EXPECT_EQ(world_.alive, 0);
   world_.openCode = 1;
   EXPECT_EQ(add("7"), 1);
   EXPECT_EQ(scales_.GetLastError(), 1);
   EXPECT_TRUE(knows("7"));
   EXPECT_TRUE(knows("port"));
-}
-
-TEST_F(ScalesWrapper, LeavesNothingOfAScaleThatItCantMake) {
-  EXPECT_EQ(scales_.AddScalesObject(nullptr, 9600, 1, 0, "7", 0, 1.0), 1);
-  EXPECT_EQ(scales_.GetLastError(), 1);
-  for (const int model : {-1, 0, 5, 42}) {
-    EXPECT_EQ(add("7", "port", model), 5);
-    EXPECT_EQ(scales_.GetLastError(), 5);
-  }
-  EXPECT_FALSE(knows("7"));
-  EXPECT_EQ(world_.alive, 0);
 }
 
 TEST_F(ScalesWrapper, ReplacesAKnownId) {
@@ -124,29 +119,21 @@ TEST_F(ScalesWrapper, ForgetsEveryScaleThatAnswers) {
 
 TEST_F(ScalesWrapper, MultipliesTheWeightWhateverTheCode) {
   scales_.AddScalesObject("port", 9600, 1, 0, "7", 0, 0.5);
-  for (const int code : {0, 3, 7}) {
+  // An unknown scale leaves all as it was.
+  for (const auto& [id, code, expected] :
+       {std::tuple{"7", 0, 1.25}, std::tuple{"7", 7, 1.25}, std::tuple{"8", 8, 9.0}}) {
     world_.code = code;
-    double weight = -1;
-    double price = -1;
-    double cost = -1;
-    long stable = -1;
-    EXPECT_EQ(scales_.getScalesInfo("7", weight, price, cost, stable), code);
+    double weight = 9.0;
+    double price = 10.0;
+    double cost = 25.0;
+    long stable = 1;
+    EXPECT_EQ(scales_.getScalesInfo(id, weight, price, cost, stable), code);
     EXPECT_EQ(scales_.GetLastError(), code);
-    EXPECT_EQ(weight, 1.25);
+    EXPECT_EQ(weight, expected);
     EXPECT_EQ(price, 10.0);
     EXPECT_EQ(cost, 25.0);
     EXPECT_EQ(stable, 1);
   }
-  double weight = 9.0;
-  double price = 8.0;
-  double cost = 7.0;
-  long stable = 6;
-  EXPECT_EQ(scales_.getScalesInfo("8", weight, price, cost, stable), 8);
-  EXPECT_EQ(scales_.GetLastError(), 8);
-  EXPECT_EQ(weight, 9.0);
-  EXPECT_EQ(price, 8.0);
-  EXPECT_EQ(cost, 7.0);
-  EXPECT_EQ(stable, 6);
 }
 
 TEST_F(ScalesWrapper, HandsCommandsOn) {
@@ -197,9 +184,7 @@ TEST_F(ScalesWrapper, MakesScalesFromItsParameters) {
 TEST_F(ScalesWrapper, EndsWithAllItsScales) {
   {
     CScalesWrapper scales(makeFake);
-    for (const char* id : {"1", "2", "3"}) {
-      scales.AddScalesObject("port", 9600, 1, 0, id, 0, 1.0);
-    }
+    for (const char* id : {"1", "2", "3"}) scales.AddScalesObject("port", 9600, 1, 0, id, 0, 1.0);
     EXPECT_EQ(world_.alive, 3);
   }
   EXPECT_EQ(world_.alive, 0);

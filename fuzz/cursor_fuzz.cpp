@@ -14,6 +14,7 @@
 #include "CkString.h"
 #include "CkXml.h"
 #include "ClsXml.h"
+#include "MemoryWatch.h"
 #include "StringBuffer.h"
 #include "TreeNode.h"
 
@@ -55,30 +56,49 @@ std::string name(FuzzedDataProvider& input) {
   return input.ConsumeBool() ? input.PickValueInArray(kNames) : input.ConsumeRandomLengthString(20);
 }
 
+/// As a cursor reads a name, up to its first NUL byte.
+std::string trimmed(const std::string& text) {
+  constexpr const char* kBlanks = " \t\r\n";
+  const std::string whole = text.c_str();
+  const std::size_t from = whole.find_first_not_of(kBlanks);
+  return from == std::string::npos ? ""
+                                   : whole.substr(from, whole.find_last_not_of(kBlanks) + 1 - from);
+}
+
 void useHandle(CkXml& xml, FuzzedDataProvider& input) {
+  const int operation = input.ConsumeIntegralInRange(0, 6);
+  const std::string content =
+      operation == 0 ? input.ConsumeRandomLengthString(2000) : std::string();
+  const std::string wanted = name(input);
+  const bool on = input.ConsumeBool();
+  const MemoryFile file(content);
+  const std::string path = file.path();
+  const int allocations = input.ConsumeBool() ? input.ConsumeIntegralInRange(0, 40) : -1;
+  const fixture::MemoryShortage shortage(allocations);
+  const bool isMemoryShort = allocations >= 0;
   CkString value;
-  switch (input.ConsumeIntegralInRange(0, 6)) {
+  switch (operation) {
     case 0: {
-      const std::string content = input.ConsumeRandomLengthString(2000);
-      const bool loaded = xml.LoadXmlFile(MemoryFile(content).path().c_str());
-      // A byte order mark or a declared encoding can leave nothing of a document.
-      check(!loaded || !content.empty());
+      const bool loaded = xml.LoadXmlFile(path.c_str());
+      check(isMemoryShort || loaded == !content.empty());
       break;
     }
     case 1:
       xml.GetRoot2();
       check(xml.get_LastMethodSuccess());
       break;
-    case 2: xml.FindChild2(name(input).c_str()); break;
+    case 2: check(xml.FindChild2(wanted.c_str()) == xml.get_LastMethodSuccess()); break;
     case 3: {
-      const std::string attribute = name(input);
-      const bool found = xml.GetAttrValue(attribute.c_str(), value);
-      check(found || (value.getNumChars() == 0 && xml.GetAttrValueInt(attribute.c_str()) == 0));
+      const bool found = xml.GetAttrValue(wanted.c_str(), value);
+      check(found || isMemoryShort ||
+            (value.getNumChars() == 0 && xml.GetAttrValueInt(wanted.c_str()) == 0));
       break;
     }
-    case 4: check(xml.lastErrorText() != nullptr && xml.lastErrorXml() != nullptr); break;
-    case 5: xml.put_Utf8(input.ConsumeBool()); break;
-    default: xml.put_VerboseLogging(input.ConsumeBool()); break;
+    case 4:
+      check((xml.lastErrorText() != nullptr && xml.lastErrorXml() != nullptr) || isMemoryShort);
+      break;
+    case 5: xml.put_Utf8(on); break;
+    default: xml.put_VerboseLogging(on); break;
   }
 }
 
@@ -94,8 +114,22 @@ void useCursors(std::array<Cursor, 3>& cursors, FuzzedDataProvider& input) {
       break;
     }
     case 1: cursor->GetRoot2(); break;
-    case 2: cursor->findChild2(name(input).c_str()); break;
-    case 3: cursor->getAttrValue(name(input).c_str(), value); break;
+    case 2: {
+      const std::string tag = name(input);
+      const TreeNode* const before = cursor->getTree();
+      const TreeNode* const child = before->getChild(trimmed(tag).c_str(), nullptr);
+      // A search needs no memory.
+      const fixture::MemoryShortage shortage(input.ConsumeIntegralInRange(-1, 4));
+      check(cursor->findChild2(tag.c_str()) == (child != nullptr));
+      check(cursor->getTree() == (child == nullptr ? before : child));
+      break;
+    }
+    case 3: {
+      const std::string attribute = name(input);
+      const fixture::MemoryShortage shortage(input.ConsumeIntegralInRange(-1, 4));
+      check(cursor->getAttrValue(attribute.c_str(), value) || value.empty());
+      break;
+    }
     case 4: cursor.reset(); break;
     default: {
       Cursor copy(new ClsXml(*cursor));

@@ -7,10 +7,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "AttributeSet.h"
 #include "DataBuffer.h"
 #include "LogBase.h"
+#include "MemoryWatch.h"
 #include "ParseEngine.h"
 #include "StringBuffer.h"
 #include "TreeInfo.h"
@@ -23,6 +26,7 @@ enum Option : std::uint8_t {
   kPreventDuplicates = 2,
   kLowercaseNames = 4,
   kConvertFirst = 8,
+  kMemoryRunsShort = 16,
 };
 
 void check(bool holds) {
@@ -69,6 +73,44 @@ void checkTree(const UncountedTree& tree) {
   }
 }
 
+/// True if all of the one stands at its place in the other.
+bool isPart(const TreeNode& part, const TreeNode& whole) {
+  if (!whole.tagEquals(part.getTag()) || !whole.getContent().starts_with(part.getContent())) {
+    return false;
+  }
+  if (const AttributeSet* const attributes = part.getAttributes()) {
+    const AttributeSet* const all = whole.getAttributes();
+    for (std::size_t i = 0; i < attributes->getNumAttributes(); ++i) {
+      if (all == nullptr || attributes->getAttribute(i) != all->getAttribute(i)) return false;
+    }
+  }
+  return part.getNumChildren() <= whole.getNumChildren();
+}
+
+/// What was read before memory ran short is a part of the document.
+void checkShortage(std::string_view text, int allocations, bool autoTrim) {
+  ParseEngine engine(text);
+  const UncountedTree whole = TreeNode::customParse(engine, nullptr, autoTrim, false, false);
+  UncountedTree tree;
+  {
+    ParseEngine again(text);
+    const fixture::MemoryShortage shortage(allocations);
+    tree = TreeNode::customParse(again, nullptr, autoTrim, false, false);
+  }
+  if (tree == nullptr) return;
+  checkTree(tree);
+  if (tree->tagEquals("empty")) return;  // before its first element
+  std::vector<std::pair<const TreeNode*, const TreeNode*>> pairs = {{tree.get(), whole.get()}};
+  while (!pairs.empty()) {
+    const auto [part, full] = pairs.back();
+    pairs.pop_back();
+    check(isPart(*part, *full));
+    for (int i = 0; i < part->getNumChildren(); ++i) {
+      pairs.emplace_back(part->getChild(i), full->getChild(i));
+    }
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -87,12 +129,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bytes.append(data + 1, n);
     check(bytes.convertXmlToUtf8(log) == (n > 0));
     // A declaration can name an encoding that leaves nothing of the document.
-    if (!bytes.empty()) parse({reinterpret_cast<const char*>(bytes.getData2()), bytes.getSize()});
+    checkTree(TreeNode::customParseDb(bytes, nullptr, (options & kAutoTrim) != 0, false, false));
     return 0;
   }
   // A block of its own, so that a look behind the text is seen.
   const auto block = std::make_unique<char[]>(n);
   if (n > 0) std::memcpy(block.get(), data + 1, n);
+  if ((options & kMemoryRunsShort) != 0 && n > 0) {
+    checkShortage({block.get(), n}, data[1], (options & kAutoTrim) != 0);
+    return 0;
+  }
   parse({block.get(), n});
   return 0;
 }

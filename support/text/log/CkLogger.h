@@ -32,7 +32,6 @@ class _ckLogger : public LogBase, public KestrumCritSec {
   /// A null value is "(NULL)".
   bool LogData(const char* tag, const char* value) override;
 
-  // Nobody calls these three but what is to come; null logging silences them, too.
   bool DbgLogInfo(const char* message) override;
   bool DbgLogData(const char* tag, const char* value) override;
   bool DbgLogInt(const char* tag, int value) override;

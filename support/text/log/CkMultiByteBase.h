@@ -17,7 +17,8 @@ class XString;
 /// or UTF-8 after put_Utf8(true).
 ///
 /// Results of type `const char*` lie in a ring of ten strings of the handle: such a pointer is good
-/// for the next nine calls that return one. One thread at a time.
+/// for the next nine calls that return one. One thread at a time. The driver itself reads no log:
+/// what is here is for who calls the library's classes by name.
 class ORBELO_PUBLIC CkMultiByteBase : public CkObject {
  public:
   ~CkMultiByteBase() override;

@@ -40,7 +40,8 @@ class LogSwitch {
 
 /// The log that inner operations take: lines and tagged data in nested contexts. This base throws
 /// everything away. Texts are UTF-8; a null pointer is an empty text. The operations return
-/// whether the message was taken, and nobody has to care.
+/// whether the message was taken, and nobody has to care. What the layers here don't call yet are
+/// LogDataBool(), LogHex(), LogStringMax(), LogElapsedMs(), the DbgLog and the push family.
 class LogBase {
  public:
   LogBase() = default;

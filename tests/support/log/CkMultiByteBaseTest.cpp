@@ -1,6 +1,7 @@
 #include <array>
 #include <new>
 #include <set>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -112,18 +113,15 @@ TEST(CkMultiByteBase, ALineCanBePutInFromOutside) {
 }
 
 TEST(CkMultiByteBase, LocksCanBeSwitchedOffForAllThatFollow) {
-  const auto option = [](ClsProbe& object, const char* text) {
-    XString options;
-    options.setFromUtf8(text);
-    object.put_UncommonOptions(options);
-    return LogBase::m_singleThreaded.load();
-  };
-  ClsProbe probe;
-  EXPECT_TRUE(option(probe, "singlethreaded"));
-  ClsProbe without;
-  without.work("still works");
-  EXPECT_TRUE(option(probe, "else"));
-  EXPECT_FALSE(option(probe, "MultiThreaded"));
+  for (const auto& [text, areOff] : {std::pair("singlethreaded", true), std::pair("else", true),
+                                     std::pair("MultiThreaded", false)}) {
+    ClsProbe probe;
+    XString option;
+    option.setFromUtf8(text);
+    probe.put_UncommonOptions(option);
+    EXPECT_EQ(LogBase::m_singleThreaded, areOff);
+    probe.work("still works");
+  }
 }
 
 TEST(CkMultiByteBase, AResultOutlivesTheNextNine) {

@@ -72,23 +72,20 @@ TEST(TreeNode, WithoutAParentIsARoot) {
 
 // An invalid node answers nothing, and its siblings are found all the same.
 TEST(TreeNode, ThatIsInvalidHidesNoSibling) {
+  constexpr unsigned char kAlive = 0xCE;
   const UncountedTree root = parse("<r><a/><b/></r>");
   TreeNode* const a = root->getChild(0);
-  auto* const bytes = reinterpret_cast<unsigned char*>(a);
-  std::vector<unsigned char> before(bytes, bytes + sizeof *a);
-  // The mark is the one byte with this value that makes the node invalid.
-  std::size_t mark = 0;
-  for (; mark < before.size(); ++mark) {
-    if (before[mark] != 0xCE) continue;
-    bytes[mark] = 0x31;
-    if (!a->checkTreeNodeValidity()) break;
-    bytes[mark] = before[mark];
-  }
-  ASSERT_LT(mark, before.size());
+  auto* mark = reinterpret_cast<unsigned char*>(a) + sizeof *a;
+  do {
+    while (*--mark != kAlive) {
+    }
+    *mark = 0x31;
+    if (a->checkTreeNodeValidity()) *mark = kAlive;  // some other byte
+  } while (a->checkTreeNodeValidity());
   EXPECT_EQ(a->getTag(), nullptr);
   EXPECT_EQ(root->getChild("a", nullptr), nullptr);
   EXPECT_EQ(root->getChild("b", nullptr), root->getChild(1));
-  bytes[mark] = 0xCE;
+  *mark = kAlive;
 }
 
 TEST(TreeNode, FindsDirectChildren) {

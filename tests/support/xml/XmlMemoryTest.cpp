@@ -107,19 +107,4 @@ TEST(XmlMemory, MayRunShortAnywhereInASearch) {
   EXPECT_EQ(found, 3);
 }
 
-TEST(XmlMemory, MayRunShortAnywhereInALoad) {
-  const fixture::TempFolder folder;
-  const std::string path = folder.write("settings.xml", documents::settings(2));
-  bool finished = false;
-  for (int allocations = 0; !finished && allocations < 1000; ++allocations) {
-    const MemoryShortage shortage(allocations);
-    CkXml xml;
-    CkString value;
-    const bool found = xml.LoadXmlFile(path.c_str()) && xml.FindChild2("SCALES1");
-    xml.GetAttrValue("fHost", value);
-    finished = found && xml.GetAttrValueInt("fType") == 20 && !shortage.isHit();
-  }
-  EXPECT_TRUE(finished);
-}
-
 }  // namespace

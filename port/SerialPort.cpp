@@ -9,11 +9,17 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "Cancellation.h"
+
 namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
 
 constexpr std::uint8_t kClosed = 0;
 constexpr std::uint8_t kOpen = 1;
@@ -39,15 +45,47 @@ constexpr std::array<Speed, 9> kSpeeds = {{{600, B600},
                                            {57600, B57600},
                                            {115200, B115200}}};
 
-/// Device numbers of the line side of pseudo-terminals on Linux.
-constexpr unsigned kFirstPtyMajor = 136;
-constexpr unsigned kLastPtyMajor = 143;
+/// Device number of the line side of every pseudo-terminal on Linux.
+constexpr unsigned kPtyMajor = 136;
 
 bool isPseudoTerminal(int fileDesc) {
   struct stat info = {};
-  if (::fstat(fileDesc, &info) != 0 || !S_ISCHR(info.st_mode)) return false;
-  const unsigned device = major(info.st_rdev);
-  return device >= kFirstPtyMajor && device <= kLastPtyMajor;
+  return ::fstat(fileDesc, &info) == 0 && S_ISCHR(info.st_mode) && major(info.st_rdev) == kPtyMajor;
+}
+
+/// How long a line may be without room for what is written: longer than a line at 600 baud takes
+/// for the longest request, shorter than a cashier's patience.
+constexpr milliseconds kLongestWait{2000};
+
+/// While it lives, a write that finds too little room takes what there is and doesn't wait.
+class NonBlocking {
+ public:
+  explicit NonBlocking(int fileDesc) : fileDesc_(fileDesc), flags_(::fcntl(fileDesc, F_GETFL)) {
+    ::fcntl(fileDesc_, F_SETFL, flags_ | O_NONBLOCK);
+  }
+  NonBlocking(const NonBlocking&) = delete;
+  NonBlocking& operator=(const NonBlocking&) = delete;
+  ~NonBlocking() { ::fcntl(fileDesc_, F_SETFL, flags_); }
+
+ private:
+  int fileDesc_;
+  int flags_;
+};
+
+/// Nothing to read, and the line is there.
+bool isSilent(int fileDesc) {
+  pollfd line = {fileDesc, POLLIN, 0};
+  return fileDesc >= 0 && ::poll(&line, 1, 0) == 0;
+}
+
+/// False once the line has had no room until `end`.
+bool awaitRoom(int fileDesc, Clock::time_point end) {
+  for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
+    pollfd line = {fileDesc, POLLOUT, 0};
+    if (::poll(&line, 1, static_cast<int>(std::max<long>(left, 0))) > 0) return true;
+    if (left <= 0) return false;
+  }
 }
 
 /// A line whose adapter was pulled out reads as if it were silent, for ever.
@@ -140,6 +178,7 @@ COMPort::COMPort()
 COMPort::COMPort(const char* path) : COMPort() { Open(path); }
 
 COMPort::~COMPort() {
+  const CancellationHeld held;
   try {
     Close();
   } catch (const std::exception&) {
@@ -151,8 +190,11 @@ void COMPort::Open(const char* path) {
   if (path == nullptr) {
     throw std::runtime_error("Attempted to open file when file path has not been assigned to.");
   }
-  Close();
-  fileDesc = ::open(path, O_RDWR);
+  // Without O_NOCTTY a line becomes the terminal of a host that leads a session, and pulling out
+  // its adapter ends that host. A program that the host starts has no business with the line.
+  const int opened = ::open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (fileDesc != kNoDescriptor) ::close(fileDesc);
+  fileDesc = opened;
   if (fileDesc == kNoDescriptor) {
     throw std::runtime_error(
         "Could not open device. Is the device name correct and do you have read/write "
@@ -228,6 +270,8 @@ unsigned long COMPort::read(void* buffer, unsigned long size) {
         "Read() was called but file descriptor (fileDesc) was 0, indicating file has not been "
         "opened.");
   }
+  // Another program may have set the line so that a read waits for bytes.
+  if (timeout_ms == 0 && isSilent(fileDesc)) return 0;
   const ssize_t count = ::read(fileDesc, buffer, size);
   if (count < 0 || (count == 0 && size > 0 && isHungUp(fileDesc))) throwSystemError();
   return static_cast<unsigned long>(count);
@@ -240,9 +284,14 @@ unsigned long COMPort::write(const void* data, unsigned long size) {
   if (fileDesc < 0) {
     throwError(kWrite, " called but file descriptor < 0, indicating file has not been opened.");
   }
-  const ssize_t count = ::write(fileDesc, data, size);
-  if (count == -1) throwSystemError();
-  return static_cast<unsigned long>(count);
+  const NonBlocking nonBlocking(fileDesc);
+  const Clock::time_point end = Clock::now() + kLongestWait;
+  while (awaitRoom(fileDesc, end)) {
+    const ssize_t count = ::write(fileDesc, data, size);
+    if (count >= 0) return static_cast<unsigned long>(count);
+    if (errno != EAGAIN && errno != EINTR) break;
+  }
+  throwSystemError();
 }
 
 termios COMPort::GetTermios() const {

@@ -8,7 +8,13 @@
 
 /// One open serial line in raw mode. Reads never wait. All troubles are exceptions: a
 /// `std::runtime_error` with a text of its own, or a `std::system_error` that carries EFAULT
-/// whatever the real cause was.
+/// whatever the real cause was. The object owns the descriptor; it has no lock.
+///
+///     COMPort line("/dev/ttyUSB0");  // 4800 baud, 8N1
+///     line.setBitRate(9600);
+///     line.write("W\r", 2);
+///     unsigned char answer[20];
+///     const unsigned long count = line.read(answer, sizeof answer);  // what has come until now
 class COMPort {
  public:
   enum Parity : std::int32_t { None = 0, Odd = 1, Even = 2, Mark = 3, Space = 4 };
@@ -25,7 +31,8 @@ class COMPort {
   COMPort(const COMPort&) = delete;
   COMPort& operator=(const COMPort&) = delete;
 
-  /// Opens the device and applies the stored settings.
+  /// Opens the device and applies the stored settings. A line that is open is given up, also when
+  /// the new one can't be had. `path` is in the encoding of the file system.
   void Open(const char* path);
   void Close();
 
@@ -45,9 +52,10 @@ class COMPort {
   void SetTimeout(std::int32_t timeout_ms);
 
   /// Reads what the line has, up to `size` bytes; 0 if there is nothing. A line that was hung up,
-  /// as when its adapter is pulled out, is a failure.
+  /// as when its adapter is pulled out, is a failure. `buffer` must hold `size` bytes.
   unsigned long read(void* buffer, unsigned long size);
-  /// Writes once and returns the number of bytes taken, which may be fewer than `size`.
+  /// Writes once and returns the number of bytes taken, which may be fewer than `size`. Waits for
+  /// room at most 2 s, and then fails.
   unsigned long write(const void* data, unsigned long size);
 
   termios GetTermios() const;

@@ -1,10 +1,13 @@
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -283,6 +286,62 @@ TEST(SerialPort, TransfersWhatTheLineHasAndNeverWaits) {
   EXPECT_EQ(fixture::hex(line.receive(frame.size())), fixture::hex(frame));
 }
 
+/// Another program may have set the line so that a read waits for bytes.
+TEST(SerialPort, ReadDoesntWaitWhateverTheLineIsSetTo) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  termios settings = line.settings();
+  settings.c_cc[VMIN] = 1;
+  line.apply(settings);
+  std::array<std::uint8_t, 8> buffer = {};
+  EXPECT_EQ(port.read(buffer.data(), buffer.size()), 0U);
+  line.send(bytes("01"));
+  EXPECT_EQ(port.read(buffer.data(), buffer.size()), 1U);
+}
+
+TEST(SerialPort, WriteToAStuckLineFailsAfterTwoSeconds) {
+  PtyLine line;
+  COMPort port(line.path().c_str());
+  const Bytes much(4096, 0x55);
+  std::string error = "nothing was thrown";
+  auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < 100 && error == "nothing was thrown"; ++i) {
+    begin = std::chrono::steady_clock::now();
+    error = errorOf([&] { port.write(much.data(), much.size()); });
+  }
+  EXPECT_EQ(error, kSystemError);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+}
+
+/// A host that leads a session and takes the line for its terminal dies when the adapter goes.
+TEST(SerialPort, LineIsNobodysTerminal) {
+  PtyLine line;
+  const pid_t host = ::fork();
+  ASSERT_GE(host, 0);
+  if (host == 0) {
+    ::setsid();
+    const COMPort port(line.path().c_str());
+    ::_exit(::open("/dev/tty", O_RDWR | O_CLOEXEC) < 0 ? EXIT_SUCCESS : EXIT_FAILURE);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(host, &status, 0), host);
+  EXPECT_EQ(status, EXIT_SUCCESS);
+}
+
+TEST(SerialPort, OpeningAgainGivesTheFirstLineUp) {
+  PtyLine first;
+  PtyLine second;
+  const auto before = fixture::openDescriptors();
+  COMPort port(first.path().c_str());
+  port.Open(second.path().c_str());
+  EXPECT_EQ(fixture::openDescriptors(), before + 1);
+  const Bytes frame = bytes("05");
+  EXPECT_EQ(port.write(frame.data(), frame.size()), 1U);
+  EXPECT_EQ(second.receive(1), frame);
+  EXPECT_EQ(errorOf([&] { port.Open("/dev/none"); }), kCantOpen);
+  EXPECT_EQ(fixture::openDescriptors(), before);
+}
+
 TEST(SerialPort, EveryChangeOfSettingsDiscardsWhatCame) {
   using Change = std::function<void(COMPort&)>;
   PtyLine line;
@@ -361,23 +420,6 @@ TEST(SerialPort, ARefusedCloseGivesTheDescriptorUp) {
             "descriptor < 0, indicating file has not been opened.");
   port.Close();
   EXPECT_EQ(::close(next), 0);
-}
-
-TEST(SerialPort, DescriptorZeroCountsAsNotOpened) {
-  PtyLine line;
-  const int input = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
-  ::close(STDIN_FILENO);
-  {
-    COMPort port(line.path().c_str());
-    std::uint8_t byte = 0;
-    EXPECT_EQ(errorOf([&] { port.read(&byte, 1); }),
-              "Read() was called but file descriptor (fileDesc) was 0, indicating file has not "
-              "been opened.");
-  }
-  if (input >= 0) {
-    ::dup2(input, STDIN_FILENO);
-    ::close(input);
-  }
 }
 
 TEST(SerialPort, AHangUpFailsEveryTransfer) {

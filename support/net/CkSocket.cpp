@@ -2,23 +2,20 @@
 
 #include <cstdint>
 
+#include "Cancellation.h"
 #include "ClsSocket.h"
 #include "DataBuffer.h"
 #include "XString.h"
 
 namespace {
 
-/// Runs an operation of the inner object and keeps its result as that of the last method.
+/// Runs an operation of the inner object and keeps its result as that of the last method. Short
+/// memory is a failure like any other.
 template <typename Operation>
 bool run(ClsSocket* socket, Operation operation) {
   if (socket == nullptr) return false;
   socket->put_LastMethodSuccess(false);
-  bool ok = false;
-  try {
-    ok = operation(*socket);
-  } catch (...) {
-    // Out of memory: a failure like any other.
-  }
+  const bool ok = unlessThrown([&] { return operation(*socket); }, [] { return false; });
   socket->put_LastMethodSuccess(ok);
   return ok;
 }
@@ -33,9 +30,16 @@ ClsSocket* CkSocket::impl() const { return static_cast<ClsSocket*>(aliveBase());
 
 bool CkSocket::Connect(const char* hostname, int port, bool ssl, int maxWaitMs) {
   return run(impl(), [&](ClsSocket& socket) {
-    XString host;
-    setArgument(host, hostname);
-    return socket.Connect(host, port, ssl, static_cast<std::uint32_t>(maxWaitMs));
+    return unlessThrown(
+        [&] {
+          XString host;
+          setArgument(host, hostname);
+          return socket.Connect(host, port, ssl, static_cast<std::uint32_t>(maxWaitMs));
+        },
+        [&] {
+          socket.giveUpConnect();
+          return false;
+        });
   });
 }
 

@@ -7,14 +7,26 @@
 class ClsSocket;
 
 /// One TCP client connection. Results are false on failure; lastErrorText() then tells the story.
-/// Nothing throws.
+/// Nothing throws. The object owns the connection, and may be used by one thread in each
+/// direction.
+///
+///     CkSocket socket;
+///     if (!socket.Connect("192.168.0.20", 20108, false, 10000)) return;
+///     socket.put_MaxReadIdleMs(100);
+///     CkByteData request, answer;
+///     request.append2("W\r", 2);
+///     if (socket.SendBytes(request) && socket.ReceiveBytesN(14, answer)) use(answer);
+///     socket.Close(5000);
 class ORBELO_PUBLIC CkSocket : public CkMultiByteBase {
  public:
   CkSocket();
   ~CkSocket() override;
 
-  /// Connects within `maxWaitMs`, 0 meaning 6 hours. `hostname` is a name or a numeric address; of
-  /// a URL the host counts. `ssl` is not available and fails.
+  /// Connects, with at most `maxWaitMs` for the host to answer; 0 means 6 hours. Looking up a name
+  /// takes what the system's resolver takes, and a host that refuses is asked up to four times.
+  /// `hostname` is a name or a numeric address, in UTF-8 or the ANSI code page as put_Utf8() says;
+  /// of a URL the host counts. A connection that exists is given up. `ssl` is not available and
+  /// fails.
   bool Connect(const char* hostname, int port, bool ssl, int maxWaitMs);
   /// Longest silence while receiving, in milliseconds; 0 means 56 hours.
   void put_MaxReadIdleMs(int ms);
@@ -28,7 +40,8 @@ class ORBELO_PUBLIC CkSocket : public CkMultiByteBase {
   /// Appends exactly `numBytes` bytes to `data`; false if they don't come within the idle limit,
   /// and then `data` holds those that did.
   bool ReceiveBytesN(unsigned long numBytes, CkByteData& data);
-  /// False once the line is found dead.
+  /// Looks at the line, and is false once that is found dead. Bytes that have come and were not
+  /// yet taken hide the peer's goodbye.
   bool get_IsConnected();
   /// Ends the connection, waiting for the peer's goodbye at most `maxWaitMs` (0: 30 seconds).
   bool Close(int maxWaitMs);

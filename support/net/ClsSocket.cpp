@@ -47,6 +47,12 @@ bool ClsSocket::Connect(XString& hostname, int port, bool ssl, std::uint32_t max
   return connected;
 }
 
+void ClsSocket::giveUpConnect() {
+  const CritSecExitor lock(this);
+  m_connection.reset();
+  m_connectFailReason = static_cast<int>(ConnectFailReason::InternalError);
+}
+
 bool ClsSocket::connectTo(XString& hostname, int port, bool ssl, std::uint32_t maxWaitMs) {
   StringBuffer host;
   host.setString(hostname.getUtf8());
@@ -221,6 +227,8 @@ bool ClsSocket::receiveSome(std::uint32_t& wanted, std::uint32_t idleMs, DataBuf
         m_connection->readAheadBuffer().append(data.getDataAt2(before + wanted), surplus);
     data.shorten(surplus);
     if (!kept) {
+      // The next receive would go on behind the gap, and take the middle of a frame for its start.
+      m_connection.reset();
       m_receiveFailReason = General;
       return false;
     }

@@ -36,6 +36,8 @@ class ClsSocket : public ClsBase {
 
   /// Replaces a connection that exists. `maxWaitMs` 0 means 6 hours.
   bool Connect(XString& hostname, int port, bool ssl, std::uint32_t maxWaitMs);
+  /// After an exception in Connect: no connection, and a reason.
+  void giveUpConnect();
   /// 0 means 56 hours.
   void put_MaxReadIdleMs(std::uint32_t ms);
   void put_MaxReadMs(std::uint32_t ms);

@@ -1,6 +1,7 @@
 #include "DnsCache.h"
 
 #include <memory>
+#include <utility>
 
 #include "CkHashMap.h"
 #include "KestrumCritSec.h"
@@ -23,8 +24,8 @@ struct Generations {
   std::unique_ptr<_ckHashMap> old;
 
   void rotate() {
-    old = std::move(fresh);
-    fresh = std::make_unique<_ckHashMap>(kBuckets);
+    auto next = std::make_unique<_ckHashMap>(kBuckets);
+    old = std::exchange(fresh, std::move(next));
   }
 };
 

@@ -1,7 +1,6 @@
 // How a KestrumSocket gets its connection.
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <unistd.h>
 
@@ -45,6 +44,7 @@ bool KestrumSocket::connectSocket(const StringBuffer& host, int port, const TcpS
                                   SocketParams& params, LogBase& log) {
   const Target target = {
       host, port, settings.connectTimeoutMs == 0 ? kConnectForever_ms : settings.connectTimeoutMs};
+  bufferSizesAtMaking(settings);
   // The names of this host need no resolver, which may be slow or missing on a till.
   if (host.equalsIgnoreCase("localhost") || host.equals("127.0.0.1")) {
     return connectLocalhost(target, params, log);
@@ -117,7 +117,7 @@ bool KestrumSocket::makeSocket(int family, int type, int protocol, SocketParams&
                                const char* complaint, LogBase& log) {
   ensureSocketClosed();
   // A program that the platform starts shall not hold the scale's only connection.
-  m_socketFd = ::socket(family, type | SOCK_CLOEXEC, protocol);
+  m_socketFd = ::socket(family, type | SOCK_NONBLOCK | SOCK_CLOEXEC, protocol);
   if (!isOpen()) {
     const int error = errno;
     log.LogError(complaint);
@@ -133,8 +133,6 @@ bool KestrumSocket::makeSocket(int family, int type, int protocol, SocketParams&
 bool KestrumSocket::connectSocketInner(const sockaddr* address, socklen_t size,
                                        std::uint32_t timeoutMs, SocketParams& params,
                                        LogBase& log) {
-  const int flags = ::fcntl(m_socketFd, F_GETFL);
-  if (flags < 0 || ::fcntl(m_socketFd, F_SETFL, flags | O_NONBLOCK) != 0) log.LogLastErrorOS();
   if (::connect(m_socketFd, address, size) != 0) {
     if (errno != EINPROGRESS) {
       log.LogLastErrorOS();

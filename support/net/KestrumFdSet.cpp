@@ -5,15 +5,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
+#include <climits>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
 /// poll() counts in int, which a wait of a month exceeds.
-constexpr milliseconds kLongestPoll = std::chrono::hours(24);
+constexpr std::uint32_t kLongestPoll_ms = INT_MAX;
 
 short pollEvents(KestrumFdSet::For what) {
   switch (what) {
@@ -45,14 +42,8 @@ KestrumFdSet::Answer KestrumFdSet::fdSelect(int fd, For what, std::uint32_t ms) 
 }
 
 KestrumFdSet::Answer KestrumFdSet::fdSocketWait(int fd, For what, std::uint32_t ms) {
-  const Clock::time_point end = Clock::now() + milliseconds(ms);
-  for (;;) {
-    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
-    pollfd waiting = {fd, pollEvents(what), 0};
-    const int ready = ::poll(
-        &waiting, 1, static_cast<int>(std::clamp(left, milliseconds(0), kLongestPoll).count()));
-    if (ready > 0) return Answer::Ready;
-    if (ready < 0 && errno != EINTR) return Answer::Failed;
-    if (left <= milliseconds(0)) return Answer::NotReady;
-  }
+  pollfd waiting = {fd, pollEvents(what), 0};
+  const int ready = ::poll(&waiting, 1, static_cast<int>(std::min(ms, kLongestPoll_ms)));
+  if (ready > 0) return Answer::Ready;
+  return ready < 0 && errno == EINTR ? Answer::Interrupted : Answer::NotReady;
 }

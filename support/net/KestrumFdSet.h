@@ -27,6 +27,6 @@ class KestrumFdSet {
   /// True for a descriptor beyond FD_SETSIZE, which would lie outside a set of select().
   static bool needsPoll(int fd);
   static Answer fdSelect(int fd, For what, std::uint32_t ms);
-  /// Waits the whole time at once. A signal doesn't end the wait.
+  /// Waits the whole time at once. A failing poll() is nothing but not ready.
   static Answer fdSocketWait(int fd, For what, std::uint32_t ms);
 };

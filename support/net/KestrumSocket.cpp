@@ -12,11 +12,14 @@
 #include <thread>
 
 #include "BusyFlag.h"
+#include "Cancellation.h"
 #include "LogBase.h"
 #include "Psdk.h"
-#include "TickCount.h"
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
 
 constexpr std::uint32_t kSendForever_ms = 21'600'000;
 constexpr std::uint32_t kReceiveForever_ms = 201'600'000;
@@ -26,7 +29,7 @@ constexpr std::uint32_t kFarewellOfDestructor_ms = 10;
 constexpr std::uint32_t kSmallestChunk = 1024;
 constexpr std::uint32_t kLargestChunk = 16'800;
 constexpr std::uint32_t kLargestReceive = 1'048'576;
-constexpr std::chrono::milliseconds kPauseAfterNothingSent(1);
+constexpr milliseconds kPauseAfterNothingSent(1);
 
 constexpr std::uint32_t kBufferStep = 4096;
 constexpr std::uint32_t kLargestBuffer = 8'388'608;
@@ -43,6 +46,7 @@ void reportSocketError(int error, SocketParams& params, LogBase& log) {
 }  // namespace
 
 KestrumSocket::~KestrumSocket() {
+  const CancellationHeld held;
   LogNull log;
   terminateConnection(kFarewellOfDestructor_ms, log);
 }
@@ -75,7 +79,8 @@ bool KestrumSocket::sockSend(const unsigned char* data, std::uint32_t size,
     log.LogError("Another thread is closing this socket.");
     return false;
   }
-  const std::uint32_t timeoutMs = idleMs == 0 ? kSendForever_ms : idleMs;
+  const milliseconds idleLimit{idleMs == 0 ? kSendForever_ms : idleMs};
+  Clock::time_point lastSent = Clock::now();
   const std::uint32_t chunk =
       packetSize == 0 ? kLargestChunk : std::clamp(packetSize, kSmallestChunk, kLargestChunk);
 
@@ -85,12 +90,18 @@ bool KestrumSocket::sockSend(const unsigned char* data, std::uint32_t size,
     const int error = errno;
     if (n > 0) {
       sent += static_cast<std::uint32_t>(n);
-    } else if (n == 0) {
-      std::this_thread::sleep_for(kPauseAfterNothingSent);
-    } else if (error == EAGAIN || error == EINPROGRESS) {
-      if (waitWriteableMsHB(timeoutMs, idleMs == kPolling, false, params, log)) continue;
-      log.LogError(params.timedOut ? "Socket send idle timeout" : "Socket send failed.");
-      return false;
+      lastSent = Clock::now();
+    } else if (n == 0 || error == EAGAIN || error == EINPROGRESS) {
+      // A wait may end well again and again without a byte going out.
+      const auto left = std::chrono::ceil<milliseconds>(lastSent + idleLimit - Clock::now());
+      params.timedOut = left <= milliseconds{0};
+      if (!params.timedOut && n == 0) {
+        std::this_thread::sleep_for(kPauseAfterNothingSent);
+      } else if (params.timedOut || !waitWriteableMsHB(static_cast<std::uint32_t>(left.count()),
+                                                       idleMs == kPolling, false, params, log)) {
+        log.LogError(params.timedOut ? "Socket send idle timeout" : "Socket send failed.");
+        return false;
+      }
     } else {
       log.LogError("Error sending on socket (1)");
       reportSocketError(error, params, log);
@@ -232,25 +243,22 @@ bool KestrumSocket::waitReadableMsHB(std::uint32_t timeoutMs, bool polling, Sock
     params.socketError = true;
     return false;
   }
-  if (KestrumFdSet::needsPoll(fd)) {
-    const Answer answer =
-        KestrumFdSet::fdSocketWait(fd, KestrumFdSet::For::Reading, polling ? 0 : timeoutMs);
-    if (isWaitBroken(fd, params)) return false;
-    params.timedOut = answer == Answer::NotReady;
-    return answer == Answer::Ready;
-  }
+  if (polling) timeoutMs = 0;
+  const bool atOnce = KestrumFdSet::needsPoll(fd);
+  const auto wait = atOnce ? KestrumFdSet::fdSocketWait : KestrumFdSet::fdSelect;
+  // By the clock: a host whose timers interrupt every slice would wait for no answer at all.
+  const Clock::time_point end = Clock::now() + milliseconds{timeoutMs};
   // The first slice is half a slice: a scale that answers is soon there.
-  std::uint32_t waited = 0;
-  std::uint32_t slice = polling ? 0 : std::max(std::min(kSlice_ms, timeoutMs) / 2, 1U);
+  std::uint32_t slice =
+      atOnce || polling ? timeoutMs : std::max(std::min(kSlice_ms, timeoutMs) / 2, 1U);
   for (;;) {
-    const Answer answer = KestrumFdSet::fdSelect(fd, KestrumFdSet::For::Reading, slice);
+    const Answer answer = wait(fd, KestrumFdSet::For::Reading, slice);
     if (isWaitBroken(fd, params)) return false;
     if (answer == Answer::Failed) return false;
     if (answer != Answer::NotReady && answer != Answer::Interrupted) return true;
-    // In 64 bits, so that the longest limits don't wrap around.
-    if (polling || std::uint64_t{waited} + slice + 1 >= timeoutMs) break;
-    waited += slice;
-    slice = std::min(kSlice_ms, timeoutMs - waited);
+    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
+    if (left <= 0 || (atOnce && answer == Answer::NotReady)) break;
+    slice = static_cast<std::uint32_t>(atOnce ? left : std::min<long>(left, kSlice_ms));
   }
   params.timedOut = true;
   return false;
@@ -272,31 +280,29 @@ void KestrumSocket::terminateConnection(std::uint32_t maxWaitMs, LogBase& log) {
       return;
     }
   }
-  receiveAfterFin(maxWaitMs);
-  waitForTransfers();
+  const milliseconds limit{maxWaitMs == 0 ? kLongestFarewell_ms
+                                          : std::min(maxWaitMs, kLongestFarewell_ms)};
+  const Clock::time_point end = Clock::now() + limit;
+  receiveAfterFin(end);
+  waitForTransfers(end);
   closeDescriptor(log);
 }
 
 // A thread that still sends or receives notices the closing within a slice of its wait. Were the
 // descriptor gone before, its number could be another connection's when that thread uses it.
-void KestrumSocket::waitForTransfers() const {
-  constexpr std::uint32_t kLongestSlice_ms = 1000;
-  const std::uint32_t start = ckTickCount();
-  while ((m_recvBusy || m_sendBusy) && ckTickCount() - start < kLongestSlice_ms) {
-    std::this_thread::sleep_for(std::chrono::milliseconds{1});
+void KestrumSocket::waitForTransfers(Clock::time_point end) const {
+  while ((m_recvBusy || m_sendBusy) && Clock::now() < end) {
+    std::this_thread::sleep_for(milliseconds{1});
   }
 }
 
 // Reads without a pause until the peer's FIN, so that what the scale still says draws no reset.
-void KestrumSocket::receiveAfterFin(std::uint32_t maxWaitMs) {
-  const std::uint32_t limit =
-      maxWaitMs == 0 ? kLongestFarewell_ms : std::min(maxWaitMs, kLongestFarewell_ms);
-  const std::uint32_t start = ckTickCount();
+void KestrumSocket::receiveAfterFin(Clock::time_point end) {
   std::array<unsigned char, 32> dropped = {};
   for (;;) {
     const ssize_t n = ::recv(m_socketFd, dropped.data(), dropped.size(), 0);
     if (n == 0 || (n < 0 && !isTryAgain(errno))) return;
-    if (ckTickCount() - start >= limit) return;
+    if (Clock::now() >= end) return;
   }
 }
 
@@ -324,6 +330,14 @@ void KestrumSocket::closeDescriptor(LogBase& log) {
 void KestrumSocket::setOption(int level, int option, int value, LogBase& log) {
   if (!isOpen()) return;
   if (::setsockopt(m_socketFd, level, option, &value, sizeof value) != 0) log.LogLastErrorOS();
+}
+
+void KestrumSocket::bufferSizesAtMaking(const TcpSettings& settings) {
+  const auto atMaking = [](std::uint32_t size) {
+    return size > kLargestBuffer ? 0 : size / kBufferStep * kBufferStep;
+  };
+  m_soSndBuf = atMaking(settings.soSndBuf);
+  m_soRcvBuf = atMaking(settings.soRcvBuf);
 }
 
 void KestrumSocket::setBufferSize(std::uint32_t& current, std::uint32_t size, int option,

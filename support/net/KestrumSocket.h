@@ -3,6 +3,7 @@
 #include <sys/socket.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 
 #include "HostnameResolve.h"
@@ -32,8 +33,9 @@ class KestrumSocket {
   /// Connects to the one address that suits best, in up to four attempts.
   bool connectSocket(const StringBuffer& host, int port, const TcpSettings& settings,
                      SocketParams& params, LogBase& log);
-  /// Sends all bytes, in pieces of at most `packetSize` and 16800. `sent` counts what went out,
-  /// also after a failure.
+  /// Sends all bytes, in pieces of `packetSize`, which is held between 1024 and 16800 (0: 16800).
+  /// `sent` counts what went out, also after a failure. Fails when no byte has gone out for
+  /// `idleMs`.
   bool sockSend(const unsigned char* data, std::uint32_t size, std::uint32_t packetSize,
                 std::uint32_t idleMs, std::uint32_t& sent, LogBase& log, SocketParams& params);
   /// One receive of up to `size` bytes.
@@ -50,7 +52,8 @@ class KestrumSocket {
   void ensureSocketClosed();
 
   // Sizes of the system's buffers, rounded down to 4096. Below 4096 nothing happens, above 8 MiB it
-  // is 8 MiB. To be set before connecting for the peer to see a large window.
+  // is 8 MiB. Connecting has set those of its settings, so that the peer sees a large window from
+  // the start, but for a size outside of these limits.
   void setSoSndBuf(std::uint32_t size, LogBase& log);
   void setSoRcvBuf(std::uint32_t size, LogBase& log);
   void setTcpNoDelay(bool on, LogBase& log);
@@ -88,9 +91,11 @@ class KestrumSocket {
 
   // Closing ---------------------------------------------------------------------------------------
 
-  void receiveAfterFin(std::uint32_t maxWaitMs);
-  void waitForTransfers() const;
+  using Clock = std::chrono::steady_clock;
+  void receiveAfterFin(Clock::time_point end);
+  void waitForTransfers(Clock::time_point end) const;
   void closeDescriptor(LogBase& log);
+  void bufferSizesAtMaking(const TcpSettings& settings);
   void setBufferSize(std::uint32_t& current, std::uint32_t size, int option, LogBase& log);
   void setOption(int level, int option, int value, LogBase& log);
 

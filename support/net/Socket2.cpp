@@ -35,7 +35,7 @@ bool Socket2::socket2Connect(const StringBuffer& host, int port, bool ssl,
     params.connectFailReason = ConnectFailReason::InternalError;
   } else if (port < 0 || port > kLastPort) {
     // The system would cut the number down and connect to some other port.
-    log.LogError("The port has to lie between 1 and 65535.");
+    log.LogError("The port has to lie between 0 and 65535.");
     params.connectFailReason = ConnectFailReason::InternalError;
   } else if (connect2(trimmed, port, settings, params, log)) {
     return true;
@@ -46,9 +46,9 @@ bool Socket2::socket2Connect(const StringBuffer& host, int port, bool ssl,
 
 bool Socket2::connect2(StringBuffer& host, int port, const TcpSettings& settings,
                        SocketParams& params, LogBase& log) {
+  if (!m_socket.connectSocket(host, port, settings, params, log)) return false;
   m_socket.setSoSndBuf(settings.soSndBuf, log);
   m_socket.setSoRcvBuf(settings.soRcvBuf, log);
-  if (!m_socket.connectSocket(host, port, settings, params, log)) return false;
   if (settings.tcpNoDelay) m_socket.setTcpNoDelay(true, log);
   if (settings.keepAlive) m_socket.SetKeepAlive(true, log);
   return true;

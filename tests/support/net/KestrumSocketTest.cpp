@@ -10,7 +10,6 @@
 
 #include "ClsSocket.h"
 #include "DataBuffer.h"
-#include "DataBufferView.h"
 #include "KestrumSocket.h"
 #include "LogBase.h"
 #include "NetTesting.h"
@@ -59,7 +58,7 @@ TEST_F(Plain, OnASocketThatIsNoneEverythingFails) {
 
 TEST_F(Plain, TakesOptionsAndRoundsBufferSizes) {
   TcpPeer peer(fixture::silent());
-  socket.setSoRcvBuf(100'000, log);
+  settings.soRcvBuf = 100'000;
   ASSERT_TRUE(connectTo(peer));
   // The system doubles what it is told.
   EXPECT_EQ(option(SO_RCVBUF), 2 * 98'304);
@@ -132,19 +131,6 @@ TEST(TwoThreads, OnOneObjectTheSecondReceiverIsTurnedAway) {
   EXPECT_LT(clock.ms(), 1000);
   first.join();
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
-}
-
-TEST(ReadAhead, GivesFromTheFrontWhatWasAddedAtTheEnd) {
-  DataBufferView view;
-  DataBuffer out;
-  EXPECT_TRUE(view.takeFront(1, out));
-  view.append("abc", 3);
-  view.takeFront(2, out);
-  view.append("de", 2);
-  EXPECT_EQ(view.getViewSize(), 3U);
-  view.takeFront(99, out);
-  EXPECT_EQ(view.getViewSize(), 0U);
-  EXPECT_TRUE(out.equals2("abcde", 5));
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ constexpr timeval kReceiveLimit = {0, 10};
 fd_set setOf(int descriptor) {
   fd_set set;
   FD_ZERO(&set);
-  if (descriptor < FD_SETSIZE) FD_SET(descriptor, &set);
+  if (descriptor >= 0 && descriptor < FD_SETSIZE) FD_SET(descriptor, &set);
   return set;
 }
 

@@ -1,13 +1,13 @@
 #include "ComLanPort.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <span>
-#include <string>
 
 #include "AutoLockMutex.h"
 #include "BoundedCopy.h"
+#include "Cancellation.h"
 #include "CkByteData.h"
 
 namespace {
@@ -20,10 +20,12 @@ constexpr int kReadIdle_ms = 100;
 constexpr int kSendIdle_ms = 7000;
 constexpr int kCloseTimeout_ms = 5000;
 
+// Result codes: the scale's operation hands them up as they are.
 constexpr int kOpened = 0;
 constexpr int kCantOpen = 1;
 constexpr int kAlreadyOpen = 9;
 
+// The port's own numbers, and no result codes.
 constexpr int kSet = 0;
 constexpr int kSetWaits = -1;
 constexpr int kSetRefused = -2;
@@ -51,12 +53,8 @@ const char* stopBitsName(COMPort::StopBits stopBits) {
   return "";
 }
 
-bool cfileexists(const char* path) {
-  std::FILE* file = std::fopen(path, "r");
-  if (file == nullptr) return false;
-  std::fclose(file);
-  return true;
-}
+/// What an open line or connection is, for the log: the fixed words and the longest name fit.
+using ConnectionLine = std::array<char, 1200>;
 
 }  // namespace
 
@@ -73,9 +71,9 @@ COrbComLanPort::COrbComLanPort(const char* host, int port) {
 }
 
 COrbComLanPort::~COrbComLanPort() {
+  const CancellationHeld held;
   Close(true);
   logEvent("STOP PROGRAM");
-  logFile.reset();
   CAutoLockMutex::MutexDelete(&portMutex);
 }
 
@@ -137,38 +135,42 @@ int COrbComLanPort::Open() {
 }
 
 int COrbComLanPort::OpenSerial() {
-  try {
-    comPort = std::make_unique<COMPort>(comName.data());
-    comPort->setBitRate(static_cast<int>(bitRate));
-    comPort->setParity(parity);
-    comPort->setDataBits(dataBits);
-    comPort->setStopBits(stopBits);
-    comPort->setHandshaking(handshaking);
-    comPort->setxONxOFF(xOnxOff);
-    logEvent("OPEN");
-    return kOpened;
-  } catch (...) {
+  return unlessThrown(
+      [&] {
+        comPort = std::make_unique<COMPort>(comName.data());
+        comPort->setBitRate(static_cast<int>(bitRate));
+        comPort->setParity(parity);
+        comPort->setDataBits(dataBits);
+        comPort->setStopBits(stopBits);
+        comPort->setHandshaking(handshaking);
+        comPort->setxONxOFF(xOnxOff);
+        logEvent("OPEN");
+        return kOpened;
+      },
+      [&] {
+        logEvent("ERROR_OPEN");
+        Close(true);
+        return kCantOpen;
+      });
+}
+
+int COrbComLanPort::OpenNetwork() {
+  // Short memory is a failure to connect like any other.
+  const bool connected = unlessThrown(
+      [&] {
+        socket = std::make_unique<CkSocket>();
+        return socket->Connect(hostName.data(), netPort, false, kConnectTimeout_ms);
+      },
+      [] { return false; });
+  if (!connected) {
     logEvent("ERROR_OPEN");
     Close(true);
     return kCantOpen;
   }
-}
-
-int COrbComLanPort::OpenNetwork() {
-  try {
-    socket = std::make_unique<CkSocket>();
-    if (socket->Connect(hostName.data(), netPort, false, kConnectTimeout_ms)) {
-      logEvent("OPEN");
-      socket->put_MaxReadIdleMs(kReadIdle_ms);
-      socket->put_MaxSendIdleMs(kSendIdle_ms);
-      return kOpened;
-    }
-  } catch (...) {
-    // Out of memory: no connection, like any other failure to connect.
-  }
-  logEvent("ERROR_OPEN");
-  Close(true);
-  return kCantOpen;
+  logEvent("OPEN");
+  socket->put_MaxReadIdleMs(kReadIdle_ms);
+  socket->put_MaxSendIdleMs(kSendIdle_ms);
+  return kOpened;
 }
 
 int COrbComLanPort::Close(bool really) {
@@ -203,29 +205,25 @@ int COrbComLanPort::read(unsigned char* buffer, unsigned long size, int longest_
 
 int COrbComLanPort::ReadSerial(unsigned char* buffer, unsigned long size) {
   if (!comPort) return 0;
-  try {
-    return static_cast<int>(comPort->read(buffer, size));
-  } catch (...) {
-    Close(true);
-    return 0;
-  }
+  return unlessThrown([&] { return static_cast<int>(comPort->read(buffer, size)); },
+                      [&] { return Close(true); });
 }
 
 int COrbComLanPort::ReadNetwork(unsigned char* buffer, unsigned long size, int longest_ms) {
   if (!socket) return 0;
-  try {
-    socket->put_MaxReadMs(longest_ms);
-    CkByteData data;
-    if (socket->ReceiveBytesN(size, data) && data.getSize() > 0) {
-      const unsigned long count = std::min(size, data.getSize());
-      std::memcpy(buffer, data.getBytes(), count);
-      return static_cast<int>(count);
-    }
-  } catch (...) {
-    // Out of memory: nothing was read.
-  }
-  if (!socket->get_IsConnected()) Close(true);
-  return 0;
+  // With short memory nothing was read.
+  const int count = unlessThrown(
+      [&] {
+        socket->put_MaxReadMs(longest_ms);
+        CkByteData data;
+        if (!socket->ReceiveBytesN(size, data)) return 0;
+        const unsigned long got = std::min(size, data.getSize());
+        if (got > 0) std::memcpy(buffer, data.getBytes(), got);
+        return static_cast<int>(got);
+      },
+      [] { return 0; });
+  if (count == 0 && !socket->get_IsConnected()) Close(true);
+  return count;
 }
 
 int COrbComLanPort::write(const unsigned char* data, unsigned long size) {
@@ -236,27 +234,31 @@ int COrbComLanPort::write(const unsigned char* data, unsigned long size) {
 
 int COrbComLanPort::WriteSerial(const unsigned char* data, unsigned long size) {
   if (!comPort) return kNoLine;
-  try {
-    const unsigned long count = comPort->write(data, size);
-    logData(LogRecord::Outgoing, data, count);
-    return static_cast<int>(count);
-  } catch (...) {
-    Close(true);
-    return kWriteFailed;
-  }
+  return unlessThrown(
+      [&] {
+        const unsigned long count = comPort->write(data, size);
+        logData(LogRecord::Outgoing, data, count);
+        return static_cast<int>(count);
+      },
+      [&] {
+        Close(true);
+        return kWriteFailed;
+      });
 }
 
 int COrbComLanPort::WriteNetwork(const unsigned char* data, unsigned long size) {
   if (!socket) return 0;
-  try {
-    CkByteData bytes;
-    bytes.append2(data, size);
-    if (socket->SendBytes(bytes)) {
-      logData(LogRecord::Outgoing, data, size);
-      return static_cast<int>(size);
-    }
-  } catch (...) {
-    // Out of memory: nothing was written.
+  // With short memory nothing was written.
+  const bool sent = unlessThrown(
+      [&] {
+        CkByteData bytes;
+        bytes.append2(data, size);
+        return socket->SendBytes(bytes);
+      },
+      [] { return false; });
+  if (sent) {
+    logData(LogRecord::Outgoing, data, size);
+    return static_cast<int>(size);
   }
   if (!socket->get_IsConnected()) Close(true);
   return 0;
@@ -270,13 +272,15 @@ unsigned long COrbComLanPort::getBitRate() {
 template <typename HandOver>
 int COrbComLanPort::applyToLine(HandOver handOver) {
   if (!comPort) return kSetWaits;
-  try {
-    handOver(*comPort);
-    return kSet;
-  } catch (...) {
-    Close(true);
-    return kSetRefused;
-  }
+  return unlessThrown(
+      [&] {
+        handOver(*comPort);
+        return kSet;
+      },
+      [&] {
+        Close(true);
+        return kSetRefused;
+      });
 }
 
 int COrbComLanPort::setBitRate(unsigned long bitsPerSecond) {
@@ -317,35 +321,23 @@ int COrbComLanPort::setxONxOFF(bool value) {
 
 int COrbComLanPort::SetLogName(const char* folder, const char* name) {
   const CAutoLockMutex lock(&portMutex);
-  logFile.reset();
-  if (name == nullptr) return 0;
-  const std::string prefix = folder == nullptr ? "" : folder;
-  copyBounded(logFileName, (prefix + "log_scales_" + name + ".log").c_str());
-  logEnabled = cfileexists((prefix + "log.txt").c_str()) ? 1 : 0;
+  log.setName(folder, name);
   return 0;
 }
 
 int COrbComLanPort::setPortLog(int enabled) {
   const CAutoLockMutex lock(&portMutex);
-  logEnabled = static_cast<std::uint8_t>(enabled);
-  return logEnabled;
+  const auto lowByte = static_cast<std::uint8_t>(enabled);
+  log.enable(lowByte != 0);
+  return lowByte;
 }
 
 int COrbComLanPort::logWrite(const unsigned char* data, unsigned long size, int kind) {
   const CAutoLockMutex lock(&portMutex);
   const bool known =
       kind >= static_cast<int>(LogRecord::System) && kind <= static_cast<int>(LogRecord::Incoming);
-  if (logEnabled == 0 || size == 0 || data == nullptr || !known) return 0;
-  if (!logFile) {
-    logFile.reset(std::fopen(logFileName.data(), "a+t"));
-    if (!logFile) {
-      logEnabled = 0;
-      return 0;
-    }
-  }
-
-  // Room for the longest name and the fixed words around it.
-  std::array<char, 1200> connection = {};
+  if (!log.isOn() || size == 0 || data == nullptr || !known) return 0;
+  ConnectionLine connection = {};
   if (connType == Serial) {
     std::snprintf(connection.data(), connection.size(),
                   "COMPORT: %s;%d\\%s\\%d\\%s, Handshaking=%d, xONxOFF=%d", comName.data(),
@@ -355,11 +347,7 @@ int COrbComLanPort::logWrite(const unsigned char* data, unsigned long size, int 
     std::snprintf(connection.data(), connection.size(), "ETHERNET: %s:%d", hostName.data(),
                   netPort);
   }
-  const std::time_t now = std::time(nullptr);
-  std::tm local = {};
-  localtime_r(&now, &local);
-  writeLogRecord(logFile.get(), static_cast<LogRecord>(kind), local, connection.data(),
-                 std::span(data, size));
+  log.record(static_cast<LogRecord>(kind), connection.data(), std::span(data, size));
   return 0;
 }
 

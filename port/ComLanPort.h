@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string_view>
 
@@ -14,10 +13,20 @@
 
 /// The byte pipe of one scale, over a serial line or a TCP connection. Every failure of the
 /// transport is a return value; nothing throws. Line settings may be set before or after opening
-/// and survive closing. Each operation holds the port's recursive mutex for its whole length.
+/// and survive closing. Each operation holds the port's recursive mutex for its whole length. The
+/// port owns its transport and its exchange log; all names are copied, and are used as bytes.
+///
+/// What the opening operations return are result codes, which go up to the platform as they are.
+/// All other numbers are the port's own.
+///
+///     COrbComLanPort port;
+///     if (port.OpenNetworkPort("192.168.0.20", 20108) != 0) return;
+///     port.write(request, sizeof request);
+///     unsigned char answer[14];
+///     if (port.read(answer, sizeof answer) == 14) show(answer);
 class COrbComLanPort {
  public:
-  /// What `getState` answers. Beware the sense: 0 is the good value.
+  /// What `getState` answers; 2 is no result code here. Beware the sense: 0 is the good value.
   static constexpr int kConnected = 0;
   static constexpr int kNotConnected = 2;
 
@@ -50,9 +59,12 @@ class COrbComLanPort {
   /// without the last byte, however they come: bytes that drip in below the idle limit would hold
   /// a large read for hours.
   int read(unsigned char* buffer, unsigned long size, int longest_ms = 0);
-  /// Returns the number of bytes written; 0 or less on failure.
+  /// Returns the number of bytes written; 0 or less on failure. A serial line takes what it has
+  /// room for, and fails after 2 s without room; a connection takes all, and fails after 7 s in
+  /// which nothing went out.
   int write(const unsigned char* data, unsigned long size);
 
+  /// Looks at the line. A network port whose peer is gone turns to 2 by itself, but isn't closed.
   int getState();
   unsigned long getBitRate();
 
@@ -77,10 +89,6 @@ class COrbComLanPort {
  private:
   enum ConnType : std::uint8_t { NotConfigured = 0, Serial = 1, Network = 2 };
 
-  struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-
   void InitAllM();
   int OpenSerial();
   int OpenNetwork();
@@ -96,8 +104,7 @@ class COrbComLanPort {
 
   std::unique_ptr<COMPort> comPort;
   std::unique_ptr<CkSocket> socket;
-  std::uint8_t logEnabled = 0;
-  std::array<char, 300> logFileName = {};
+  ExchangeLog log;
   ConnType connType = NotConfigured;
   std::uint64_t bitRate = 0;
   COMPort::Parity parity = COMPort::None;
@@ -108,6 +115,5 @@ class COrbComLanPort {
   std::array<char, 1024> comName = {};
   std::array<char, 1024> hostName = {};
   std::int32_t netPort = 0;
-  std::unique_ptr<std::FILE, CloseFile> logFile;
   pthread_mutex_t portMutex;
 };

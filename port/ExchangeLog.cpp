@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+
+#include "BoundedCopy.h"
 
 namespace {
 
@@ -41,6 +44,13 @@ void writeDumpLine(std::FILE* file, std::size_t position, std::span<const std::u
   std::fputs("\r\n", file);
 }
 
+bool exists(const char* path) {
+  std::FILE* file = std::fopen(path, "re");
+  if (file == nullptr) return false;
+  std::fclose(file);
+  return true;
+}
+
 }  // namespace
 
 void writeLogRecord(std::FILE* file, LogRecord kind, const std::tm& time,
@@ -53,4 +63,29 @@ void writeLogRecord(std::FILE* file, LogRecord kind, const std::tm& time,
     writeDumpLine(file, at + 1, data.subspan(at, std::min(kBytesPerLine, data.size() - at)));
   }
   std::fflush(file);
+}
+
+void ExchangeLog::setName(const char* folder, const char* name) {
+  file_.reset();
+  if (name == nullptr) return;
+  const std::string prefix = folder == nullptr ? "" : folder;
+  copyBounded(fileName_, (prefix + "log_scales_" + name + ".log").c_str());
+  isOn_ = exists((prefix + "log.txt").c_str());
+}
+
+void ExchangeLog::record(LogRecord kind, std::string_view connection,
+                         std::span<const std::uint8_t> data) {
+  if (!isOn_) return;
+  // A program that the host starts shall not hold the file.
+  if (!file_) file_.reset(std::fopen(fileName_.data(), "a+te"));
+  if (!file_) {
+    isOn_ = false;
+    return;
+  }
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  // localtime_r() alone stays in the zone of its first call, whatever the host changes.
+  ::tzset();
+  ::localtime_r(&now, &local);
+  writeLogRecord(file_.get(), kind, local, connection, data);
 }

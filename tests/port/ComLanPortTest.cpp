@@ -260,20 +260,6 @@ TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
   }
 }
 
-TEST(ComLanPort, ClosesWhenAWriteMeetsAReset) {
-  Milestone gone;
-  TcpPeer peer([&](TcpWire& wire) {
-    wire.receive(1);
-    wire.reset();
-    gone.reach();
-  });
-  COrbComLanPort port(TcpPeer::kHost, peer.port());
-  EXPECT_EQ(write(port, bytes("05")), 1);
-  ASSERT_TRUE(gone.wait());
-  EXPECT_EQ(write(port, bytes("05")), 0);
-  EXPECT_EQ(port.getState(), kNotConnected);
-}
-
 TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
   for (const unsigned long size : {3UL, 4UL}) {
     Milestone halfClosed;
@@ -292,20 +278,6 @@ TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
     EXPECT_EQ(readHex(port, 1), "");
     EXPECT_EQ(write(port, bytes("05")), 0);
   }
-}
-
-TEST(ComLanPort, SendsMoreThanTheLineTakesAtOnce) {
-  constexpr std::size_t kSize = 4U << 20;
-  std::atomic<std::size_t> received = 0;
-  TcpPeer peer([&](TcpWire& wire) {
-    wire.pause(20);
-    received = wire.receive(kSize).size();
-    wire.send(bytes("06"));
-  });
-  COrbComLanPort port(TcpPeer::kHost, peer.port());
-  EXPECT_EQ(write(port, Bytes(kSize, 0x55)), static_cast<int>(kSize));
-  EXPECT_EQ(awaitHex(port, 1), "06");
-  EXPECT_EQ(received, kSize);
 }
 
 TEST(ComLanPort, ServesManyThreadsOneByOne) {

@@ -1,12 +1,17 @@
 // The exchange log as support reads it, byte for byte. Expectations are written by hand from the
 // format; only the time is masked.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -22,6 +27,7 @@ namespace {
 using fixture::bytes;
 using fixture::PtyLine;
 using fixture::TcpPeer;
+using fixture::TcpWire;
 using fixture::TempFolder;
 using testing::ElementsAre;
 
@@ -72,23 +78,23 @@ std::vector<std::string> records(const std::string& log) {
   return result;
 }
 
-class ExchangeLog : public testing::Test {
+class PortLog : public testing::Test {
  protected:
-  ExchangeLog() { folder_.write("log.txt", ""); }
+  PortLog() { folder_.write("log.txt", ""); }
   std::string log() const { return folder_.read(kLogName); }
 
   TempFolder folder_;
 };
 
-TEST_F(ExchangeLog, ShowsASerialExchangeByteForByte) {
+TEST_F(PortLog, ShowsASerialExchangeByteForByte) {
   PtyLine line;
   {
     COrbComLanPort port;
     EXPECT_EQ(port.SetLogName(folder_.path().c_str(), "7"), 0);
     ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
     port.setStopBits(COMPort::Two);
-    const auto request = bytes("41");
-    ASSERT_EQ(port.write(request.data(), request.size()), 1);
+    const auto request = bytes("'ABCDEFGHIJKLMNOPQRST'");  // a whole line
+    ASSERT_EQ(port.write(request.data(), request.size()), 20);
     line.send(bytes("00 1F 20 7E 7F 80 FF 30 31 32 33 34 35 36 37 38 39 41 42 43 0D"));
     std::array<unsigned char, 64> answer = {};
     ASSERT_EQ(port.read(answer.data(), answer.size()), 21);
@@ -100,9 +106,9 @@ TEST_F(ExchangeLog, ShowsASerialExchangeByteForByte) {
       header("SYS      ", "    4", one) +
       "00001: 4F 50 45 4E                   |                                  OPEN"
       "                \r\n" +
-      header("OUT >>>>>", "    1", two) +
-      "00001: 41                            |                                  A"
-      "                   \r\n" +
+      header("OUT >>>>>", "   20", two) +
+      "00001: 41 42 43 44 45 46 47 48 49 4A | 4B 4C 4D 4E 4F 50 51 52 53 54    "
+      "ABCDEFGHIJKLMNOPQRST\r\n" +
       header("IN <<<<<<", "   21", two) +
       "00001: 00 1F 20 7E 7F 80 FF 30 31 32 | 33 34 35 36 37 38 39 41 42 43    "
       ".. ~\x7F\x80\xFF"
@@ -118,28 +124,32 @@ TEST_F(ExchangeLog, ShowsASerialExchangeByteForByte) {
   EXPECT_EQ(masked(log()), expected);
 }
 
-TEST_F(ExchangeLog, ShowsTheTimeAsTheSystemHoldsIt) {
-  const std::time_t before = std::time(nullptr);
-  {
-    COrbComLanPort port;
-    port.SetLogName(folder_.path().c_str(), "7");
+/// Years since 1900 and months from 0, as the system holds them, in the zone that the host has now.
+TEST_F(PortLog, ShowsTheTimeOfTheZone) {
+  for (const auto& [zone, hours] : {std::pair{"AAA0", 0}, std::pair{"BBB-5", 5}}) {
+    ::setenv("TZ", zone, 1);
+    std::remove(folder_.file(kLogName).c_str());
+    const std::time_t begin = std::time(nullptr) + hours * 3600;
+    {
+      COrbComLanPort port;
+      port.SetLogName(folder_.path().c_str(), "7");
+    }
+    std::vector<std::string> possible;
+    for (std::time_t at = begin; at <= std::time(nullptr) + hours * 3600; ++at) {
+      std::tm time = {};
+      ::gmtime_r(&at, &time);
+      std::array<char, 64> text = {};
+      std::snprintf(text.data(), text.size(), "%d-%02d-%02d %02d:%02d:%02d.000 ----", time.tm_year,
+                    time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+      possible.emplace_back(text.data());
+    }
+    const std::string written = log().substr(log().find("SYS") + 11, possible.front().size());
+    EXPECT_THAT(possible, testing::Contains(written)) << zone;
   }
-  const std::time_t after = std::time(nullptr);
-  std::vector<std::string> possible;
-  for (std::time_t at = before; at <= after; ++at) {
-    std::tm time = {};
-    ::localtime_r(&at, &time);
-    std::array<char, 64> text = {};
-    // Years since 1900 and months from 0, as they lie in the structure.
-    std::snprintf(text.data(), text.size(), "SYS        %d-%02d-%02d %02d:%02d:%02d.000 ----",
-                  time.tm_year, time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
-    possible.emplace_back(text.data());
-  }
-  const std::string written = log().substr(log().find("SYS"), possible.front().size());
-  EXPECT_THAT(possible, testing::Contains(written));
+  ::unsetenv("TZ");
 }
 
-TEST_F(ExchangeLog, NamesTheConnection) {
+TEST_F(PortLog, NamesTheConnection) {
   struct Row {
     std::string expected;
     std::function<void(COrbComLanPort&)> set;
@@ -177,7 +187,7 @@ TEST_F(ExchangeLog, NamesTheConnection) {
   }
 }
 
-TEST_F(ExchangeLog, TellsTheStoryOfAPort) {
+TEST_F(PortLog, TellsTheStoryOfAPort) {
   PtyLine line;
   TcpPeer peer(fixture::sending(bytes("06 01 02")));
   const auto request = bytes("05 11");
@@ -201,7 +211,52 @@ TEST_F(ExchangeLog, TellsTheStoryOfAPort) {
                                           "OPEN", "OUT 2", "IN 3", "CLOSE", "STOP PROGRAM"));
 }
 
-TEST_F(ExchangeLog, TakesARecordOnlyIfItHoldsSomething) {
+/// A connection that died is closed by the next opening or transfer, whoever found it dead.
+TEST_F(PortLog, TellsOfADeadConnection) {
+  TcpPeer peer([](TcpWire& wire) {
+    wire.receive(1);
+    wire.hangUp();
+  });
+  const auto request = bytes("05");
+  std::array<unsigned char, 1> answer = {};
+  {
+    COrbComLanPort port;
+    port.SetLogName(folder_.path().c_str(), "7");
+    port.OpenNetworkPort(TcpPeer::kHost, peer.port());
+    const auto useUp = [&] {
+      port.write(request.data(), request.size());
+      while (port.getState() == COrbComLanPort::kConnected) ::usleep(1000);
+    };
+    useUp();
+    port.Open();
+    useUp();
+    port.read(answer.data(), answer.size());
+    port.write(request.data(), request.size());
+  }
+  EXPECT_THAT(records(log()), ElementsAre("OPEN", "OUT 1", "CLOSE", "OPEN", "OUT 1", "CAN'T READ",
+                                          "CLOSE", "CAN'T WRITE", "STOP PROGRAM"));
+}
+
+/// A program that the host starts gets neither the line nor the log.
+TEST_F(PortLog, NothingIsLeftToOtherPrograms) {
+  PtyLine line;
+  COrbComLanPort port;
+  port.SetLogName(folder_.path().c_str(), "7");
+  std::array<bool, 64> before = {};
+  for (int fd = 0; fd < 64; ++fd)
+    before.at(static_cast<std::size_t>(fd)) = ::fcntl(fd, F_GETFD) >= 0;
+  ASSERT_EQ(port.OpenComPort(line.path().c_str()), 0);
+  int opened = 0;
+  for (int fd = 0; fd < 64; ++fd) {
+    const int flags = ::fcntl(fd, F_GETFD);
+    if (flags < 0 || before.at(static_cast<std::size_t>(fd))) continue;
+    ++opened;
+    EXPECT_NE(flags & FD_CLOEXEC, 0);
+  }
+  EXPECT_EQ(opened, 2);
+}
+
+TEST_F(PortLog, TakesARecordOnlyIfItHoldsSomething) {
   const auto data = bytes("41 42");
   {
     COrbComLanPort port;
@@ -221,7 +276,7 @@ TEST_F(ExchangeLog, TakesARecordOnlyIfItHoldsSomething) {
   EXPECT_THAT(records(log()), ElementsAre("IN 2", "OUT 1"));
 }
 
-TEST_F(ExchangeLog, IsSwitchedByTheMarkerWhenThePortIsNamed) {
+TEST_F(PortLog, IsSwitchedByTheMarkerWhenThePortIsNamed) {
   TempFolder unmarked;
   {
     COrbComLanPort marked;
@@ -239,7 +294,7 @@ TEST_F(ExchangeLog, IsSwitchedByTheMarkerWhenThePortIsNamed) {
   EXPECT_FALSE(unmarked.has(kLogName));
 }
 
-TEST_F(ExchangeLog, SwitchesItselfOffWhenItsFileCantBeOpened) {
+TEST_F(PortLog, SwitchesItselfOffWhenItsFileCantBeOpened) {
   folder_.makeFolder(kLogName);
   COrbComLanPort port;
   port.SetLogName(folder_.path().c_str(), "7");
@@ -250,7 +305,7 @@ TEST_F(ExchangeLog, SwitchesItselfOffWhenItsFileCantBeOpened) {
   EXPECT_FALSE(folder_.has(kLogName));
 }
 
-TEST_F(ExchangeLog, CutsAPathThatIsTooLong) {
+TEST_F(PortLog, CutsAPathThatIsTooLong) {
   const std::string folder =
       folder_.makeFolder(std::string(100, 'a') + "/" + std::string(100, 'b'));
   folder_.write(folder.substr(folder_.path().size()) + "log.txt", "");

@@ -118,7 +118,8 @@ TEST_F(ScalesSettings, AFolderWithoutAReadableFileIsASuccess) {
   const std::string whole =
       "<Root>" + entry("SCALES1", R"(fNum="7" fHost="host" fCoeff="1")") + "</Root>";
   for (const std::string& content :
-       {std::string(), std::string("no xml"), std::string(100000, '<'), std::string(4, 0)}) {
+       {std::string(), std::string("no xml"), std::string("\xEF\xBB\xBF"), std::string(100000, '<'),
+        std::string(4, 0)}) {
     scales_.AddScalesObject("port", 9600, 1, 0, "before", 0, 1.0);
     folder_.write(kSettings, content);
     EXPECT_EQ(load(), 0);

@@ -20,6 +20,7 @@ extern "C" {
 
 #include <benchmark/benchmark.h>
 
+#include "CkLogger.h"
 #include "CkString.h"
 #include "ContentCoding.h"
 #include "DataBuffer.h"
@@ -344,6 +345,121 @@ void replaceStd(benchmark::State& state) {
 BENCHMARK(replaceOurs)->Name("replace_all/ours")->Arg(64)->Arg(4096)->Arg(1 << 16);
 BENCHMARK(replaceStd)->Name("replace_all/std_string")->Arg(64)->Arg(4096)->Arg(1 << 16);
 
+// What must take time by the length of the text
+// -----------------------------------------------------------------
+
+/// "ours" works on 2 MB, "two_halves" on 1 MB twice: the table's ratio is 1 where the time is by
+/// the length, 0.5 where it is by its square.
+struct Linear {
+  const char* name;
+  std::string (*text)(std::size_t n);
+  void (*run)(const std::string& text);
+};
+
+std::string repeated(std::string_view piece, std::size_t n) {
+  std::string text;
+  while (text.size() < n) text += piece;
+  return text;
+}
+
+template <bool (*decode)(const char*, std::size_t, DataBuffer&)>
+void decodeText(const std::string& text) {
+  DataBuffer out;
+  benchmark::DoNotOptimize(decode(text.data(), text.size(), out));
+}
+
+template <int from, int to, int action = EncodingConvert::Drop>
+void convertText(const std::string& text) {
+  DataBuffer out;
+  LogNull log;
+  EncodingConvert converter;
+  converter.setErrorAction(action);
+  converter.setDefBytes("?", 1);
+  benchmark::DoNotOptimize(converter.EncConvert(from, to, text.data(), text.size(), out, log));
+}
+
+void replaceNoCase(const std::string& text) {
+  StringBuffer out;
+  out.append(std::string_view(text));
+  benchmark::DoNotOptimize(out.replaceAllOccurancesNoCase("KG", "kilo"));
+}
+
+void findAtEnd(const std::string& text) {
+  DataBuffer bytes;
+  bytes.append(text.data(), text.size());
+  const std::string wanted = std::string(text.size() / 4, 'a') + "b";
+  benchmark::DoNotOptimize(
+      bytes.findBytes2(wanted.data(), static_cast<std::uint32_t>(wanted.size())));
+}
+
+void logAsHtml(const std::string& text) {
+  _ckLogger log;
+  log.LogData("text", text.c_str());
+  StringBuffer out;
+  benchmark::DoNotOptimize(log.getHtml(out));
+}
+
+void registerLinear() {
+  constexpr auto blanks = [](std::size_t n) { return std::string(n, ' ') + 'x'; };
+  constexpr auto ascii = [](std::size_t n) { return repeated("Gross 12,5 kg ", n); };
+  constexpr auto russian = [](std::size_t n) { return russianText(n); };
+  constexpr auto letters = [](std::size_t n) { return std::string(n, 'a'); };
+  static constexpr Linear kCases[] = {
+      {"qp_decode_blanks", blanks, decodeText<ContentCoding::decodeQuotedPrintable>},
+      {"q_decode_blanks", blanks, decodeText<ContentCoding::QB_Decode>},
+      {"q_decode_openings", [](std::size_t n) { return repeated("=?u?q?a", n); },
+       decodeText<ContentCoding::QB_Decode>},
+      {"url_decode", ascii, decodeText<ContentCoding::decodeUrl>},
+      {"base32_decode", letters, decodeText<ContentCoding::decodeBase32>},
+      {"iso_2022_jp_to_utf8", [](std::size_t n) { return repeated("\x1B$BF|K\\\x1B(B ", n); },
+       convertText<50220, 65001>},
+      {"utf8_to_iso_2022_jp", [](std::size_t n) { return repeated("日本 ", n); },
+       convertText<65001, 50220>},
+      {"iso_2022_kr_to_utf8",
+       [](std::size_t n) {
+         return "\x1B$)C" + repeated(
+                                "\x0E"
+                                "0!\x0F ",
+                                n);
+       },
+       convertText<50225, 65001>},
+      {"utf8_to_gsm", ascii, convertText<65001, 55000>},
+      {"gsm_to_utf8", ascii, convertText<55000, 65001>},
+      {"utf8_to_utf7", russian, convertText<65001, 65000>},
+      {"replaced_errors", [](std::size_t n) { return repeated("日", n); },
+       convertText<65001, 1251, EncodingConvert::Replace>},
+      {"replace_no_case", ascii, replaceNoCase},
+      {"find_bytes", letters, findAtEnd},
+      {"log_as_html", ascii, logAsHtml},
+  };
+  constexpr std::size_t kHalf = std::size_t{1} << 20;
+  for (const Linear& test : kCases) {
+    for (const int parts : {1, 2}) {
+      const std::string name = "linear_" + std::string(test.name) +
+                               (parts == 1 ? "/ours/" : "/two_halves/") + std::to_string(2 * kHalf);
+      benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+        const std::string text = test.text(2 * kHalf / static_cast<std::size_t>(parts));
+        for (auto _ : state) {
+          for (int i = 0; i < parts; ++i) test.run(text);
+        }
+      });
+    }
+  }
+}
+
+/// Numbers take time by the square of their length, a limb at a time.
+template <bool (*encode)(const void*, std::size_t, StringBuffer&)>
+void encodeNumber(benchmark::State& state) {
+  const std::string bytes = someBytes(state);
+  for (auto _ : state) {
+    StringBuffer out;
+    benchmark::DoNotOptimize(encode(bytes.data(), bytes.size(), out));
+  }
+}
+
+BENCHMARK(encodeNumber<ContentCoding::encodeDecimal>)->Name("decimal_encode/ours")->Arg(1 << 14);
+BENCHMARK(encodeNumber<ContentCoding::encodeBase58>)->Name("base58_encode/ours")->Arg(1 << 14);
+
 // The road of each call from the platform
 // --------------------------------------------------------------
 
@@ -362,6 +478,7 @@ BENCHMARK(deviceId)->Name("device_id/ours")->Arg(20);
 
 int main(int argc, char** argv) {
   registerConversions();
+  registerLinear();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();

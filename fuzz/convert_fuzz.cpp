@@ -70,8 +70,8 @@ struct Input {
   }
 
   static std::size_t fillingOf(unsigned filling) {
-    const std::size_t pieces = filling / 64 % 3;
-    return pieces == 0 ? 0 : pieces * ConversionOutput::kPiece - filling % 64;
+    constexpr unsigned kSteps = 64;
+    return filling / kSteps == 3 ? ConversionOutput::kPiece - filling % kSteps : 0;
   }
 
   Bytes view() const { return {bytes.get(), size}; }

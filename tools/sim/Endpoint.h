@@ -65,8 +65,10 @@ class TemporaryDirectory {
 /// late host to another's line.
 class PtyEndpoint final : public Endpoint {
  public:
-  /// `link` is made and, at the end, removed; an older link of that name is replaced, any other
-  /// file is an error. An empty `link` makes one in a temporary directory.
+  /// `link` is made and, at the end, removed. One that a simulator left behind is replaced; one of
+  /// a simulator that still runs, and whatever else has the name, is an error:
+  /// std::errc::device_or_resource_busy and file_exists. An empty `link` makes one in a temporary
+  /// directory.
   explicit PtyEndpoint(std::filesystem::path link = {});
   ~PtyEndpoint() override;
 
@@ -92,6 +94,8 @@ class PtyEndpoint final : public Endpoint {
 
   std::optional<TemporaryDirectory> directory_;
   std::filesystem::path link_;
+  /// Held for as long as the name is this simulator's.
+  FileDescriptor claim_;
   FileDescriptor master_;
   /// Kept open, so that the master sees no error while no host has the line.
   FileDescriptor slave_;

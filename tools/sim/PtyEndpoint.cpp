@@ -1,5 +1,7 @@
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <termios.h>
 
 #include <algorithm>
@@ -43,6 +45,50 @@ int bitsPerSecondOf(speed_t constant) {
   throw std::system_error(errno, std::generic_category(), what);
 }
 
+/// Links of simulators lead to "/dev/./pts/7", and by the dot they are known again.
+constexpr std::string_view kPtyFolder = "/dev/pts/";
+constexpr std::string_view kMarkedPtyFolder = "/dev/./pts/";
+
+/// Takes a name for this process, until the descriptor is closed or the process ends, however it
+/// does: a socket's address that needs no file.
+FileDescriptor claim(const std::filesystem::path& link) {
+  FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  if (!socket) fail("socket");
+  const auto folder = std::filesystem::weakly_canonical(link.parent_path());
+  const std::size_t hash = std::hash<std::string>()(folder / link.filename());
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  // Behind a first byte of 0 stands no path but a name of its own kind.
+  const std::string name = "scalesim-" + std::to_string(hash);
+  std::ranges::copy(name, std::begin(address.sun_path) + 1);
+  const void* any = &address;
+  if (::bind(socket.get(), static_cast<const sockaddr*>(any), sizeof address) != 0) {
+    errno = errno == EADDRINUSE ? EBUSY : errno;
+    fail(link.string());
+  }
+  return socket;
+}
+
+/// Makes a link by way of a second name, so that at no moment it is missing.
+void replaceLink(const std::string& target, const std::filesystem::path& link) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path old = fs::read_symlink(link, error);
+  const bool ours = !error && old.string().starts_with(kMarkedPtyFolder);
+  if (!ours && fs::exists(fs::symlink_status(link))) {
+    errno = EEXIST;
+    fail(link.string());
+  }
+  const std::string fresh = link.parent_path() / (".scalesim-" + std::to_string(::getpid()) + '-' +
+                                                  link.filename().string());
+  if (::symlink(target.c_str(), fresh.c_str()) != 0) fail(fresh);
+  if (::rename(fresh.c_str(), link.c_str()) == 0) return;
+  const int reason = errno;
+  ::unlink(fresh.c_str());
+  errno = reason;
+  fail(link.string());
+}
+
 }  // namespace
 
 TemporaryDirectory::TemporaryDirectory() {
@@ -63,6 +109,7 @@ PtyEndpoint::PtyEndpoint(std::filesystem::path link) : link_(std::move(link)) {
   } else {
     link_ = std::filesystem::absolute(link_).lexically_normal();
   }
+  claim_ = claim(link_);
   comeBack();
 }
 
@@ -84,20 +131,11 @@ void PtyEndpoint::comeBack() {
   ::cfmakeraw(&raw);
   if (::tcsetattr(slave.get(), TCSANOW, &raw) != 0) fail("tcsetattr");
 
-  const std::filesystem::file_status old = std::filesystem::symlink_status(link_);
-  if (std::filesystem::exists(old) && !std::filesystem::is_symlink(old)) {
-    errno = EEXIST;
-    fail(link_.string());
-  }
-  // By way of a second name, so that at no moment the link is missing.
-  const std::filesystem::path fresh = link_.string() + ".new";
-  std::error_code error;
-  std::filesystem::remove(fresh, error);
-  std::filesystem::create_symlink(name.data(), fresh, error);
-  if (!error) std::filesystem::rename(fresh, link_, error);
-  if (error) throw std::system_error(error, link_.string());
-
-  slavePath_ = name.data();
+  const std::string_view own = name.data();
+  slavePath_ = own.starts_with(kPtyFolder)
+                   ? std::string(kMarkedPtyFolder) + std::string(own.substr(kPtyFolder.size()))
+                   : std::string(own);
+  replaceLink(slavePath_, link_);
   slave_ = std::move(slave);
   master_ = std::move(master);
 }

@@ -23,8 +23,8 @@ constexpr milliseconds kEndlessTick{10};
 }  // namespace
 
 ScaleLine::ScaleLine(Scale scale, std::unique_ptr<Endpoint> endpoint, Faults faults)
-    : scale_(std::move(scale)),
-      endpoint_(std::move(endpoint)),
+    : Line(std::move(endpoint), kRequestSilence),
+      scale_(std::move(scale)),
       faults_(faults),
       misbehaviour_(faults) {}
 
@@ -32,24 +32,19 @@ void ScaleLine::setFaults(Faults faults) {
   faults_ = faults;
   misbehaviour_ = Misbehaviour(faults);
   nextEndless_ = Clock::time_point::min();
-  if (sendsWithoutEnd()) queue_.clear();
+  if (sendsWithoutEnd()) dropQueue();
 }
 
 void ScaleLine::goAway() {
-  queue_.clear();
+  dropQueue();
   returns_ = Clock::time_point::max();
   scale_.forgetPartOfRequest();
-  endpoint_->goAway();
+  line().goAway();
 }
 
 void ScaleLine::comeBack() {
-  endpoint_->comeBack();
+  line().comeBack();
   returns_ = Clock::time_point::max();
-}
-
-bool ScaleLine::wantsToStream() const {
-  return scale_.model().streams() && queue_.empty() && endpoint_->hasListener() &&
-         !sendsWithoutEnd();
 }
 
 short ScaleLine::events() const {
@@ -58,27 +53,18 @@ short ScaleLine::events() const {
 }
 
 ScaleLine::Clock::time_point ScaleLine::deadline() const {
-  Clock::time_point earliest = returns_;
-  if (!queue_.empty()) earliest = std::min(earliest, queue_.front().due);
-  if (wantsToStream()) earliest = std::min(earliest, nextFrame_);
-  if (sendsWithoutEnd() && faults_.bytesPerSecond > 0 && endpoint_->hasListener()) {
-    earliest = std::min(earliest, nextEndless_);
-  }
-  return earliest;
+  const bool paced = sendsWithoutEnd() && faults_.bytesPerSecond > 0 && endpoint().hasListener();
+  return std::min({Line::deadline(), returns_, paced ? nextEndless_ : Clock::time_point::max()});
 }
 
-void ScaleLine::receive(Clock::time_point now) {
-  const Bytes arrived = endpoint_->receive();
-  if (arrived.empty() || now - kRequestSilence > lastInput_) scale_.forgetPartOfRequest();
-  if (arrived.empty()) return;
-  lastInput_ = now;
-  if (observer_) observer_(Direction::Received, arrived);
+void ScaleLine::hear(const Bytes& arrived, Clock::time_point now) {
   if (sendsWithoutEnd()) return;
   for (Scale::Answer& answer : scale_.receive(arrived)) {
+    if (isFull()) continue;
     if (answer.action == Action::Weigh) {
       sendFrame(std::move(answer.bytes), now);
     } else if (!faults_.silent) {
-      enqueue(std::move(answer.bytes), milliseconds{0}, now, false);
+      enqueue(std::move(answer.bytes), milliseconds{0}, now);
     }
   }
 }
@@ -92,21 +78,8 @@ void ScaleLine::advance(Clock::time_point now) {
       returns_ = now + kAbsence;
     }
   }
-  if (wantsToStream() && nextFrame_ <= now) {
-    sendFrame(scale_.frame(), now);
-    nextFrame_ = lastDue(now) + endpoint_->streamInterval();
-  }
-  if (sendsWithoutEnd() && endpoint_->hasListener()) sendWithoutEnd(now);
-  while (!queue_.empty() && queue_.front().due <= now) {
-    const Outgoing out = std::move(queue_.front());
-    queue_.pop_front();
-    if (out.hangUp) {
-      hangUp(now);
-      return;
-    }
-    if (observer_ && endpoint_->hasListener()) observer_(Direction::Sent, out.bytes);
-    endpoint_->send(out.bytes);
-  }
+  if (sendsWithoutEnd() && endpoint().hasListener()) sendWithoutEnd(now);
+  Line::advance(now);
 }
 
 /// Not seen by the observer: a record of it would have no end either.
@@ -119,30 +92,22 @@ void ScaleLine::sendWithoutEnd(Clock::time_point now) {
     nextEndless_ = now + std::chrono::seconds{1} * count / faults_.bytesPerSecond;
   }
   const Bytes bytes = misbehaviour_.endless(scale_.frame(), count);
-  misbehaviour_.sentEndless(endpoint_->fill(bytes));
-}
-
-ScaleLine::Clock::time_point ScaleLine::lastDue(Clock::time_point now) const {
-  return queue_.empty() ? now : std::max(now, queue_.back().due);
+  misbehaviour_.sentEndless(line().fill(bytes));
 }
 
 void ScaleLine::sendFrame(Bytes frame, Clock::time_point now) {
   Transmission out = misbehaviour_.transmit(scale_.model(), std::move(frame));
   for (Transmission::Piece& piece : out.pieces) {
-    enqueue(std::move(piece.bytes), piece.pause, now, false);
+    if (!piece.bytes.empty()) enqueue(std::move(piece.bytes), piece.pause, now);
   }
-  if (out.hangUp) enqueue({}, endpoint_->graceBeforeHangUp(), now, true);
-}
-
-void ScaleLine::enqueue(Bytes bytes, milliseconds pause, Clock::time_point now, bool hangUp) {
-  queue_.push_back({lastDue(now) + pause, std::move(bytes), hangUp});
+  if (out.hangUp) enqueue({}, endpoint().graceBeforeHangUp(), now);
 }
 
 void ScaleLine::hangUp(Clock::time_point now) {
-  queue_.clear();
+  dropQueue();
   scale_.forgetPartOfRequest();
-  endpoint_->hangUp();
-  if (endpoint_->isAway()) returns_ = now + kAbsence;
+  line().hangUp();
+  if (endpoint().isAway()) returns_ = now + kAbsence;
 }
 
 }  // namespace sim

@@ -158,15 +158,52 @@ TEST(SimulatedScaleOnPty, RemovesItsLinkAndLeavesFilesOfOthers) {
   EXPECT_TRUE(std::filesystem::is_regular_file(file));
 
   const auto link = directory.path() / "link";
-  std::filesystem::create_symlink("/nowhere", link);
-  PtyEndpoint first(link);
-  {
-    const PtyEndpoint second(link);
-    EXPECT_NE(std::filesystem::read_symlink(link), "/nowhere");
-    first.goAway();
-    EXPECT_TRUE(std::filesystem::is_symlink(link)) << "the link of the second was removed";
+  for (const char* foreign : {"/nowhere", "/dev/pts/0"}) {
+    std::filesystem::create_symlink(foreign, link);
+    EXPECT_THROW(PtyEndpoint{link}, std::system_error);
+    EXPECT_EQ(std::filesystem::read_symlink(link), foreign);
+    std::filesystem::remove(link);
   }
+  // What a simulator left that was killed.
+  std::filesystem::create_symlink("/dev/./pts/4711", link);
+  PtyEndpoint first(link);
+  const auto target = std::filesystem::read_symlink(link);
+  EXPECT_NE(target, "/dev/./pts/4711");
+  first.goAway();
   EXPECT_FALSE(std::filesystem::is_symlink(link));
+  // The name stays its own while it is away.
+  EXPECT_THROW(PtyEndpoint{link}, std::system_error);
+  first.comeBack();
+  EXPECT_TRUE(Host(link).open());
+}
+
+/// A host that asks without end: no more than some answers wait for it, and none when it has left.
+TEST(ScaleLine, LosesAnswersThatNobodyTakes) {
+  auto endpoint = std::make_unique<TcpEndpoint>();
+  const int port = endpoint->port();
+  ScaleLine line(Scale(*findScaleModel(13)), std::move(endpoint), {.dribble = milliseconds{1}});
+  auto now = Line::Clock::now();
+  const auto listen = [&] {
+    for (int i = 0; i < 4; ++i) line.receive(now += milliseconds{1});
+  };
+  const auto ask = [&](const Host& host) {
+    for (int i = 0; i < 1000; ++i) host.say(kCasRequest);
+    listen();
+  };
+  {
+    const Host host(port);
+    ask(host);
+    line.advance(now += std::chrono::hours{1});
+    const std::size_t heard = host.hear(100'000, milliseconds{20}).size();
+    EXPECT_GE(heard, kCasLength);
+    EXPECT_LE(heard, 4096 + kCasLength);
+    ask(host);
+  }
+  listen();
+  const Host next(port);
+  listen();
+  line.advance(now += std::chrono::hours{1});
+  EXPECT_TRUE(next.hear(1, milliseconds{20}).empty());
 }
 
 TEST(SimulatedScale, RefusesModelsWithoutSimulator) {

@@ -76,6 +76,9 @@ bool reserveText(StringBuffer& out, std::size_t n, std::uint32_t line) {
 
 bool encode(const PairTable& pairs, const void* data, std::size_t n, StringBuffer& out) {
   if (data == nullptr || n == 0) return true;
+  if (out.contains(data)) {
+    return encodeApart(out, [&](StringBuffer& text) { return encode(pairs, data, n, text); });
+  }
   if (!reserveText(out, n, 0)) return false;
   TextStage stage(out);
   constexpr std::size_t kGroupsAtOnce = 250;
@@ -115,6 +118,9 @@ bool ContentCoding::encodeModBase64_noCrLf(const void* p, std::size_t n, StringB
 
 bool ContentCoding::encodeBase64(const void* data, std::size_t n, StringBuffer& out) const {
   if (data == nullptr || n == 0) return true;
+  if (out.contains(data)) {
+    return encodeApart(out, [&](StringBuffer& text) { return encodeBase64(data, n, text); });
+  }
   if (!reserveText(out, n, m_lineLength)) return false;
   TextStage stage(out);
   const auto* p = static_cast<const unsigned char*>(data);

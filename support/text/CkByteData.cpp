@@ -11,6 +11,7 @@
 #include "DataBuffer.h"
 #include "RandomBytes.h"
 #include "StringBuffer.h"
+#include "XString.h"
 
 namespace {
 
@@ -34,25 +35,42 @@ CkByteData::CkByteData() : m_impl(new (std::nothrow) DataBuffer), m_utf8(newHand
 
 CkByteData::CkByteData(const CkByteData& other)
     : m_impl(new (std::nothrow) DataBuffer), m_utf8(other.m_utf8) {
+  put_SecureClear(other.m_secure);
   append(other);
 }
 
 CkByteData& CkByteData::operator=(const CkByteData& other) {
   if (&other != this && m_impl != nullptr && other.m_impl != nullptr) {
-    m_impl->copyData(other.m_impl->getData2(), other.m_impl->getSize());
+    DataBuffer copy;
+    copy.setSecure(m_secure || other.m_secure);
+    if (copy.copyData(other.m_impl->getData2(), other.m_impl->getSize())) {
+      m_impl->clearWithDeallocate();
+      m_impl->takeData(copy);
+    }
   }
   return *this;
 }
 
 CkByteData::~CkByteData() = default;
 
+bool CkByteData::get_Utf8() const { return m_utf8; }
+
+void CkByteData::put_Utf8(bool utf8) { m_utf8 = utf8; }
+
+bool CkByteData::get_SecureClear() const { return m_secure; }
+
+DataBuffer* CkByteData::getImpl() const { return m_impl.get(); }
+
 void CkByteData::put_SecureClear(bool secure) {
   m_secure = secure;
   if (m_impl != nullptr) m_impl->setSecure(secure);
+  if (m_result != nullptr) m_result->setSecure(secure);
 }
 
 void CkByteData::setImpl(std::unique_ptr<DataBuffer> impl) {
-  if (impl != nullptr) m_impl = std::move(impl);
+  if (impl == nullptr) return;
+  m_impl = std::move(impl);
+  if (m_secure) m_impl->setSecure(true);
 }
 
 DataBuffer* CkByteData::writable() {
@@ -116,7 +134,8 @@ bool CkByteData::appendRandom(int n) {
 
 bool CkByteData::appendFile(const char* path) {
   DataBuffer content;
-  return content.loadFileUtf8(path, nullptr) && append2(content.getData2(), content.getSize());
+  content.setSecure(m_secure);
+  return load(path, content) && append2(content.getData2(), content.getSize());
 }
 
 bool CkByteData::appendEncoded(const char* text, const char* encoding) {
@@ -130,9 +149,11 @@ bool CkByteData::ensureBuffer(unsigned long n) {
          bytes->ensureBuffer(narrow(n));
 }
 
-void CkByteData::borrowData(const void* p, unsigned long n) {
+bool CkByteData::preAllocate(unsigned long n) { return ensureBuffer(n); }
+
+void CkByteData::borrowData(void* p, unsigned long n) {
   DataBuffer* const bytes = writable();
-  if (bytes != nullptr) bytes->borrowData(const_cast<void*>(p), narrow(n));
+  if (bytes != nullptr) bytes->borrowData(p, narrow(n));
 }
 
 // Reading --------------------------------------------------------------------------------------
@@ -161,34 +182,39 @@ const unsigned char* CkByteData::getDataAt(unsigned long index) const {
   return m_impl == nullptr ? nullptr : m_impl->getDataAt2(narrow(index));
 }
 
-const char* CkByteData::resultOf(const unsigned char* p, unsigned long n, const char* encoding) {
+bool CkByteData::getRange(unsigned long index, unsigned long n, CkByteData& out) const {
+  CkByteData range;
+  range.put_SecureClear(m_secure);
+  if (!range.appendRange(*this, index, n)) return false;
+  out.clear();
+  out.takeByteData(range);
+  return true;
+}
+
+const char* CkByteData::resultOf(unsigned long index, unsigned long n, const char* encoding) {
+  if (m_impl == nullptr) return nullptr;
   if (m_result == nullptr) m_result.reset(new (std::nothrow) DataBuffer);
   if (m_result == nullptr) return nullptr;
   m_result->setSecure(m_secure);
   m_result->clear();
-  if (encoding == nullptr) {
-    m_result->append(p, n);
-  } else {
-    DataBuffer range;
-    range.borrowData(const_cast<unsigned char*>(p), narrow(n));
-    StringBuffer text;
-    text.setSecureBuf(m_secure);
-    range.encodeDB(encoding, text);
-    m_result->append(text);
-  }
-  return m_result->appendChar('\0') ? reinterpret_cast<const char*>(m_result->getData2()) : nullptr;
+  DataBuffer range;
+  range.borrowData(const_cast<unsigned char*>(getDataAt(index)),
+                   narrow(index < getSize() ? std::min(n, getSize() - index) : 0));
+  StringBuffer text;
+  text.setSecureBuf(m_secure);
+  const bool made = encoding == nullptr ? m_result->append(range)
+                                        : range.encodeDB(encoding, text) && m_result->append(text);
+  return made && m_result->appendChar('\0') ? reinterpret_cast<const char*>(m_result->getData2())
+                                            : nullptr;
 }
 
 const char* CkByteData::getRangeStr(unsigned long index, unsigned long n) {
-  const unsigned char* const from = getDataAt(index);
-  return resultOf(from, from == nullptr ? 0 : std::min(n, getSize() - index), nullptr);
+  return resultOf(index, n, nullptr);
 }
 
 const char* CkByteData::getEncodedRange(const char* encoding, unsigned long index,
                                         unsigned long n) {
-  const unsigned char* const from = getDataAt(index);
-  return resultOf(from, from == nullptr ? 0 : std::min(n, getSize() - index),
-                  encoding == nullptr ? "" : encoding);
+  return resultOf(index, n, encoding == nullptr ? "" : encoding);
 }
 
 const char* CkByteData::getEncoded(const char* encoding) {
@@ -201,8 +227,11 @@ void CkByteData::encode(const char* encoding, CkString& out) const {
   if (m_impl == nullptr) return;
   StringBuffer text;
   text.setSecureBuf(m_secure);
-  m_impl->encodeDB(encoding, text);
-  out.setStringUtf8(text.getString());
+  if (m_impl->encodeDB(encoding, text)) {
+    out.setStringUtf8(text.getString());
+  } else if (out.getImpl() != nullptr) {
+    out.getImpl()->noteShortage();
+  }
 }
 
 bool CkByteData::equals(const CkByteData& other) const {
@@ -261,9 +290,19 @@ void CkByteData::takeByteData(CkByteData& other) {
 
 bool CkByteData::loadFile(const char* path) {
   DataBuffer* const bytes = writable();
-  return bytes != nullptr && bytes->loadFileUtf8(path, nullptr);
+  return bytes != nullptr && load(path, *bytes);
+}
+
+bool CkByteData::load(const char* path, DataBuffer& out) const {
+  XString text;
+  text.setFromDual(path, m_utf8);
+  const char* const utf8 = text.getUtf8();
+  return text.isWhole() && out.loadFileUtf8(utf8, nullptr);
 }
 
 bool CkByteData::saveFile(const char* path) const {
-  return m_impl != nullptr && m_impl->saveToFileUtf8(path, nullptr);
+  XString text;
+  text.setFromDual(path, m_utf8);
+  const char* const utf8 = text.getUtf8();
+  return text.isWhole() && m_impl != nullptr && m_impl->saveToFileUtf8(utf8, nullptr);
 }

@@ -7,7 +7,9 @@
 class CkString;
 class DataBuffer;
 
-/// An owned block of bytes. Not locked: one thread at a time.
+/// A block of bytes, owned or borrowed. Sizes and offsets are 32 bits inside; larger arguments are
+/// taken for the largest. A file name is ANSI, or UTF-8 after put_Utf8(true). Not locked: one
+/// thread at a time.
 class ORBELO_PUBLIC CkByteData : public CkObject {
  public:
   CkByteData();
@@ -15,10 +17,10 @@ class ORBELO_PUBLIC CkByteData : public CkObject {
   CkByteData& operator=(const CkByteData& other);
   ~CkByteData() override;
 
-  bool get_Utf8() const { return m_utf8; }
-  void put_Utf8(bool utf8) { m_utf8 = utf8; }
-  bool get_SecureClear() const { return m_secure; }
-  /// The destructor wipes the bytes before it frees them.
+  bool get_Utf8() const;
+  void put_Utf8(bool utf8);
+  bool get_SecureClear() const;
+  /// Every block is wiped before it is freed, also those of the results. Copies are secure, too.
   void put_SecureClear(bool secure);
 
   /// Frees the block at once.
@@ -46,9 +48,9 @@ class ORBELO_PUBLIC CkByteData : public CkObject {
   bool appendFile(const char* path);
   bool appendEncoded(const char* text, const char* encoding);
   bool ensureBuffer(unsigned long n);
-  bool preAllocate(unsigned long n) { return ensureBuffer(n); }
-  /// Reads the caller's bytes in place, without owning them.
-  void borrowData(const void* p, unsigned long n);
+  bool preAllocate(unsigned long n);
+  /// Reads and writes the caller's bytes in place, without owning them.
+  void borrowData(void* p, unsigned long n);
 
   // Reading: 0 or an empty result out of range ------------------------------------------------
 
@@ -60,7 +62,9 @@ class ORBELO_PUBLIC CkByteData : public CkObject {
   int getInt(unsigned long index) const;
   unsigned int getUInt(unsigned long index) const;
   const unsigned char* getDataAt(unsigned long index) const;
-  /// The range as a text, valid until the next call that returns one.
+  /// Replaces `out` by the range; false, with `out` as it was, if there is no memory.
+  bool getRange(unsigned long index, unsigned long n, CkByteData& out) const;
+  /// The range as a text; null if there is no memory. Valid until the next call that returns one.
   const char* getRangeStr(unsigned long index, unsigned long n);
   /// The bytes in the named binary encoding ("base64", "hex"), valid until the next such call.
   const char* getEncoded(const char* encoding);
@@ -89,13 +93,14 @@ class ORBELO_PUBLIC CkByteData : public CkObject {
   bool loadFile(const char* path);
   bool saveFile(const char* path) const;
 
-  DataBuffer* getImpl() const { return m_impl.get(); }
+  DataBuffer* getImpl() const;
   /// Replaces the bytes; a null pointer changes nothing.
   void setImpl(std::unique_ptr<DataBuffer> impl);
 
  private:
   DataBuffer* writable();
-  const char* resultOf(const unsigned char* p, unsigned long n, const char* encoding);
+  const char* resultOf(unsigned long index, unsigned long n, const char* encoding);
+  bool load(const char* path, DataBuffer& out) const;
 
   std::unique_ptr<DataBuffer> m_impl;
   bool m_utf8;

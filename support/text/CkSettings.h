@@ -1,10 +1,8 @@
 #pragma once
 
-#include "PublicApi.h"
-
 /// Settings of the support layers that hold for the whole process. Set them before the first
 /// use of the layers.
-class ORBELO_PUBLIC CkSettings {
+class CkSettings {
  public:
   /// How a new handle reads `const char*` arguments: true UTF-8, false ANSI.
   static bool m_utf8;

@@ -133,8 +133,12 @@ void CkString::setStringUtf16(const unsigned short* utf16) {
 }
 
 void CkString::setStr(CkString& other) {
-  setStringUtf8(other.getUtf8());
-  if (m_x != nullptr && !other.isWhole()) m_x->noteShortage();
+  const char* const utf8 = other.getUtf8();
+  if (other.isWhole()) {
+    setStringUtf8(utf8);
+  } else if (m_x != nullptr) {
+    m_x->noteShortage();
+  }
 }
 
 CkString& CkString::operator=(const CkString& other) {

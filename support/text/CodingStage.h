@@ -77,3 +77,11 @@ class CodingStage {
 
 using TextStage = CodingStage<StringBuffer>;
 using ByteStage = CodingStage<DataBuffer>;
+
+/// Encodes bytes that lie in `out` itself, which may move as it grows: through a text apart.
+template <typename Encode>
+bool encodeApart(StringBuffer& out, Encode encode) {
+  StringBuffer text;
+  text.setSecureBuf(out.getSecureBuf());
+  return encode(text) && out.append(text);
+}

@@ -183,6 +183,9 @@ bool readNumber(std::string_view text, std::string_view alphabet, bool keepsZero
 
 bool ContentCoding::encodeHex(const void* data, std::size_t n, HexStyle style, StringBuffer& out) {
   if (data == nullptr || n == 0) return true;
+  if (out.contains(data)) {
+    return encodeApart(out, [&](StringBuffer& text) { return encodeHex(data, n, style, text); });
+  }
   if (ck64_TooBigForUnsigned32(n * 3) || !out.expectNumBytes(static_cast<std::uint32_t>(
                                              n * (style == HexStyle::UpperColons ? 3 : 2)))) {
     return false;

@@ -595,8 +595,8 @@ void xstring(Script& script) {
         });
         break;
       default: {
-        const bool equal = x.equalsAscii(whole.ansi.c_str());
-        require(equal == (whole.ansi == whole.utf8));
+        if (whole.ansi == whole.utf8) require(x.equalsAscii(whole.ansi.c_str()));
+        require(!x.equalsAscii((whole.ansi + 'x').c_str()));
       }
     }
     require(done || !x.isWhole());

@@ -155,21 +155,6 @@ TEST_F(Transfer, AnAnswerMayComeByteByByte) {
   EXPECT_GE(clock.ms(), 13 * 30 - 20);
 }
 
-TEST_F(Transfer, AnAnswerMayComeInAnyPieces) {
-  for (std::size_t cut = 1; cut < kAnswer.size(); ++cut) {
-    TcpPeer peer([&](TcpWire& wire) {
-      wire.send(fixture::text(kAnswer.substr(0, cut)));
-      wire.pause(5);
-      wire.send(fixture::text(kAnswer.substr(cut)));
-      wire.receiveSome();
-    });
-    CkSocket client;
-    fixture::connectTo(client, peer.port());
-    client.put_MaxReadIdleMs(5000);
-    EXPECT_EQ(receiveBytes(client, kAnswer.size()), (ReceivedBytes{true, kAnswer})) << cut;
-  }
-}
-
 TEST_F(Transfer, NoAnswerCostsMoreThanTheLongestTime) {
   const fixture::Script endless = [](fixture::Wire& wire) {
     while (wire.pause(5) && wire.send(fixture::text("x"))) continue;

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string_view>
 
+#include "Cancellation.h"
 #include "ClsEncode.h"
 #include "CodePages.h"
 #include "ContentCoding.h"
@@ -23,8 +24,12 @@ namespace {
 /// So many NUL bytes on one side of the byte pairs settle the matter, however long the text.
 constexpr std::size_t kEnoughNulBytes = 32;
 
+// Closing may be where a thread is cancelled, and a destructor may not.
 struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
+  void operator()(std::FILE* file) const {
+    const CancellationHeld held;
+    std::fclose(file);
+  }
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
@@ -44,6 +49,7 @@ class Descriptor {
  public:
   explicit Descriptor(int file) : m_file(file) {}
   ~Descriptor() {
+    const CancellationHeld held;
     if (m_file >= 0) ::close(m_file);
   }
   Descriptor(const Descriptor&) = delete;

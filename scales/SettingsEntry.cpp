@@ -65,6 +65,9 @@ std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) 
     return std::nullopt;
   }
   std::vector<SettingsEntry> entries;
+  // A document ends where memory did. Then there is no room for all of its scales, either, and what
+  // was read of it isn't taken for the whole.
+  entries.reserve(kMostSettingsEntries);
   for (std::size_t i = 0; i < kMostSettingsEntries; ++i) {
     xml.GetRoot2();
     if (!xml.FindChild2(tagOf(i).c_str())) continue;

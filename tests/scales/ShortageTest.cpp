@@ -10,6 +10,7 @@
 
 #include "MemoryWatch.h"
 #include "ScalesWrapper.h"
+#include "TempFolder.h"
 
 namespace {
 
@@ -101,6 +102,22 @@ TEST_F(Shortage, AParameterIsTakenWholeOrNotAtAll) {
                        EXPECT_EQ(knows(s, kLong), done);
                      }),
             1);
+}
+
+TEST_F(Shortage, AFolderBringsAllItsScalesOrNone) {
+  const fixture::TempFolder folder;
+  folder.write("settings.xml",
+               R"(<S><SCALES1 fNum="1" fType="1" fIsComPort="1" fComPortName=")" + kLong +
+                   R"(" fCoeff="12.5"/><SCALES2 fNum="2" fType="1" fHost="host"/></S>)");
+  CkString path;
+  path.setStringUtf8(folder.path().c_str());
+  EXPECT_GT(refusals([&](auto& s) { return s.SetPathDllFolder(path) == 0; },
+                     [](auto& s, bool done) {
+                       for (const std::string& id : {std::string("1"), kLong, std::string("host")})
+                         EXPECT_EQ(knows(s, id), done) << id;
+                       EXPECT_TRUE(!done || s.GetScalesObject("1")->GetCoeff() == 12.5);
+                     }),
+            10);
 }
 
 TEST_F(Shortage, TheTextOfAnErrorIsWholeOrNone) {

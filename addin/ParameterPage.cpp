@@ -39,7 +39,7 @@ std::vector<Choice> modelChoices() {
   choices.reserve(scalesModels().size());
   for (const ScalesModel& model : scalesModels()) {
     const char* leadingZero = model.number < 10 ? "0" : "";
-    choices.push_back({leadingZero + std::to_string(model.number), model.pageText});
+    choices.push_back({leadingZero + std::to_string(model.number), model.pageText()});
   }
   return choices;
 }

@@ -1,9 +1,9 @@
 #include "FrameReader.h"
 
-#include <algorithm>
 #include <chrono>
 #include <memory>
 
+#include "ProtocolSheet.h"
 #include "Sleep.h"
 
 namespace {
@@ -14,22 +14,29 @@ class Reader {
       : port_(port), budget_ms_(budget_ms), frame_(frame) {}
 
   std::size_t operator()(const StartByteRead& style) {
-    return readFromStart(style.length, style.start, kSilence_ms);
-  }
-
-  std::size_t operator()(const HuntingRead& style) {
-    return readFromStart(style.length, style.start, kHuntedByte_ms);
+    while (budgetLeft() && count_ < style.length) {
+      if (count_ > 0) {
+        readUpTo(style.length);
+      } else if (port_.read(frame_.data(), 1) != 1) {
+        waitOutSilence();
+      } else if (style.start.contains(frame_[0])) {
+        count_ = 1;
+      } else {
+        payWrongByte(style.wrongByte);
+      }
+    }
+    return count_;
   }
 
   std::size_t operator()(const LengthRead& style) {
-    while (budgetLeft() && count_ < style.length + style.excessBound) readUpTo(style.length);
+    while (budgetLeft() && (count_ < style.length || style.asksOn)) readUpTo(style.length);
     return count_;
   }
 
   std::size_t operator()(const TerminatorRead& style) {
     while (budgetLeft() && count_ < style.capacity) {
       readUpTo(style.capacity);
-      if (count_ >= style.minLength && endsWith(style)) break;
+      if (count_ >= style.minLength && endsFrame(style, frame_.first(count_))) break;
     }
     return count_;
   }
@@ -51,28 +58,11 @@ class Reader {
     }
   }
 
-  std::size_t readFromStart(std::size_t length, const Bytes& start, int wrongByte_ms) {
-    while (budgetLeft() && count_ < length) {
-      if (count_ > 0) {
-        readUpTo(length);
-      } else if (port_.read(frame_.data(), 1) != 1) {
-        waitOutSilence();
-      } else if (start.contains(frame_[0])) {
-        count_ = 1;
-      } else if (wrongByte_ms == kSilence_ms) {
-        waitOutSilence();
-      } else {
-        budget_ms_ -= wrongByte_ms;
-      }
+  void payWrongByte(StartByteRead::WrongByte wrongByte) {
+    switch (wrongByte) {
+      case StartByteRead::WrongByte::CostsAsSilence: waitOutSilence(); return;
+      case StartByteRead::WrongByte::CostsOne_ms: budget_ms_ -= 1; return;
     }
-    return count_;
-  }
-
-  bool endsWith(const TerminatorRead& style) const {
-    if (count_ < style.end.size()) return false;
-    if (style.match == TerminatorRead::End::AnyOf) return style.end.contains(frame_[count_ - 1]);
-    const auto tail = frame_.subspan(count_ - style.end.size(), style.end.size());
-    return std::equal(tail.begin(), tail.end(), style.end.view().begin());
   }
 
   COrbComLanPort& port_;

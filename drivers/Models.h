@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <span>
+#include <string>
 
 #include "ProtocolSheet.h"
 #include "ScalesObject.h"
@@ -9,16 +10,20 @@
 /// One row of the model list.
 struct ScalesModel {
   int number;
-  /// As the parameter page shows it, UTF-8.
-  const char* pageText;
+  /// UTF-8.
+  const char* name;
   /// Makes the driver; null for a model without one: scales that send when their button is
   /// pressed, the one with a bar code scanner, and spare numbers.
   std::unique_ptr<IScalesObject> (*create)();
   /// The protocol; null for a model without a driver and for the emulator.
   const ProtocolSheet* sheet;
+
+  /// Number and name as the parameter page shows them.
+  std::string pageText() const;
 };
 
-/// All models, in the page's order. The only list of models there is.
+/// All models, each at the index of its number, in the page's order. The only list of models there
+/// is.
 std::span<const ScalesModel> scalesModels();
 
 /// The row of a model; null for a number that isn't in the list.

@@ -9,14 +9,6 @@ namespace {
 
 constexpr std::size_t kReadOnceSize = 100;
 
-void enter(AtEntry atEntry, Reading& reading) {
-  switch (atEntry) {
-    case AtEntry::AllZero: reading = {}; return;
-    case AtEntry::Moving: reading.stable = 0; return;
-    case AtEntry::Stable: reading.stable = 1; return;
-  }
-}
-
 }  // namespace
 
 /// The port layer throws nothing, so this net catches what nobody foresaw.
@@ -42,32 +34,31 @@ int PolledScales::OpenComPort() {
 }
 
 int PolledScales::getScalesInfo(double* weight, double* price, double* cost, long* stable) {
-  Reading reading{*weight, *price, *cost, *stable};
-  enter(sheet_.atEntry, reading);
-  const int code = underCatchAll([&] { return poll(reading); });
-  *weight = reading.weight;
-  *price = reading.price;
-  *cost = reading.cost;
-  *stable = reading.stable;
+  Outputs outputs = outputsAtEntry(sheet_, {*weight, *price, *cost});
+  const int code = underCatchAll([&] { return poll(outputs); });
+  *weight = outputs.weight;
+  *price = outputs.price;
+  *cost = outputs.cost;
+  *stable = outputs.stable ? 1 : 0;
   return code;
 }
 
-int PolledScales::poll(Reading& reading) {
+int PolledScales::poll(Outputs& outputs) {
   if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
 
   int status = kNoAnswer;
-  int budget_ms = sheet_.budget_ms;
+  int budget_ms = sheet_.asking.budget_ms;
   std::array<std::uint8_t, kMaxFrame> buffer = {};
-  for (int attempt = 0; attempt < sheet_.attempts; ++attempt) {
+  for (int attempt = 0; attempt < sheet_.asking.attempts; ++attempt) {
     drain(port, sheet_.drainSize);
     sendRequest(buffer);
     buffer.fill(0);
-    if (!sheet_.oneBudgetForAll) budget_ms = sheet_.budget_ms;
+    if (!sheet_.asking.oneBudgetForAll) budget_ms = sheet_.asking.budget_ms;
     const Frame frame = std::span(buffer).first(readFrame(port, sheet_.read, budget_ms, buffer));
 
-    if (sheet_.glance != nullptr) sheet_.glance(frame, reading);
-    if (!sheet_.isGood(frame)) continue;
-    const Outcome outcome = sheet_.parse(frame, reading);
+    takeMotionOfAnyFrame(sheet_, frame, outputs);
+    if (!isGood(sheet_, frame)) continue;
+    const Outcome outcome = parse(sheet_, frame, outputs);
     status = outcome.code;
     if (outcome.next == Outcome::Next::HangUp) {
       CloseComPort();
@@ -81,9 +72,9 @@ int PolledScales::poll(Reading& reading) {
 
 void PolledScales::sendRequest(Frame lastFrame) {
   const Request& request = sheet_.request;
-  if (request.first.empty()) return;
-  Bytes first = request.first;
-  first.add(lastFrame.first(request.frameHead));
+  if (transmitsByItself(sheet_)) return;
+  ByteRow first = request.first;
+  for (const std::uint8_t byte : lastFrame.first(request.frameHead)) first.add(byte);
   port.write(first.data(), first.size());
   if (request.second.empty()) return;
   orbSleep_mSec(request.pause_ms);
@@ -109,26 +100,26 @@ int PolledScales::send(const Command& command) {
 }
 
 int PolledScales::pressT(double /*tare*/) {
-  if (!sheet_.tare) return kNotSupported;
+  if (!sheet_.commands.tare) return kNotSupported;
   return underCatchAll([&] {
     const int code = isConnectedOrConnect();
-    return code == kSuccess ? send(*sheet_.tare) : code;
+    return code == kSuccess ? send(*sheet_.commands.tare) : code;
   });
 }
 
 int PolledScales::pressNull() {
-  if (!sheet_.zero) return kNotSupported;
+  if (!sheet_.commands.zero) return kNotSupported;
   return underCatchAll([&] {
     const int code = isConnectedOrConnect();
-    return code == kSuccess ? send(*sheet_.zero) : code;
+    return code == kSuccess ? send(*sheet_.commands.zero) : code;
   });
 }
 
 int PolledScales::setPrice(long price) {
-  if (sheet_.price == nullptr) return kNotSupported;
+  if (sheet_.commands.price == nullptr) return kNotSupported;
   return underCatchAll([&] {
     if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
-    const std::optional<Command> command = sheet_.price(price);
+    const std::optional<Command> command = sheet_.commands.price(price);
     return command ? send(*command) : static_cast<int>(kNotSupported);
   });
 }

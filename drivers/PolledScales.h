@@ -17,7 +17,7 @@ class PolledScales : public IScalesObject {
   int setPrice(long price) override;
 
  private:
-  int poll(Reading& reading);
+  int poll(Outputs& outputs);
   void sendRequest(Frame lastFrame);
   int send(const Command& command);
   template <typename Operation>

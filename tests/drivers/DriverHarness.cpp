@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include <gtest/gtest.h>
+
 #include "Models.h"
 #include "Sleep.h"
 
@@ -29,9 +31,12 @@ void orbSleep_mSec(int ms) {
 milliseconds sleptSoFar() { return milliseconds(slept_ms); }
 
 Poll pollOnce(IScalesObject& scales) {
-  Reading out = {kOfCaller, kOfCaller, kOfCaller, kStableOfCaller};
+  Outputs out = {kOfCaller, kOfCaller, kOfCaller};
+  long stable = kStableOfCaller;
   const milliseconds before = sleptSoFar();
-  const int code = scales.getScalesInfo(&out.weight, &out.price, &out.cost, &out.stable);
+  const int code = scales.getScalesInfo(&out.weight, &out.price, &out.cost, &stable);
+  out.stable = stable == 1;
+  EXPECT_TRUE(stable == 0 || stable == 1);
   return {code, out, sleptSoFar() - before};
 }
 

@@ -20,7 +20,7 @@ milliseconds sleptSoFar();
 /// What the caller finds in its outputs after a poll, and what that slept.
 struct Poll {
   int code;
-  Reading reading;
+  Outputs reading;
   milliseconds slept;
 };
 

@@ -152,7 +152,7 @@ TEST_P(Exchange, SilentScale) {
   EXPECT_EQ(poll.reading.weight, kept);
   EXPECT_EQ(poll.reading.price, kept);
   EXPECT_EQ(poll.reading.cost, kept);
-  EXPECT_EQ(poll.reading.stable, GetParam().atEntry == AtEntry::Stable ? 1 : 0);
+  EXPECT_EQ(poll.reading.stable, GetParam().atEntry == AtEntry::Stable);
 
   fixture::Bytes expected;
   for (int i = 0; i < GetParam().attempts; ++i) {
@@ -169,7 +169,7 @@ TEST_P(Exchange, NoLine) {
   const Poll poll = pollOnce(*scales_);
   EXPECT_EQ(poll.code, kNoConnection);
   EXPECT_EQ(poll.reading.weight, GetParam().atEntry == AtEntry::AllZero ? 0.0 : kOfCaller);
-  EXPECT_EQ(poll.reading.stable, GetParam().atEntry == AtEntry::Stable ? 1 : 0);
+  EXPECT_EQ(poll.reading.stable, GetParam().atEntry == AtEntry::Stable);
 }
 
 TEST_P(Exchange, TareAndZero) {
@@ -233,15 +233,24 @@ INSTANTIATE_TEST_SUITE_P(Model, ExchangeTail,
                          testing::Values(ExchangeRow{.model = 21}, ExchangeRow{.model = 35}),
                          numberOfRow);
 
-/// A negative price reaches the drivers as a large number, of which the lowest digits go out.
+/// From the platform a negative price comes as a large number, of which the lowest digits go out;
+/// one that is given to a driver divides as the signed number that it is.
 TEST(ExchangeOfPrices, NumbersThatAreNoPrice) {
   fixture::PtyLine line;
-  const auto scales = createScales(0);
-  ASSERT_EQ(scales->SetComPort(line.path().c_str(), 9600, nullptr), kSuccess);
-  EXPECT_EQ(scales->setPrice(4294967295), kSuccess);
-  EXPECT_EQ(fixture::hex(line.receive(9)), "00 00 02 05 09 02 07 06 00");
-  EXPECT_EQ(scales->setPrice(0), kSuccess);
-  EXPECT_EQ(fixture::hex(line.receive(9)), "00 00 02 00 00 00 00 00 00");
+  const struct {
+    int model;
+    long price;
+    const char* bytes;
+  } rows[] = {{0, 4294967295, "00 00 02 05 09 02 07 06 00"},
+              {0, 0, "00 00 02 00 00 00 00 00 00"},
+              {0, -1250, "00 00 02 00 FB FE FF 00 00"},
+              {30, -1250, "00 00 02 30 2B 2E 2F 30 30"}};
+  for (const auto& row : rows) {
+    const auto scales = createScales(row.model);
+    ASSERT_EQ(scales->SetComPort(line.path().c_str(), 9600, nullptr), kSuccess);
+    EXPECT_EQ(scales->setPrice(row.price), kSuccess);
+    EXPECT_EQ(fixture::hex(line.receive(9)), row.bytes);
+  }
 }
 
 /// The rows stand for all models that have a protocol.

@@ -46,13 +46,16 @@ TEST_P(FrameReads, TakeAndCost) {
             fixture::hex(fixture::bytes(row.left)));
 }
 
-constexpr StartByteRead kStart = {.length = 4, .start = {'S', 'T'}};
-constexpr HuntingRead kHunt = {.length = 4, .start = {'S', 'T'}};
+constexpr StartByteRead kStart = {
+    .length = 4, .start = {'S', 'T'}, .wrongByte = StartByteRead::WrongByte::CostsAsSilence};
+constexpr StartByteRead kHunt = {
+    .length = 4, .start = {'S', 'T'}, .wrongByte = StartByteRead::WrongByte::CostsOne_ms};
 constexpr LengthRead kLength = {.length = 4};
-constexpr LengthRead kBeyond = {.length = 4, .excessBound = 1};
-constexpr TerminatorRead kLine = {.capacity = 10, .minLength = 4, .end = "\r\n"};
+constexpr LengthRead kBeyond = {.length = 4, .asksOn = true};
+constexpr TerminatorRead kLine = {
+    .capacity = 10, .minLength = 4, .end = "\r\n", .match = TerminatorRead::Match::AnyOf};
 constexpr TerminatorRead kCrLf = {
-    .capacity = 10, .minLength = 4, .end = "\r\n", .match = TerminatorRead::End::Sequence};
+    .capacity = 10, .minLength = 4, .end = "\r\n", .match = TerminatorRead::Match::Sequence};
 
 INSTANTIATE_TEST_SUITE_P(
     Styles, FrameReads,

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "DriverHarness.h"
+#include "Models.h"
 #include "PolledScales.h"
 
 // How a poll goes on and ends when scale and line don't behave, on both kinds of line.
@@ -34,12 +35,12 @@ TEST_P(Polls, AnswerStandsAndWhatIsLeftIsDrained) {
   EXPECT_EQ(first.reading.weight, 1.25);
   EXPECT_EQ(first.reading.price, 0.0);
   EXPECT_EQ(first.reading.cost, 0.0);
-  EXPECT_EQ(first.reading.stable, 1);
+  EXPECT_TRUE(first.reading.stable);
   // The second frame of the first answer has waited on the line since.
   const Poll second = pair.poll();
   EXPECT_EQ(second.code, kSuccess);
   EXPECT_EQ(second.reading.weight, 2.5);
-  EXPECT_EQ(second.reading.stable, 0);
+  EXPECT_FALSE(second.reading.stable);
   EXPECT_EQ(pair.received(4), "05 11 05 11");
 }
 
@@ -93,7 +94,7 @@ TEST_P(Polls, LastOfThreeAnswersStands) {
   EXPECT_DOUBLE_EQ(poll.reading.weight, 0.003);
   EXPECT_DOUBLE_EQ(poll.reading.price, 0.04);
   EXPECT_DOUBLE_EQ(poll.reading.cost, 0.05);
-  EXPECT_EQ(poll.reading.stable, 0);
+  EXPECT_FALSE(poll.reading.stable);
   EXPECT_EQ(pair.received(6), "2A 03 2A 03 2A 03");
 }
 
@@ -104,7 +105,7 @@ TEST_P(Polls, OneAnswerOfThreeIsEnough) {
   EXPECT_DOUBLE_EQ(poll.reading.weight, 0.001);
   EXPECT_EQ(poll.reading.price, 2.0);
   EXPECT_EQ(poll.reading.cost, 3.0);
-  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_TRUE(poll.reading.stable);
   EXPECT_GE(poll.slept, milliseconds(2 * 300));
   EXPECT_EQ(pair.received(9), "00 00 03 00 00 03 00 00 03");
 }
@@ -119,7 +120,7 @@ TEST_P(Polls, ImplausibleFrame) {
     EXPECT_EQ(poll.code, kNoConnection);
     EXPECT_EQ(poll.reading.weight, 500.0);
     EXPECT_EQ(poll.reading.cost, 500.0);
-    EXPECT_EQ(poll.reading.stable, 1);
+    EXPECT_TRUE(poll.reading.stable);
     EXPECT_EQ(pair.received(9), "00 00 03 00 00 03 00 00 03");
   }
   {
@@ -139,7 +140,7 @@ TEST_P(Polls, BadNibbleClosesThePort) {
   const Poll poll = pair.poll();
   EXPECT_EQ(poll.code, kNoAnswer);
   EXPECT_EQ(poll.reading.weight, 0.0);
-  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_TRUE(poll.reading.stable);
   EXPECT_FALSE(pair.isConnected());
   EXPECT_EQ(pair.received(4), "3C 00 21 3E");
 }
@@ -150,7 +151,7 @@ TEST_P(Polls, StableOfABadFrame) {
   const Poll poll = pair.poll();
   EXPECT_EQ(poll.code, kNoAnswer);
   EXPECT_EQ(poll.reading.weight, 0.0);
-  EXPECT_EQ(poll.reading.stable, 1);
+  EXPECT_TRUE(poll.reading.stable);
   EXPECT_TRUE(pair.isConnected());
 }
 
@@ -282,13 +283,11 @@ TEST(PollsOverPty, HeadOfHalfAnAnswerGoesOut) {
 /// What nobody foresaw ends the poll with 1 and closes the port, but for one protocol.
 TEST(PollsOverPty, Exceptions) {
   for (const bool close : {true, false}) {
-    const ProtocolSheet sheet = {
-        .read = LengthRead{.length = 1},
-        .isGood = [](Frame) -> bool { throw std::runtime_error("unforeseen"); },
-        .tare = Command{.bytes = {'T'}},
-        .closeOnException = close,
-    };
-    const fixture::PtyLine line;
+    ProtocolSheet sheet = *findScalesModel(10)->sheet;
+    sheet.judge = [](Frame, Outputs&) -> Outcome { throw std::runtime_error("unforeseen"); };
+    sheet.closeOnException = close;
+    fixture::PtyLine line;
+    line.play(fixture::answering({'E'}, {0xE2, 0x04}));
     PolledScales scales(sheet);
     scales.SetLeaveConn(1);
     ASSERT_EQ(scales.SetComPort(line.path().c_str(), 9600, nullptr), kSuccess);

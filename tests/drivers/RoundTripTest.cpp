@@ -48,9 +48,10 @@ class RoundTrip : public testing::TestWithParam<Trip> {
   /// Polls, and compares with what the scale shows.
   void poll(const char* what) {
     SCOPED_TRACE(what);
-    Reading reading;
+    Outputs reading;
+    long stable = 0;
     const int code =
-        driver_->getScalesInfo(&reading.weight, &reading.price, &reading.cost, &reading.stable);
+        driver_->getScalesInfo(&reading.weight, &reading.price, &reading.cost, &stable);
     const sim::Reading expected = scale_.expectedReading();
     SCOPED_TRACE("frame " + fixture::hex(scale_.frame()));
     if (!reachable()) {
@@ -61,7 +62,7 @@ class RoundTrip : public testing::TestWithParam<Trip> {
     EXPECT_DOUBLE_EQ(reading.weight, expected.weight);
     EXPECT_DOUBLE_EQ(reading.price, expected.price);
     EXPECT_DOUBLE_EQ(reading.cost, expected.cost);
-    EXPECT_EQ(reading.stable != 0, expected.stable);
+    EXPECT_EQ(stable != 0, expected.stable);
   }
 
   void pollAt(const char* what, double weight) {

@@ -24,7 +24,7 @@ milliseconds longestDrain(bool overTcp, Talk talk) {
 /// A scale that transmits by itself may send a frame at the very end of an idle wait, which then
 /// begins anew and takes nothing off a budget: once in the drain and once in the read.
 milliseconds streamedFrames(const ProtocolSheet& sheet, bool overTcp) {
-  return sheet.request.first.empty() ? 2 * emptyRead(overTcp) : milliseconds{0};
+  return transmitsByItself(sheet) ? 2 * emptyRead(overTcp) : milliseconds{0};
 }
 
 /// Silences that spend a budget; the last one may begin with 1 ms left.
@@ -32,32 +32,30 @@ int silencesIn(int budget_ms) { return (budget_ms + kSilence_ms - 1) / kSilence_
 
 /// The most bytes that a read waits for. A hunting read takes a millisecond off its budget for a
 /// wrong one, however long it was in coming.
-struct MostBytes {
-  int budget_ms;
-  int operator()(const StartByteRead& read) const { return static_cast<int>(read.length); }
-  int operator()(const HuntingRead& read) const {
-    return budget_ms + static_cast<int>(read.length);
+int mostBytes(const ProtocolSheet& sheet) {
+  if (const auto* read = std::get_if<TerminatorRead>(&sheet.read)) {
+    return static_cast<int>(read->capacity);
   }
-  int operator()(const LengthRead& read) const { return static_cast<int>(read.length); }
-  int operator()(const TerminatorRead& read) const { return static_cast<int>(read.capacity); }
-};
+  const int hunted = transmitsByItself(sheet) ? sheet.asking.budget_ms : 0;
+  return hunted + static_cast<int>(frameLength(sheet));
+}
 
 }  // namespace
 
 milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
   const milliseconds asking = longestDrain(overTcp, talk) + streamedFrames(sheet, overTcp) +
                               milliseconds{sheet.request.pause_ms};
-  const milliseconds waiting =
-      overTcp ? std::visit(MostBytes{sheet.budget_ms}, sheet.read) * talk.gap : milliseconds{0};
+  const milliseconds waiting = overTcp ? mostBytes(sheet) * talk.gap : milliseconds{0};
   const milliseconds reading =
-      silencesIn(sheet.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
-  return sheet.attempts * asking + (sheet.oneBudgetForAll ? 1 : sheet.attempts) * reading;
+      silencesIn(sheet.asking.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
+  return sheet.asking.attempts * asking + (sheet.asking.oneBudgetForAll ? 1 : sheet.asking.attempts) * reading;
 }
 
 milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
-  if (!sheet.tare) return milliseconds{0};
-  const milliseconds pressing = sheet.tare->times * milliseconds{sheet.tare->pause_ms};
-  switch (sheet.tare->afterwards) {
+  if (!sheet.commands.tare) return milliseconds{0};
+  const milliseconds pressing =
+      sheet.commands.tare->times * milliseconds{sheet.commands.tare->pause_ms};
+  switch (sheet.commands.tare->afterwards) {
     case Command::Afterwards::Nothing: break;
     case Command::Afterwards::ReadOnce: return pressing + emptyRead(overTcp);
     case Command::Afterwards::Drain: return pressing + longestDrain(overTcp, talk);

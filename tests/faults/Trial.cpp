@@ -83,7 +83,7 @@ void Trial::poll(std::string_view when, Expected expected) {
 }
 
 void Trial::tare(std::string_view when) {
-  if (!sheet_.tare) return;
+  if (!sheet_.commands.tare) return;
   const Clock::time_point begin = Clock::now();
   driver_->pressT(0.0);
   noteIfLate(when, begin, longestTare(sheet_, overTcp(), talk_));

@@ -1,44 +1,41 @@
 #include "Checks.h"
 
+#include <algorithm>
+#include <set>
 #include <vector>
+
+#include "Fields.h"
 
 namespace recognise {
 
 namespace {
 
-constexpr unsigned kByteValues = 256;
-
-bool same(const Said& a, const Said& b) {
-  return a.code == b.code && a.reading.weight == b.reading.weight &&
-         a.reading.price == b.reading.price && a.reading.cost == b.reading.cost &&
-         a.reading.stable == b.reading.stable;
+std::set<std::size_t> bytesInUse(const ProtocolSheet& sheet, Frame frame) {
+  std::set<std::size_t> used;
+  for (const FrameField& field : fieldsOf(sheet, frame)) {
+    used.insert(field.bytes.begin(), field.bytes.end());
+  }
+  for (const NumberField* field : {&sheet.weight, &sheet.price, &sheet.cost}) {
+    for (const std::size_t place : placesOf(*field, frame)) {
+      if (!isRead(*field, frame, place)) used.erase(place);
+    }
+  }
+  return used;
 }
 
 }  // namespace
 
 Checks checksOf(const ProtocolSheet& sheet, Frame frame) {
   Checks checks{.size = frame.size()};
-  const Said said = readingOf(sheet, frame);
+  const std::set<std::size_t> used = bytesInUse(sheet, frame);
   std::vector<std::uint8_t> changed(frame.begin(), frame.end());
-  for (std::uint8_t& byte : changed) {
-    const std::uint8_t own = byte;
-    std::size_t refused = 0;
-    bool used = false;
-    for (unsigned value = 0; value < kByteValues; ++value) {
-      if (value == own) continue;
-      byte = static_cast<std::uint8_t>(value);
-      if (!isTaken(sheet, changed)) {
-        ++refused;
-      } else if (!used && !same(readingOf(sheet, changed), said)) {
-        used = true;
-      }
-    }
-    byte = own;
-    const bool guarded = 2 * refused >= kByteValues - 1;
-    checks.changes += kByteValues - 1;
-    checks.refused += refused;
+  for (std::size_t place = 0; place < frame.size(); ++place) {
+    // What is wanted of a byte is never its opposite, too.
+    changed[place] = static_cast<std::uint8_t>(~frame[place]);
+    const bool guarded = !isTaken(sheet, changed);
+    changed[place] = frame[place];
     checks.guarded += guarded ? 1 : 0;
-    checks.used += guarded || used ? 1 : 0;
+    checks.used += guarded || used.contains(place) ? 1 : 0;
   }
   return checks;
 }

@@ -6,16 +6,10 @@
 
 namespace recognise {
 
-/// How much a good frame proves, measured by changing it one byte at a time to every other value
-/// and asking the protocol again.
+/// How much a good frame proves.
 struct Checks {
   std::size_t size = 0;
-  /// Changes that were tried: 255 for each byte.
-  std::size_t changes = 0;
-  /// Changes after which the frame was refused.
-  std::size_t refused = 0;
-  /// Bytes that stand as the protocol wants them: at least half of their changes are refused. All
-  /// bytes of a frame with a checksum are such.
+  /// Bytes that stand as the protocol wants them. All bytes of a frame with a checksum are such.
   std::size_t guarded = 0;
   /// Bytes that the reading depends on, the guarded ones among them. A frame of another protocol
   /// that passes by chance leaves most of its bytes unused.

@@ -1,7 +1,6 @@
 #include "Explain.h"
 
 #include <algorithm>
-#include <map>
 #include <variant>
 
 #include "Questions.h"
@@ -33,18 +32,15 @@ Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {
     return sheet.request.second.empty() ? Role::Request : Role::RequestFirst;
   }
   if (isSecondPart(sheet.request, written)) return Role::RequestSecond;
-  if (is(sheet.tare)) return Role::Tare;
-  if (is(sheet.zero)) return Role::Zero;
+  if (is(sheet.commands.tare)) return Role::Tare;
+  if (is(sheet.commands.zero)) return Role::Zero;
   return isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
 }
 
-/// Whether refusals and fields are told, which takes a while for each frame.
-enum class Depth { Frames, Everything };
-
 class Explainer {
  public:
-  Explainer(const exchange::Log& log, const ScalesModel& model, Depth depth)
-      : log_(log), sheet_(*model.sheet), streams_(sheet_.request.first.empty()), depth_(depth) {}
+  Explainer(const exchange::Log& log, const ScalesModel& model)
+      : log_(log), sheet_(*model.sheet), streams_(transmitsByItself(sheet_)) {}
 
   Explanation run() {
     for (const Record& record : log_.records) {
@@ -135,32 +131,20 @@ class Explainer {
     verdict.poll = poll_;
     verdict.attempt = attempt_;
     frame_.clear();
-    verdict.good = sheet_.isGood(verdict.frame);
+    verdict.good = isGood(sheet_, verdict.frame);
     Outcome::Next next = Outcome::Next::AskAgain;
     if (verdict.good) {
       verdict.said = readingOf(sheet_, verdict.frame);
-      if (depth_ == Depth::Everything) verdict.fields = fieldsIn(verdict.frame);
+      verdict.fields = fieldsOf(sheet_, verdict.frame);
       code_ = verdict.said.code;
       next = verdict.said.next;
       anyGood_ = true;
     } else {
-      if (depth_ == Depth::Everything) verdict.refusal = refusalIn(verdict.frame);
+      verdict.refusal = refusalOf(sheet_, verdict.frame);
       reason_ = verdict.refusal.reason;
     }
     result_.records.back().verdict = std::move(verdict);
-    if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.attempts) endPoll();
-  }
-
-  // A log is long, and most of its frames are alike.
-  const std::vector<FrameField>& fieldsIn(const Bytes& frame) {
-    const auto [entry, isNew] = fields_.try_emplace({frame.begin(), frame.end()});
-    if (isNew) entry->second = fieldsOf(sheet_, frame);
-    return entry->second;
-  }
-  const Refusal& refusalIn(const Bytes& frame) {
-    const auto [entry, isNew] = refusals_.try_emplace({frame.begin(), frame.end()});
-    if (isNew) entry->second = refusalOf(sheet_, frame);
-    return entry->second;
+    if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.asking.attempts) endPoll();
   }
 
   void endPoll() {
@@ -181,10 +165,7 @@ class Explainer {
   const exchange::Log& log_;
   const ProtocolSheet& sheet_;
   bool streams_;
-  Depth depth_;
   Explanation result_;
-  std::map<std::string, std::vector<FrameField>> fields_;
-  std::map<std::string, Refusal> refusals_;
   Bytes frame_;
   bool open_ = false;
   int poll_ = 0;
@@ -196,7 +177,7 @@ class Explainer {
 
 /// Whether all that was written is of this model, and a request among it.
 bool couldHaveWritten(const ScalesModel& model, const exchange::Log& log) {
-  bool asked = model.sheet->request.first.empty();
+  bool asked = transmitsByItself(*model.sheet);
   for (const Record& record : log.records) {
     if (record.kind != Record::Kind::Outgoing) continue;
     const Role role = roleOfWrite(*model.sheet, record.bytes);
@@ -208,7 +189,7 @@ bool couldHaveWritten(const ScalesModel& model, const exchange::Log& log) {
 
 Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
   Evidence evidence{.origin = Origin::Answer, .pieces = {}};
-  if (model.sheet->request.first.empty()) {
+  if (transmitsByItself(*model.sheet)) {
     evidence.origin = Origin::Stream;
     Bytes all;
     for (const Record& record : log.records) {
@@ -220,7 +201,7 @@ Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
     return evidence;
   }
   // As the driver read them: what came after an answer was thrown away.
-  const Explanation explanation = Explainer(log, model, Depth::Frames).run();
+  const Explanation explanation = Explainer(log, model).run();
   for (const ExplainedRecord& record : explanation.records) {
     if (record.verdict && !record.verdict->frame.empty()) {
       evidence.pieces.push_back(record.verdict->frame);
@@ -256,7 +237,7 @@ LogModel recogniseLog(const exchange::Log& log) {
 }
 
 Explanation explainLog(const exchange::Log& log, const ScalesModel& model) {
-  return Explainer(log, model, Depth::Everything).run();
+  return Explainer(log, model).run();
 }
 
 }  // namespace recognise

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ExchangeRecords.h"
+#include "Fields.h"
 #include "Models.h"
 #include "Recognise.h"
 #include "Refusal.h"

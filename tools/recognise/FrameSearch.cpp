@@ -1,25 +1,11 @@
 #include "FrameSearch.h"
 
 #include <algorithm>
-#include <array>
 #include <variant>
 
 namespace recognise {
 
 namespace {
-
-template <typename... Cases>
-struct Overloaded : Cases... {
-  using Cases::operator()...;
-};
-template <typename... Cases>
-Overloaded(Cases...) -> Overloaded<Cases...>;
-
-const Bytes* startBytes(const ReadStyle& style) {
-  if (const auto* start = std::get_if<StartByteRead>(&style)) return &start->start;
-  if (const auto* hunting = std::get_if<HuntingRead>(&style)) return &hunting->start;
-  return nullptr;
-}
 
 /// The frame that a driver would read if it looked from `bytes` on; all that is left where the
 /// bytes end before it does.
@@ -37,16 +23,12 @@ Frame frameAtHead(const ProtocolSheet& sheet, Frame bytes) {
 
 /// Whether all bytes whatever, if only they are of the right number, are taken.
 bool takesAnything(const ProtocolSheet& sheet) {
-  if (startBytes(sheet.read) != nullptr) return false;
-  const std::size_t length = frameLength(sheet);
-  if (length == 0) return false;
-  const std::array<std::uint8_t, kMaxFrame> zeros = {};
-  return sheet.isGood(std::span(zeros).first(length));
+  return std::holds_alternative<LengthRead>(sheet.read) && sheet.fixed.view().empty();
 }
 
 /// A scale that transmits lines may let the end of one be the beginning of the next.
 std::size_t sharedWithNext(const ProtocolSheet& sheet, Frame frame) {
-  if (!std::holds_alternative<HuntingRead>(sheet.read)) return 0;
+  if (!transmitsByItself(sheet)) return 0;
   static constexpr std::size_t kLineEnd = 2;
   for (std::size_t size = std::min(kLineEnd, frame.size() - 1); size > 0; --size) {
     if (std::ranges::equal(frame.first(size), frame.last(size))) return size;
@@ -123,38 +105,19 @@ class Search {
 
 }  // namespace
 
-bool endsFrame(const TerminatorRead& style, Frame frame) {
-  if (frame.size() < style.end.size()) return false;
-  if (style.match == TerminatorRead::End::AnyOf) return style.end.contains(frame.back());
-  const Frame tail = frame.last(style.end.size());
-  return std::equal(tail.begin(), tail.end(), style.end.view().begin());
-}
-
-bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte) {
-  const Bytes* start = startBytes(sheet.read);
-  return start == nullptr || start->contains(byte);
-}
-
-std::size_t frameLength(const ProtocolSheet& sheet) {
-  return std::visit(Overloaded{[](const TerminatorRead&) { return std::size_t{0}; },
-                               [](const auto& style) { return style.length; }},
-                    sheet.read);
-}
-
 bool isTaken(const ProtocolSheet& sheet, Frame frame) {
   if (frame.empty() || !mayBegin(sheet, frame.front())) return false;
   if (const auto* style = std::get_if<TerminatorRead>(&sheet.read);
       style != nullptr && (frame.size() > style->capacity || !endsFrame(*style, frame))) {
     return false;
   }
-  return sheet.isGood(frame);
+  return isGood(sheet, frame);
 }
 
 Said readingOf(const ProtocolSheet& sheet, Frame frame) {
   Said said;
-  said.reading.stable = sheet.atEntry == AtEntry::Stable ? 1 : 0;
-  if (sheet.glance != nullptr) sheet.glance(frame, said.reading);
-  const Outcome outcome = sheet.parse(frame, said.reading);
+  said.reading = outputsAtEntry(sheet, {});
+  const Outcome outcome = parse(sheet, frame, said.reading);
   said.code = outcome.code;
   said.next = outcome.next;
   return said;

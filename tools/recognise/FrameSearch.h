@@ -22,24 +22,15 @@ enum class Origin {
 /// wants it, and the protocol's own check agrees.
 bool isTaken(const ProtocolSheet& sheet, Frame frame);
 
-/// Whether the style's terminator stands at the end.
-bool endsFrame(const TerminatorRead& style, Frame frame);
-
-/// Whether the style of reading takes the byte for the first of a frame.
-bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte);
-
 /// What a good frame says.
 struct Said {
   /// With what the driver sets before a poll, where the frame doesn't speak of it.
-  Reading reading;
+  Outputs reading;
   int code = 0;
   Outcome::Next next = Outcome::Next::EndPoll;
 };
 /// For frames that are taken only.
 Said readingOf(const ProtocolSheet& sheet, Frame frame);
-
-/// Length of a frame; 0 for a protocol whose frames end by a terminator.
-std::size_t frameLength(const ProtocolSheet& sheet);
 
 /// The frames of one protocol in a run of bytes, which outlives them.
 struct Found {

@@ -11,22 +11,13 @@ Bytes bytesOf(std::span<const std::uint8_t> bytes) { return {bytes.begin(), byte
 
 bool isLine(const Bytes& bytes) { return bytes.back() == '\r' || bytes.back() == '\n'; }
 
-bool sameLine(const LineSettings& a, const LineSettings& b) {
-  return a.parity == b.parity && a.dataBits == b.dataBits && a.stopBits == b.stopBits;
-}
-
-bool sameRequest(const Request& a, const Request& b) {
-  return std::ranges::equal(a.first.view(), b.first.view()) &&
-         std::ranges::equal(a.second.view(), b.second.view()) && a.frameHead == b.frameHead;
-}
-
 /// Prices that protocols without one have taken for commands.
 constexpr std::array<long, 3> kSettings = {1, 2, 12345};
 
 std::vector<Bytes> settingsOf(const ProtocolSheet& sheet) {
   std::vector<Bytes> commands;
   for (const long number : kSettings) {
-    if (const auto command = sheet.price(number))
+    if (const auto command = sheet.commands.price(number))
       commands.push_back(bytesOf(command->bytes.view()));
   }
   return commands;
@@ -40,8 +31,8 @@ struct PriceHead {
 };
 PriceHead priceHeadOf(const ProtocolSheet& sheet) {
   // Two prices that differ in every digit.
-  const auto low = sheet.price(12345);
-  const auto high = sheet.price(98760);
+  const auto low = sheet.commands.price(12345);
+  const auto high = sheet.commands.price(98760);
   if (!low || !high) return {};
   const auto a = low->bytes.view();
   const auto differ = std::ranges::mismatch(a, high->bytes.view());
@@ -49,7 +40,7 @@ PriceHead priceHeadOf(const ProtocolSheet& sheet) {
 }
 
 void addPriceCommands(const ProtocolSheet& sheet, std::vector<Bytes>& commands) {
-  if (sheet.price == nullptr) return;
+  if (sheet.commands.price == nullptr) return;
   for (Bytes& setting : settingsOf(sheet)) commands.push_back(std::move(setting));
   const PriceHead head = priceHeadOf(sheet);
   if (!head.bytes.empty()) commands.push_back(head.bytes);
@@ -60,8 +51,8 @@ std::vector<Bytes> gatherCommands() {
   for (const ScalesModel& model : scalesModels()) {
     if (model.sheet == nullptr) continue;
     const ProtocolSheet& sheet = *model.sheet;
-    if (sheet.tare) commands.push_back(bytesOf(sheet.tare->bytes.view()));
-    if (sheet.zero) commands.push_back(bytesOf(sheet.zero->bytes.view()));
+    if (sheet.commands.tare) commands.push_back(bytesOf(sheet.commands.tare->bytes.view()));
+    if (sheet.commands.zero) commands.push_back(bytesOf(sheet.commands.zero->bytes.view()));
     addPriceCommands(sheet, commands);
   }
   return commands;
@@ -70,15 +61,15 @@ std::vector<Bytes> gatherCommands() {
 std::vector<Question> distinctQuestions(std::span<const ScalesModel* const> models) {
   std::vector<Question> questions;
   for (const ScalesModel* model : models) {
-    if (model->sheet == nullptr || model->sheet->request.first.empty()) continue;
+    if (model->sheet == nullptr || transmitsByItself(*model->sheet)) continue;
     const ProtocolSheet& sheet = *model->sheet;
     const auto known = std::ranges::find_if(questions, [&](const Question& question) {
-      return sameRequest(*question.request, sheet.request) && sameLine(question.line, sheet.line);
+      return *question.request == sheet.request && question.line == sheet.line;
     });
     if (known == questions.end()) {
-      questions.push_back({&sheet.request, sheet.line, sheet.budget_ms, {model}});
+      questions.push_back({&sheet.request, sheet.line, sheet.asking.budget_ms, {model}});
     } else {
-      known->budget_ms = std::max(known->budget_ms, sheet.budget_ms);
+      known->budget_ms = std::max(known->budget_ms, sheet.asking.budget_ms);
       known->models.push_back(model);
     }
   }
@@ -88,8 +79,8 @@ std::vector<Question> distinctQuestions(std::span<const ScalesModel* const> mode
 /// The request of any model that may stand between the two, whoever of them is meant.
 Question between(const Question& before, const Question& next) {
   for (const ScalesModel& model : scalesModels()) {
-    if (model.sheet == nullptr || model.sheet->request.first.empty()) continue;
-    Question candidate{&model.sheet->request, before.line, model.sheet->budget_ms, {}};
+    if (model.sheet == nullptr || transmitsByItself(*model.sheet)) continue;
+    Question candidate{&model.sheet->request, before.line, model.sheet->asking.budget_ms, {}};
     if (!makesCommand(before.bytes(), candidate.bytes()) &&
         !makesCommand(candidate.bytes(), next.bytes())) {
       return candidate;
@@ -101,20 +92,13 @@ Question between(const Question& before, const Question& next) {
 
 }  // namespace
 
-Bytes Question::bytes() const {
-  Bytes bytes = bytesOf(request->first.view());
-  bytes.insert(bytes.end(), request->frameHead, 0);
-  bytes.insert(bytes.end(), request->second.view().begin(), request->second.view().end());
-  return bytes;
-}
-
 const std::vector<Bytes>& allCommands() {
   static const std::vector<Bytes> commands = gatherCommands();
   return commands;
 }
 
 bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
-  if (sheet.price == nullptr) return false;
+  if (sheet.commands.price == nullptr) return false;
   const auto same = [&](const Bytes& setting) { return std::ranges::equal(setting, written); };
   if (std::ranges::any_of(settingsOf(sheet), same)) return true;
   const PriceHead head = priceHeadOf(sheet);

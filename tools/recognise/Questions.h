@@ -14,14 +14,14 @@ namespace recognise {
 /// A weight request, and the models that it is the request of. They also share the line's setting.
 struct Question {
   const Request* request = nullptr;
-  LineSettings line;
+  Framing line;
   /// The time that the drivers wait for an answer; the longest of the models'.
   int budget_ms = 0;
   /// Empty for a request that only stands between two others.
   std::vector<const ScalesModel*> models;
 
   /// All that goes out, as in the first attempt of a poll.
-  Bytes bytes() const;
+  Bytes bytes() const { return request->bytesOfFirstAttempt(); }
   /// From the first byte sent to the end of the waiting, when no answer comes.
   int longest_ms() const { return request->pause_ms + budget_ms; }
 };

@@ -24,7 +24,7 @@ double share(std::size_t part, std::size_t whole) {
 
 /// Whether the cost is weight times price, as far as the units are known. A scale without prices
 /// can't disagree.
-bool moneyAgrees(const ProtocolSheet& sheet, const Reading& reading) {
+bool moneyAgrees(const ProtocolSheet& sheet, const Outputs& reading) {
   if (sheet.moneyUnit == MoneyUnit::None) return true;
   const double kilograms =
       sheet.weightUnit == WeightUnit::Kilogram ? reading.weight : reading.weight / 1000.0;

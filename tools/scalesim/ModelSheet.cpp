@@ -14,7 +14,7 @@ using sim::Action;
 using sim::ScaleModel;
 
 /// As the parameter page shows it, with its number in front.
-std::string nameOf(const ScaleModel& model) { return findScalesModel(model.number)->pageText; }
+std::string nameOf(const ScaleModel& model) { return findScalesModel(model.number)->pageText(); }
 
 std::string plainNumber(double value) {
   std::array<char, 32> text = {};

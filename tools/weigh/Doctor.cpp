@@ -1,8 +1,6 @@
 #include "Doctor.h"
 
 #include <algorithm>
-#include <array>
-#include <variant>
 
 #include "DoctorDevice.h"
 #include "DoctorHost.h"
@@ -26,45 +24,25 @@ constexpr int kHopeless = 2;
 constexpr Time kPollingTime{5000};
 constexpr double kMillisecondsOfSecond = 1000.0;
 
-/// Models whose frames don't speak of motion.
-constexpr std::array kMute = {0,  2,  3,  7,  8,  9,  10, 11, 12, 16, 17,
-                              21, 24, 26, 28, 29, 30, 34, 36, 37, 38, 40};
-
 bool isAnswer(const Reading& reading) {
   // The scale spoke, be it only to say that it can't weigh now.
   return reading.good() || reading.error.code == kOverload || reading.error.code == kUnknown;
 }
 
-std::size_t lengthOf(const ReadStyle& style) {
-  return std::visit(
-      [](const auto& read) -> std::size_t {
-        if constexpr (std::is_same_v<std::decay_t<decltype(read)>, TerminatorRead>) {
-          return 0;
-        } else {
-          return read.length;
-        }
-      },
-      style);
-}
-
 std::optional<Milliseconds> wireTime(const Connection& connection, const ProtocolSheet& sheet) {
-  const std::size_t answer = lengthOf(sheet.read);
+  const std::size_t answer = frameLength(sheet);
   if (connection.network || answer == 0 || connection.baud <= 0) return std::nullopt;
-  const int startBit = 1;
-  const int parityBit = sheet.line.parity == COMPort::None ? 0 : 1;
-  const int stopBits = sheet.line.stopBits == COMPort::One ? 1 : 2;
-  const int bits = startBit + sheet.line.dataBits + parityBit + stopBits;
   const Request& request = sheet.request;
-  const std::size_t bytes =
-      request.first.size() + request.frameHead + request.second.size() + answer;
-  return Milliseconds(request.pause_ms +
-                      kMillisecondsOfSecond * static_cast<double>(bytes) * bits / connection.baud);
+  const std::size_t bytes = request.bytesOfFirstAttempt().size() + answer;
+  return Milliseconds(request.pause_ms + kMillisecondsOfSecond * static_cast<double>(bytes) *
+                                             sheet.line.bits() / connection.baud);
 }
 
 /// The longest that one poll takes on a line that says nothing.
 Time longestPoll(const ProtocolSheet& sheet) {
-  const int attempts = sheet.attempts * (kLongestDrain_ms + sheet.request.pause_ms);
-  return Time(attempts + sheet.budget_ms * (sheet.oneBudgetForAll ? 1 : sheet.attempts));
+  const int attempts = sheet.asking.attempts * (kLongestDrain_ms + sheet.request.pause_ms);
+  return Time(attempts +
+              sheet.asking.budget_ms * (sheet.asking.oneBudgetForAll ? 1 : sheet.asking.attempts));
 }
 
 /// The verdict on a model that no line needs to be looked at for; none for all that have a driver.
@@ -172,7 +150,12 @@ Finding finding(const Advice& advice, std::initializer_list<std::string> argumen
           .remedy = fill(advice.remedy, arguments)};
 }
 
-bool tellsMotion(int model) { return std::find(kMute.begin(), kMute.end(), model) == kMute.end(); }
+bool tellsMotion(int model) {
+  const ScalesModel* row = findScalesModel(model);
+  // The emulator has no sheet, and does move.
+  return row == nullptr || row->sheet == nullptr ||
+         row->sheet->motion.told == Motion::Told::ByFrame;
+}
 
 std::chrono::seconds longestDiagnosis(const Connection& connection) {
   const ScalesModel* model = findScalesModel(connection.model);

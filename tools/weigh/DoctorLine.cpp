@@ -68,7 +68,7 @@ class ErrorCounters {
 };
 
 /// The bytes of a sentence.
-std::string shown(const ByteRow& bytes) {
+std::string shown(const recognise::Bytes& bytes) {
   const std::string text = hexText(std::span(bytes).first(std::min(bytes.size(), kShown)));
   return bytes.size() > kShown ? text + " ..." : text;
 }
@@ -93,9 +93,10 @@ bool isOwn(const Heard& heard, const ScalesModel& model) {
 bool isEcho(const Heard& heard, const Request& request) {
   if (request.first.empty() || !heard.unasked.empty()) return false;
   const auto sent = request.first.view();
-  return std::any_of(heard.answers.begin(), heard.answers.end(), [&](const ByteRow& answer) {
-    return answer.size() >= sent.size() && std::equal(sent.begin(), sent.end(), answer.begin());
-  });
+  return std::any_of(
+      heard.answers.begin(), heard.answers.end(), [&](const recognise::Bytes& answer) {
+        return answer.size() >= sent.size() && std::equal(sent.begin(), sent.end(), answer.begin());
+      });
 }
 
 /// The model whose frames these are; none if no frame convinces.
@@ -139,19 +140,20 @@ std::string speedText(const Connection& connection) {
 
 }  // namespace
 
-ByteRow Heard::all() const {
-  ByteRow bytes = unasked;
-  for (const ByteRow& answer : answers) bytes.insert(bytes.end(), answer.begin(), answer.end());
+recognise::Bytes Heard::all() const {
+  recognise::Bytes bytes = unasked;
+  for (const recognise::Bytes& answer : answers)
+    bytes.insert(bytes.end(), answer.begin(), answer.end());
   return bytes;
 }
 
 milliseconds longestListening(const ProtocolSheet& sheet) {
-  if (sheet.request.first.empty()) return kStreamTime;
+  if (transmitsByItself(sheet)) return kStreamTime;
   return kUnaskedTime + kRequests * (kAnswerTime + milliseconds{sheet.request.pause_ms});
 }
 
 Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Interrupt& interrupt) {
-  const bool asks = !sheet.request.first.empty();
+  const bool asks = !transmitsByItself(sheet);
   Heard heard;
   try {
     const ErrorCounters counters(connection);
@@ -173,11 +175,11 @@ Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Int
 
 std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model,
                                    const Interrupt& interrupt) {
-  if (connection.network || model.sheet->request.first.empty()) return std::nullopt;
+  if (connection.network || transmitsByItself(*model.sheet)) return std::nullopt;
   try {
     FindLine line(connection, interrupt);
     line.set(connection.baud, model.sheet->line);
-    const ByteRow bytes = line.listen(kUnaskedTime);
+    const recognise::Bytes bytes = line.listen(kUnaskedTime);
     if (bytes.empty()) return std::nullopt;
     return finding(advice::kUnasked, {connection.device, std::to_string(model.number), shown(bytes),
                                       findCall(connection)});
@@ -189,7 +191,7 @@ std::optional<Finding> unaskedNote(const Connection& connection, const ScalesMod
 
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {
   const std::string number = std::to_string(model.number);
-  const ByteRow all = heard.all();
+  const recognise::Bytes all = heard.all();
   if (all.empty() && connection.network) {
     return finding(heard.hungUp ? advice::kHangsUp : advice::kConnectsSilent,
                    {connection.host, std::to_string(connection.tcpPort), number});
@@ -200,7 +202,7 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
   const auto found = [&](const Advice& advice, const std::array<std::string, 3>& own = {}) {
     return finding(advice,
                    {lineText(connection), number, shown(all), speedText(connection),
-                    framingText(model.sheet->line), findCall(connection), own[0], own[1], own[2]});
+                    model.sheet->line.text(), findCall(connection), own[0], own[1], own[2]});
   };
   // What the hardware counts is certain.
   if (heard.framingErrors > 0) return found(advice::kWrongSpeed);
@@ -209,7 +211,8 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
   if (isOwn(heard, model)) return found(advice::kNotRead);
   if (isEcho(heard, model.sheet->request)) return found(advice::kEcho);
   if (const auto other = otherModel(heard)) {
-    return found(advice::kOtherModel, {other->model->pageText, numbersOf(*other), kinText(*other)});
+    return found(advice::kOtherModel,
+                 {other->model->pageText(), numbersOf(*other), kinText(*other)});
   }
   switch (recognise::judgeNoise(all)) {
     case recognise::Noise::WrongSpeed: return found(advice::kWrongSpeed);

@@ -6,24 +6,23 @@
 
 #include "Doctor.h"
 #include "Models.h"
+#include "Recognise.h"
 
 namespace weigh {
-
-using ByteRow = std::vector<std::uint8_t>;
 
 /// What came in on a line, piece by piece.
 struct Heard {
   /// Before anything was asked.
-  ByteRow unasked;
+  recognise::Bytes unasked;
   /// Behind each request.
-  std::vector<ByteRow> answers;
+  std::vector<recognise::Bytes> answers;
   /// The host ended the connection, or the adapter went.
   bool hungUp = false;
   /// Characters that the hardware found wrong; 0 where it doesn't count them.
   int framingErrors = 0;
   int parityErrors = 0;
 
-  ByteRow all() const;
+  recognise::Bytes all() const;
 };
 
 /// How long listening may take.

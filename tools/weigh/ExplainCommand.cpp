@@ -116,10 +116,9 @@ const char* reasonName(Refusal::Reason reason) {
     case Refusal::Reason::TooShort: return "too_short";
     case Refusal::Reason::NoEnd: return "no_end";
     case Refusal::Reason::WrongBytes: return "wrong_bytes";
-    case Refusal::Reason::Checksum: return "checksum";
-    case Refusal::Reason::ManyBytes: break;
+    case Refusal::Reason::Checksum: break;
   }
-  return "many_bytes";
+  return "checksum";
 }
 
 const Text& failureText(Refusal::Reason reason) {
@@ -158,24 +157,21 @@ std::string whyText(const Verdict& verdict, const ProtocolSheet& sheet) {
   const Refusal& refusal = verdict.refusal;
   switch (refusal.reason) {
     case Refusal::Reason::Silence:
-      return fill(text::kWhySilence, {std::to_string(sheet.budget_ms)});
+      return fill(text::kWhySilence, {std::to_string(sheet.asking.budget_ms)});
     case Refusal::Reason::TooShort:
       return fill(text::kWhyTooShort,
                   {std::to_string(refusal.size), std::to_string(refusal.wantedSize)});
     case Refusal::Reason::NoEnd: {
       const auto& style = std::get<TerminatorRead>(sheet.read);
       return fill(text::kWhyNoEnd,
-                  {style.match == TerminatorRead::End::AnyOf ? eitherOf(style.end.view())
-                                                             : hexText(style.end.view())});
+                  {style.match == TerminatorRead::Match::AnyOf ? eitherOf(style.end.view())
+                                                               : hexText(style.end.view())});
     }
     case Refusal::Reason::WrongBytes: return wrongBytesText(verdict);
-    case Refusal::Reason::Checksum: {
-      const auto& sum = refusal.wrong.back();
-      return fill(text::kWhyChecksum, {hexOf(sum.is), eitherOf(sum.wanted)});
-    }
-    case Refusal::Reason::ManyBytes: break;
+    case Refusal::Reason::Checksum: break;
   }
-  return say(text::kWhyManyBytes);
+  const auto& sum = refusal.wrong.front();
+  return fill(text::kWhyChecksum, {hexOf(sum.is), eitherOf(sum.wanted)});
 }
 
 /// "5-8, 11", counted from 1.
@@ -192,13 +188,13 @@ std::string bytesText(const std::vector<std::size_t>& positions) {
   return list;
 }
 
-std::string fieldText(FrameField::Name name, const ::Reading& reading, Units units) {
+std::string fieldText(FrameField::Name name, const Outputs& reading, Units units) {
   switch (name) {
     case FrameField::Name::Weight:
       return fill(text::kFieldWeight, {weightText(reading.weight, units)});
     case FrameField::Name::Price: return fill(text::kFieldPrice, {moneyText(reading.price, units)});
     case FrameField::Name::Cost: return fill(text::kFieldCost, {moneyText(reading.cost, units)});
-    case FrameField::Name::Stable: return say(reading.stable != 0 ? text::kStable : text::kMoving);
+    case FrameField::Name::Stable: return say(reading.stable ? text::kStable : text::kMoving);
     case FrameField::Name::Code: break;
   }
   return {};
@@ -238,7 +234,7 @@ void writeModel(const LogModel& found, bool given) {
   const Text& how = given            ? text::kLogModelGiven
                     : found.byFrames ? text::kLogModelByFrames
                                      : text::kLogModelByRequest;
-  std::cout << fill(how, {found.model->pageText});
+  std::cout << fill(how, {found.model->pageText()});
   std::string kin;
   for (const int number : found.kin) kin += (kin.empty() ? "" : ", ") + std::to_string(number);
   if (!kin.empty()) std::cout << fill(text::kLogKin, {kin});
@@ -311,12 +307,12 @@ Json verdictRecord(const Verdict& verdict, const ScalesModel& model) {
     record["reason"] = reasonName(verdict.refusal.reason);
     return record;
   }
-  const ::Reading& reading = verdict.said.reading;
+  const Outputs& reading = verdict.said.reading;
   record["code"] = verdict.said.code;
   record["weight"] = reading.weight;
   record["price"] = reading.price;
   record["cost"] = reading.cost;
-  record["stable"] = reading.stable != 0;
+  record["stable"] = reading.stable;
   return record;
 }
 

@@ -85,8 +85,6 @@ inline constexpr Text kWhyLastByte = {"byte {0} is {1}, the frame ends in {2}",
                                       "байт {0} равен {1}, кадр кончается на {2}"};
 inline constexpr Text kWhyChecksum = {"the checksum is {0}, the bytes make {1}",
                                       "контрольная сумма {0}, по байтам {1}"};
-inline constexpr Text kWhyManyBytes = {"too many bytes aren't as the protocol wants them",
-                                       "слишком многие байты не соответствуют протоколу"};
 inline constexpr Text kOrWord = {" or ", " или "};
 inline constexpr Text kAndWord = {"; ", "; "};
 

@@ -35,7 +35,7 @@ FindLine::FindLine(const Connection& connection, const Interrupt& interrupt)
                 remedyFor(kNoConnection, connection));
 }
 
-bool FindLine::set(int bitsPerSecond, const LineSettings& settings) {
+bool FindLine::set(int bitsPerSecond, const Framing& settings) {
   if (connection_.network) return true;
   const bool taken = port_.setBitRate(static_cast<unsigned long>(bitsPerSecond)) == 0 &&
                      port_.setParity(settings.parity) == 0 &&

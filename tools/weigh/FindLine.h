@@ -18,7 +18,7 @@ class FindLine {
 
   /// Sets a serial line and drops what has come; false if the line can't be set so. Nothing to set
   /// on a network.
-  bool set(int bitsPerSecond, const LineSettings& settings);
+  bool set(int bitsPerSecond, const Framing& settings);
   void say(std::span<const std::uint8_t> bytes);
   /// Sends a weight request as the first attempt of a poll does.
   void ask(const Request& request);

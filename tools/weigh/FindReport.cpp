@@ -130,7 +130,7 @@ void writeRanking(const std::vector<Sighting>& sightings) {
                say(asked ? text::kAsked : text::kHeard),
                std::to_string(candidate.good) + "/" + std::to_string(candidate.bad),
                ofFrame(candidate.checks.guarded), ofFrame(candidate.checks.used),
-               saidText(candidate), candidate.model->pageText});
+               saidText(candidate), candidate.model->pageText()});
   }
   std::cout << table.text() << say(text::kFindLegend) << "\n\n";
 }
@@ -188,9 +188,9 @@ Json candidateRecord(const Connection& connection, const Sighting& sighting, int
   Json record;
   record["rank"] = rank;
   record["model"] = candidate.model->number;
-  record["name"] = candidate.model->pageText;
+  record["name"] = candidate.model->pageText();
   record["speed"] = connection.network ? Json() : Json(sighting.setting.bitsPerSecond);
-  record["framing"] = connection.network ? Json() : Json(framingText(sighting.setting.framing));
+  record["framing"] = connection.network ? Json() : Json(sighting.setting.framing.text());
   record["asked"] = sighting.asked;
   record["good"] = candidate.good;
   record["bad"] = candidate.bad;
@@ -198,8 +198,6 @@ Json candidateRecord(const Connection& connection, const Sighting& sighting, int
   record["frame_bytes"] = candidate.checks.size;
   record["checked_bytes"] = candidate.checks.guarded;
   record["used_bytes"] = candidate.checks.used;
-  record["changes_refused"] = candidate.checks.refused;
-  record["changes_tried"] = candidate.checks.changes;
   record["kin"] = candidate.kin;
   record["uncertain"] = candidate.uncertain();
   Json doubts = Json::array();

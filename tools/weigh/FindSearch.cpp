@@ -22,20 +22,18 @@ constexpr milliseconds kLongestAnswer{1500};
 /// What a wait takes beyond its time, for an estimate.
 constexpr milliseconds kOverhead{15};
 
-bool transmits(const ScalesModel& model) { return model.sheet->request.first.empty(); }
+bool transmits(const ScalesModel& model) { return transmitsByItself(*model.sheet); }
 
 /// A receiver doesn't look at the number of stop bits.
-bool soundsAlike(const LineSettings& a, const LineSettings& b) {
+bool soundsAlike(const Framing& a, const Framing& b) {
   return a.parity == b.parity && a.dataBits == b.dataBits;
 }
 
-std::vector<LineSettings> framingsOf(const std::vector<const ScalesModel*>& models) {
+std::vector<Framing> framingsOf(const std::vector<const ScalesModel*>& models) {
   // Most scales have the usual one.
-  std::vector<LineSettings> framings = {LineSettings{}};
+  std::vector<Framing> framings = {Framing{}};
   for (const ScalesModel* model : models) {
-    const auto same = [&](const LineSettings& known) {
-      return soundsAlike(known, model->sheet->line);
-    };
+    const auto same = [&](const Framing& known) { return soundsAlike(known, model->sheet->line); };
     if (std::ranges::none_of(framings, same)) framings.push_back(model->sheet->line);
   }
   return framings;
@@ -223,16 +221,9 @@ class Search {
 
 }  // namespace
 
-std::string framingText(const LineSettings& framing) {
-  char parity = 'N';
-  if (framing.parity == COMPort::Even) parity = 'E';
-  if (framing.parity == COMPort::Odd) parity = 'O';
-  return std::to_string(framing.dataBits) + parity + (framing.stopBits == COMPort::Two ? "2" : "1");
-}
-
 std::string LineSetting::text() const {
   if (bitsPerSecond == 0) return {};
-  return std::to_string(bitsPerSecond) + " " + framingText(framing);
+  return std::to_string(bitsPerSecond) + " " + framing.text();
 }
 
 FindPlan::FindPlan(const FindOptions& options) {
@@ -241,9 +232,9 @@ FindPlan::FindPlan(const FindOptions& options) {
     listening = {LineSetting{}};
   } else {
     speeds = options.speeds;
-    const std::vector<LineSettings> framings = framingsOf(options.models);
+    const std::vector<Framing> framings = framingsOf(options.models);
     for (const int speed : speeds) {
-      for (const LineSettings& framing : framings) listening.push_back({speed, framing});
+      for (const Framing& framing : framings) listening.push_back({speed, framing});
     }
   }
   if (!options.passive) questions = recognise::questionsFor(options.models);

@@ -14,13 +14,10 @@
 
 namespace weigh {
 
-/// "8N1".
-std::string framingText(const LineSettings& framing);
-
 /// Speed and framing of a serial line; no speed on a network.
 struct LineSetting {
   int bitsPerSecond = 0;
-  LineSettings framing;
+  Framing framing;
 
   /// "9600 8N1"; empty on a network.
   std::string text() const;

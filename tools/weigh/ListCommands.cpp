@@ -19,13 +19,6 @@ struct ListOptions {
   bool withDriver = false;
 };
 
-/// The page's text without the number in front: "13: CAS (...)".
-std::string modelName(const ScalesModel& model) {
-  const std::string text = model.pageText;
-  const std::size_t behindColon = text.find(':') + 1;
-  return text.substr(text.find_first_not_of(' ', behindColon));
-}
-
 ExitCode listModels(const ListOptions& options) {
   Table table({say(text::kModelColumn), say(text::kDriverColumn), say(text::kUnitColumn),
                say(text::kNameColumn)});
@@ -37,14 +30,14 @@ ExitCode listModels(const ListOptions& options) {
       const char* unit = driver ? unitName(units.weight) : nullptr;
       const char* money = driver ? unitName(units.money) : nullptr;
       writeRecord({{"model", model.number},
-                   {"name", modelName(model)},
+                   {"name", model.name},
                    {"driver", driver},
                    {"unit", unit == nullptr ? Json() : Json(unit)},
                    {"money_unit", money == nullptr ? Json() : Json(money)}});
       continue;
     }
     table.add({std::to_string(model.number), say(driver ? text::kYes : text::kNo),
-               driver ? unitText(units.weight) : "", modelName(model)});
+               driver ? unitText(units.weight) : "", model.name});
   }
   if (options.format != Format::Json) std::cout << table.text();
   return kGood;

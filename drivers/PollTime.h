@@ -4,6 +4,8 @@
 
 #include "ProtocolSheet.h"
 
+// How long the operations of a sheet may take.
+
 /// How a scale talks that never pauses for the idle limit.
 struct Talk {
   /// How long it goes on, which a drain waits out.

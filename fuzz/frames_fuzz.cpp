@@ -20,23 +20,23 @@ bool isKnown(int code) {
          code == kUnknown;
 }
 
-void checkFrame(const ProtocolSheet& sheet, Frame frame, Reading reading) {
-  if (sheet.glance != nullptr) sheet.glance(frame, reading);
-  if (!sheet.isGood(frame)) return;
-  const Outcome outcome = sheet.parse(frame, reading);
+void checkFrame(const ProtocolSheet& sheet, Frame frame, Outputs outputs) {
+  takeMotionOfAnyFrame(sheet, frame, outputs);
+  if (!isGood(sheet, frame)) return;
+  const Outcome outcome = parse(sheet, frame, outputs);
   check(isKnown(outcome.code));
-  check(std::isfinite(reading.weight) && std::isfinite(reading.price) &&
-        std::isfinite(reading.cost));
+  check(std::isfinite(outputs.weight) && std::isfinite(outputs.price) &&
+        std::isfinite(outputs.cost));
 }
 
 void checkPrice(const ProtocolSheet& sheet, Frame bytes) {
-  if (sheet.price == nullptr) return;
+  if (sheet.commands.price == nullptr) return;
   unsigned long price = 0;
   for (const std::uint8_t byte : bytes.first(std::min(bytes.size(), sizeof price))) {
     price = price << 8 | byte;
   }
-  const auto command = sheet.price(static_cast<long>(price));
-  check(!command || command->bytes.size() < Bytes::kCapacity);
+  const auto command = sheet.commands.price(static_cast<long>(price));
+  check(!command || command->bytes.size() < ByteRow::kCapacity);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto block = std::make_unique<std::uint8_t[]>(length);
   std::copy_n(data + kChoices, length, block.get());
   const Frame frame(block.get(), length);
-  checkFrame(*sheet, frame, {before, before, before, data[1]});
+  checkFrame(*sheet, frame, {before, before, before, data[1] % 2 == 0});
   checkPrice(*sheet, frame);
   return 0;
 }

@@ -125,7 +125,7 @@ class Exchange : public testing::TestWithParam<ExchangeRow> {
   std::unique_ptr<IScalesObject> scales_ = createScales(GetParam().model);
 };
 
-TEST_P(Exchange, LineSettings) {
+TEST_P(Exchange, Line) {
   const fixture::TempFolder folder;
   logInto(folder);
   ASSERT_EQ(connect(1), kSuccess);

@@ -53,36 +53,6 @@ TEST_P(Polls, BadFramesEndTheirAttemptsAtOnce) {
   EXPECT_LT(poll.slept, milliseconds(3 * (150 + 500)));
 }
 
-TEST_P(Polls, TenWrongBytesSpendAnAttempt) {
-  Pair pair(13, GetParam(), kCasRequest, {"'wrongwrong' 06 01 02 'S  1.250kg ' 03 04"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kNoAnswer);
-  EXPECT_EQ(poll.slept, milliseconds(3 * (150 + 500)));
-  EXPECT_EQ(pair.received(6), "05 11 05 11 05 11");
-}
-
-TEST_P(Polls, GarbageShiftsAnAnswerThatHasNoStart) {
-  Pair pair(37, GetParam(), "'W' 0D", {"'?   -1.250 ' 0D 0A", "'   -1.250 ' 0D 0A"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_EQ(poll.reading.weight, -1.25);
-  EXPECT_EQ(pair.received(4), "57 0D 57 0D");
-}
-
-TEST_P(Polls, ConnectionIsKeptOrNot) {
-  for (const int leave : {0, 1}) {
-    Pair pair(13, GetParam(), kCasRequest, {kCasFrame}, leave);
-    EXPECT_EQ(pair.isConnected(), leave == 1);
-    for (int i = 0; i < 2; ++i) {
-      EXPECT_EQ(pair.poll().code, kSuccess);
-      EXPECT_EQ(pair.isConnected(), leave == 1);
-    }
-    if (GetParam() == Transport::Tcp) {
-      EXPECT_EQ(pair.connections(), leave == 1 ? 1 : 3);
-    }
-  }
-}
-
 /// Models 28 and 30 are asked three times whatever they answer.
 TEST_P(Polls, LastOfThreeAnswersStands) {
   Pair pair(28, GetParam(), "2A 03",
@@ -164,15 +134,6 @@ TEST_P(Polls, HeadOfTheLastAnswerGoesOut) {
   EXPECT_EQ(pair.received(16).substr(36), "52 00 00 00") << "a new poll begins with zeros";
 }
 
-/// Model 21: a good answer, too, lasts the whole budget.
-TEST_P(Polls, BoundAboveTheFrame) {
-  Pair pair(21, GetParam(), "00 00 03 00 00 00 00 00", {"'432100' '05210' '245100'"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_DOUBLE_EQ(poll.reading.weight, 1.234);
-  EXPECT_EQ(poll.slept, milliseconds(300));
-}
-
 /// What ends a poll with another code than silence.
 TEST_P(Polls, EndAtOnce) {
   struct Ending {
@@ -194,22 +155,6 @@ TEST_P(Polls, EndAtOnce) {
     EXPECT_FALSE(pair.isConnected());
     const fixture::Bytes once = fixture::bytes(ending.request);
     EXPECT_EQ(pair.received(once.size()), fixture::hex(once));
-  }
-}
-
-/// A network read gives as many bytes as are asked for, or none.
-TEST(PollsOverTcp, LinesOfAnyLengthCannotComeIn) {
-  struct Answer {
-    int model;
-    const char* request;
-    const char* answer;
-    int code;
-  };
-  for (const Answer& answer :
-       {Answer{11, "'20050027:' 0D 0A", "'81050027:              1.250' 0D 0A", kSuccess},
-        Answer{23, "05", "30 42 0D '0001.25' 0D 0A", kNoAnswer}}) {
-    Pair pair(answer.model, Transport::Tcp, answer.request, {answer.answer});
-    EXPECT_EQ(pair.poll().code, answer.code) << "model " << answer.model;
   }
 }
 

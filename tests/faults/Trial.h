@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Models.h"
-#include "PollBound.h"
+#include "PollTime.h"
 #include "SimulatedScale.h"
 
 /// What a poll may come to.

@@ -4,7 +4,8 @@
 #include <array>
 #include <numeric>
 #include <set>
-#include <string_view>
+
+#include "FrameSearch.h"
 
 namespace recognise {
 
@@ -90,16 +91,20 @@ std::vector<FrameField> fieldsOf(const ProtocolSheet& sheet, Frame frame) {
 }
 
 bool hidesWeight(const ProtocolSheet& sheet, Frame frame) {
-  const NumberField& weight = sheet.weight;
-  const TextNotation* text = textOf(weight);
-  if (text == nullptr || weight.in(frame).number != 0.0) return false;
+  const TextNotation* text = textOf(sheet.weight);
+  const Said said = readingOf(sheet, frame);
+  if (text == nullptr || said.code != kSuccess || said.reading.weight != 0.0) return false;
   const std::set<std::size_t> fixed = fixedPlaces(sheet, frame);
-  const auto says = [&](std::size_t place) {
+  bool zeros = false;
+  bool others = false;
+  for (const std::size_t place : placesOf(sheet.weight, frame)) {
     const std::uint8_t byte = frame[place];
-    return !fixed.contains(place) && byte != text->zero &&
-           std::string_view(" .,+-\r\n").find(static_cast<char>(byte)) == std::string_view::npos;
-  };
-  return std::ranges::any_of(placesOf(weight, frame), says);
+    if (byte > text->zero && byte <= text->zero + 9) return true;
+    zeros |= byte == text->zero;
+    others |= byte != text->zero && byte != ' ' && byte != '.' && !fixed.contains(place);
+  }
+  // Behind a zero there may be a unit.
+  return others && !zeros;
 }
 
 std::vector<std::size_t> unreadBytes(const ProtocolSheet& sheet, Frame frame) {

@@ -25,7 +25,8 @@ std::vector<std::size_t> placesOf(const NumberField& field, Frame frame);
 /// end before its field does, and scales put more into it than a driver reads.
 bool isRead(const NumberField& field, Frame frame, std::size_t place);
 
-/// The weight reads as 0, but more stands in its field than zeros, blanks, points and signs.
+/// The frame is good and its weight 0, but its field holds other than zeros, blanks and a point:
+/// digits that the driver doesn't read, or no zero at all.
 bool hidesWeight(const ProtocolSheet& sheet, Frame frame);
 /// Digits, points and minuses of the weight's field that its number doesn't use.
 std::vector<std::size_t> unreadBytes(const ProtocolSheet& sheet, Frame frame);

@@ -7,6 +7,7 @@
 #include "DoctorLine.h"
 #include "FrameReader.h"
 #include "Models.h"
+#include "PollTime.h"
 #include "ResultCode.h"
 #include "Texts.h"
 #include "Units.h"
@@ -36,13 +37,6 @@ std::optional<Milliseconds> wireTime(const Connection& connection, const Protoco
   const std::size_t bytes = request.bytesOfFirstAttempt().size() + answer;
   return Milliseconds(request.pause_ms + kMillisecondsOfSecond * static_cast<double>(bytes) *
                                              sheet.line.bits() / connection.baud);
-}
-
-/// The longest that one poll takes on a line that says nothing.
-Time longestPoll(const ProtocolSheet& sheet) {
-  const int attempts = sheet.asking.attempts * (kLongestDrain_ms + sheet.request.pause_ms);
-  return Time(attempts +
-              sheet.asking.budget_ms * (sheet.asking.oneBudgetForAll ? 1 : sheet.asking.attempts));
 }
 
 /// The verdict on a model that no line needs to be looked at for; none for all that have a driver.
@@ -160,7 +154,9 @@ bool tellsMotion(int model) {
 std::chrono::seconds longestDiagnosis(const Connection& connection) {
   const ScalesModel* model = findScalesModel(connection.model);
   if (modelTrouble(model, connection.model)) return std::chrono::seconds{0};
-  const Time poll = longestPoll(*model->sheet);
+  // On a line that others use, each drain may take all of its time.
+  const Time poll =
+      longestPoll(*model->sheet, connection.network, {.stretch = Time{kLongestDrain_ms}});
   Time sum = std::max(kPollingTime + poll, kHopeless * poll);
   sum += longestListening(*model->sheet);
   // The name, the first connection, the component's and the one that is listened to.

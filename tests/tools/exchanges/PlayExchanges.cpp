@@ -1,9 +1,8 @@
 // Plays the scale's side of every recorded exchange to the component, and holds what comes of it
 // against the outcome in the exchange's head.
 
-#include <atomic>
+#include <algorithm>
 #include <map>
-#include <mutex>
 #include <set>
 #include <thread>
 
@@ -21,9 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using exchange::ExchangeCase;
 using exchange::PollOutcome;
-
-/// Most of the time goes in waiting for scales that don't answer.
-constexpr std::size_t kSideBySide = 24;
 
 /// On a busy machine a scale may answer too late. Only that is tried again, never a wrong reading.
 constexpr int kTries = 3;
@@ -92,42 +88,25 @@ PollOutcome poll(host::Component& component, const ExchangeCase& recorded) {
   return outcome;
 }
 
-/// Plays the cases of a kind of line on many threads, each with a component of its own.
-void playAll(bool overTcp) {
-  std::vector<ExchangeCase> cases;
-  for (const fs::path& file : exchange::caseFiles(EXCHANGES)) {
-    ExchangeCase read = exchange::readCase(file);
-    if (read.overTcp == overTcp) cases.push_back(std::move(read));
+class RecordedExchange : public testing::TestWithParam<fs::path> {};
+
+TEST_P(RecordedExchange, ComesToItsOutcome) {
+  const ExchangeCase recorded = exchange::readCase(GetParam());
+  host::Component component(COMPONENT);
+  PollOutcome got = poll(component, recorded);
+  for (int again = 1; again < kTries && got != recorded.outcome && mayBeLate(got); ++again) {
+    got = poll(component, recorded);
   }
-  ASSERT_FALSE(cases.empty());
-  std::atomic<std::size_t> next = 0;
-  std::mutex mutex;
-  std::vector<std::string> wrong;
-  // Stays loaded while any player needs it, and was so before the first one.
-  const host::Library library(COMPONENT);
-  std::vector<std::thread> players;
-  for (std::size_t i = 0; i < kSideBySide; ++i) {
-    players.emplace_back([&] {
-      host::Component component(COMPONENT);
-      for (std::size_t at = 0; (at = next++) < cases.size();) {
-        const ExchangeCase& recorded = cases[at];
-        PollOutcome got = poll(component, recorded);
-        for (int again = 1; again < kTries && got != recorded.outcome && mayBeLate(got); ++again) {
-          got = poll(component, recorded);
-        }
-        if (got == recorded.outcome) continue;
-        const std::lock_guard lock(mutex);
-        wrong.push_back(recorded.name + " (" + recorded.special + "): got " + got.text() +
-                        ", the head says " + recorded.outcome.text());
-      }
-    });
-  }
-  for (std::thread& player : players) player.join();
-  for (const std::string& line : wrong) ADD_FAILURE() << line;
+  EXPECT_EQ(got.text(), recorded.outcome.text()) << recorded.special;
 }
 
-TEST(RecordedExchanges, ComeToTheirOutcomesOverSerialLines) { playAll(false); }
-TEST(RecordedExchanges, ComeToTheirOutcomesOverTcp) { playAll(true); }
+std::string nameOf(const testing::TestParamInfo<fs::path>& test) {
+  std::string name = test.param.stem();
+  std::ranges::replace(name, '-', '_');
+  return name;
+}
+INSTANTIATE_TEST_SUITE_P(File, RecordedExchange, testing::ValuesIn(exchange::caseFiles(EXCHANGES)),
+                         nameOf);
 
 TEST(RecordedExchanges, WriteAnOutcomeAsTheyReadIt) {
   for (const char* text : {"weight 1.25, stable", "weight -0.005, moving", "weight 0, stable",

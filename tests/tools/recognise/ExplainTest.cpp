@@ -132,6 +132,10 @@ TEST(Fields, TellWhatTheNumberLeavesOut) {
       {39, bytesOf("\nST,GS, 000.000kg\r"), false, {}},
       // A second comma behind the first.
       {25, bytesOf("\r\nST,GS,   245.6 g\r\n"), false, {}},
+      // A unit behind a zero; no digit at all; a reading that the scale calls not valid.
+      {16, bytesOf("\x02NW:0000.00(kg)\x03"), false, {}},
+      {23, bytesOf("@P\r0    UF\r\n"), true, {}},
+      {31, bytesOf("\x02-4   1250     0\r"), true, {}},
       {10, {0, 0}, false, {}},
   };
   for (const auto& row : rows) {

@@ -46,8 +46,8 @@ TEST(Explain, SaysInWordsWhatHappened) {
             {"the frame doesn't end in 03", "1 x the answer broke off"}},
            {"41-serial-garbage-shifts",
             kScaleFailed,
-            {"too many bytes aren't as the protocol wants them", "thrown away before reading"}},
-           {"13-serial-garbage", kGood, {"stepped over, begins no frame"}},
+            {"byte 1 is FF, the protocol wants 01", "thrown away before reading"}},
+           {"07-serial-garbage", kGood, {"stepped over, begins no frame"}},
            {"18-serial-damaged", kScaleFailed, {"no model's driver"}},
            {"14-tcp-price", kGood, {"price 1250", "cost 1563"}},
            {"13-tcp-overload", kScaleFailed, {"the scale reports error 7"}},
@@ -80,11 +80,10 @@ TEST(Explain, WritesRecordsForPrograms) {
   EXPECT_EQ(summary["good"], 1);
   for (const auto& [log, reason] : std::vector<std::pair<std::string, const char*>>{
            {"13-serial-silent", "silence"},
-           {"13-serial-cut", "too_short"},
+           {"38-serial-cut", "too_short"},
            {"16-serial-cut", "no_end"},
-           {"13-serial-damaged", "wrong_bytes"},
            {"18-serial-damaged", "checksum"},
-           {"41-serial-garbage-shifts", "many_bytes"},
+           {"41-serial-garbage-shifts", "wrong_bytes"},
        }) {
     const auto [refused, end] = recordsOf(log, log.substr(0, 2));
     EXPECT_EQ(refused["good"], false) << log;

@@ -1,4 +1,4 @@
-#include "PollBound.h"
+#include "PollTime.h"
 
 #include <algorithm>
 
@@ -48,7 +48,8 @@ milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
   const milliseconds waiting = overTcp ? mostBytes(sheet) * talk.gap : milliseconds{0};
   const milliseconds reading =
       silencesIn(sheet.asking.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
-  return sheet.asking.attempts * asking + (sheet.asking.oneBudgetForAll ? 1 : sheet.asking.attempts) * reading;
+  return sheet.asking.attempts * asking +
+         (sheet.asking.oneBudgetForAll ? 1 : sheet.asking.attempts) * reading;
 }
 
 milliseconds longestTare(const ProtocolSheet& sheet, bool overTcp, Talk talk) {

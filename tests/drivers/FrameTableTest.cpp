@@ -153,7 +153,7 @@ std::string sourceOf(const std::filesystem::path& file) {
 TEST(DrawnAnswers, AreTheFirstRows) {
   const std::filesystem::path drivers = ORBELO_DRIVERS;
   const std::string models = sourceOf(drivers / "Models.cpp");
-  static const std::regex kRow(R"(\n    \{".*(?:\n.*")?(?:, make<(\w+)>)?)");
+  static const std::regex kRow(R"(\n    \{"[^\n]*?"(?:,\s+make<(\w+)>|\}|\n))");
   std::map<std::string, int> numbers;
   int number = 0;
   for (std::sregex_iterator row(models.begin(), models.end(), kRow), end; row != end; ++row) {

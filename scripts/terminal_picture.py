@@ -2,7 +2,7 @@
 
     terminal_picture.py FILE LANGUAGE [-i SECONDS] COMMAND ARGUMENT...
 
-LANGUAGE is en or ru. With -i the command gets Ctrl-C after so many seconds. Called by
+LANGUAGE is en, ru or uk. With -i the command gets Ctrl-C after so many seconds. Called by
 scripts/pictures.
 """
 
@@ -23,7 +23,7 @@ from rich.text import Text
 COLUMNS = 112
 LINES = 60
 INTERRUPT = b"\x03"
-LOCALES = {"en": "en_US.UTF-8", "ru": "ru_RU.UTF-8"}
+LOCALES = {"en": "en_US.UTF-8", "ru": "ru_RU.UTF-8", "uk": "uk_UA.UTF-8"}
 
 
 def run(command, language, interrupt_after):

@@ -74,7 +74,9 @@ std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
   };
   const std::string& kind = error.get_name();
   if (kind == "ValidationError") return what;
-  if (kind == "ExtrasError") return say("not understood: {0}", behind(": "));
+  // Its name is the program's.
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
+    return say("not understood: {0}", behind(": "));
   if (kind == "RequiresError")
     return say("{0} goes with {1} alone", before(" requires "), behind(" requires "));
   if (kind == "ExcludesError")

@@ -9,7 +9,6 @@ namespace exchange {
 
 namespace {
 
-constexpr std::size_t kLabelSize = 9;
 constexpr std::size_t kBytesPerLine = 20;
 /// Columns of a dump line: "00001:" and " XX" a byte, with a bar before the eleventh.
 constexpr std::size_t kPositionSize = 6;
@@ -59,7 +58,7 @@ std::optional<Header> headerIn(std::string_view line) {
   if (label == nullptr) return std::nullopt;
   header.record.kind = label->kind;
   // With widths that no number can be too large for.
-  const std::string rest(line.substr(kLabelSize));
+  const std::string rest(line.substr(label->text.size()));
   int year = 0;
   int month = 0;
   int day = 0;

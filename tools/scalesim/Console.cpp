@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <ostream>
 #include <stdexcept>
 
+#include "Messages.h"
 #include "ModelSheet.h"
 #include "Options.h"
-#include "Texts.h"
+#include "Output.h"
 
 namespace {
 
@@ -105,6 +104,10 @@ void Console::feed(std::string_view input) {
   if (pending_.size() > kLongestLine) pending_.clear();
 }
 
+void Console::end() { feed("\n"); }
+
+void Console::answer(std::string_view text) { out_ << visible(text) << std::endl; }
+
 void Console::execute(std::string_view line) {
   std::string_view command = trimmed(line);
   if (command.empty()) return;
@@ -113,8 +116,18 @@ void Console::execute(std::string_view line) {
     return;
   }
   if (command == "help") {
-    out_ << say(texts::kConsoleHelp) << std::endl;
-    return;
+    return answer(
+        say("1.250         new weight, kilograms\n"
+            "price 12.50   new price\n"
+            "decimals 2    digits behind the point\n"
+            "stable, unstable\n"
+            "overload, normal\n"
+            "tare, zero    the keys of the scale\n"
+            "silent, speak\n"
+            "away, back    pull the cable and plug it in again\n"
+            "show          what the scale shows\n"
+            "quit\n"
+            "With --all, a model's number and a colon in front name one model: \"13: unstable\"."));
   }
   const std::string whole(command);
   std::vector<ScaleLine*> chosen = lines_;
@@ -126,8 +139,7 @@ void Console::execute(std::string_view line) {
       return std::to_string(scale->scale().model().number) != number;
     });
     if (chosen.empty()) {
-      out_ << fill(texts::kConsoleNoScale, {number}) << std::endl;
-      return;
+      return answer(say("no scale of model {0} is running", number));
     }
     command = trimmed(command.substr(colon + 1));
   }
@@ -136,7 +148,7 @@ void Console::execute(std::string_view line) {
   try {
     for (ScaleLine* scale : chosen) apply(*scale, command, whole, mustKnow);
   } catch (const std::exception& error) {
-    out_ << fill(texts::kConsoleFailed, {error.what()}) << std::endl;
+    answer(error.what());
   }
 }
 
@@ -154,20 +166,21 @@ void Console::apply(ScaleLine& line, std::string_view command, const std::string
   } else if (const auto set = byName(kStateCommands, word); set != kStateCommands.end()) {
     const std::optional<double> number = numberIn(rest);
     if (set->wantsNumber != number.has_value() || (!set->wantsNumber && !rest.empty())) {
-      throw std::invalid_argument(fill(texts::kNotANumber, {std::string(word), std::string(rest)}));
+      throw std::invalid_argument(
+          set->wantsNumber ? say("{0} wants a number, and '{1}' is none", word, rest)
+                           : say("'{0}' is no weight and no command; \"help\" lists them", whole));
     }
     if (!set->known(model)) {
       if (!mustKnow) return;
-      out_ << fill(texts::kConsoleNotKnown, {std::to_string(model.number), std::string(word)})
-           << std::endl;
-      return;
+      return answer(say("model {0} doesn't know '{1}'", model.number, word));
     }
     ScaleState state = line.scale().state();
     set->change(state, number.value_or(0.0));
     if (mustKnow) checkState(model, state);
     line.scale().state() = state;
   } else if (word != "show") {
-    throw std::invalid_argument(fill(texts::kConsoleUnknown, {whole}));
+    throw std::invalid_argument(
+        say("'{0}' is no weight and no command; \"help\" lists them", whole));
   }
   if (echo_ || word == "show") show(line);
 }
@@ -176,20 +189,20 @@ void Console::show(const ScaleLine& line) {
   const ScaleModel& model = line.scale().model();
   const sim::Display display = model.display(line.scale().state());
   constexpr int kMoneyDecimals = 2;
-  std::string text = std::to_string(model.number) + ": " + displayText(display) + ", " +
-                     say(display.overload ? texts::kOverloaded
-                         : display.stable ? texts::kStable
-                                          : texts::kMoving);
+  std::string text = std::to_string(model.number) + ": " + displayText(model, display) + ", " +
+                     (display.overload ? say("overload")
+                      : display.stable ? say("stable")
+                                       : say("moving"));
   if (model.hasPrice()) {
-    text += fill(texts::kPriceIs, {sim::decimalText(display.price, kMoneyDecimals),
-                                   sim::decimalText(display.cost, kMoneyDecimals)});
+    text += say(", price {0}, cost {1}", sim::decimalText(display.price, kMoneyDecimals),
+                sim::decimalText(display.cost, kMoneyDecimals));
   }
   if (display.tare != 0) {
     sim::Display tare = display;
     tare.weight = display.tare;
-    text += fill(texts::kTareIs, {displayText(tare)});
+    text += say(", tare {0}", displayText(model, tare));
   }
-  if (line.faults().silent) text += say(texts::kSilentNow);
-  if (line.endpoint().isAway()) text += say(texts::kAwayNow);
-  out_ << text << std::endl;
+  if (line.faults().silent) text += say(", silent");
+  if (line.endpoint().isAway()) text += say(", away");
+  answer(text);
 }

@@ -16,6 +16,8 @@ class Console {
 
   /// Takes input in pieces of any size and carries out the lines that are whole.
   void feed(std::string_view input);
+  /// Carries out what came without a line end, when nothing more comes.
+  void end();
   /// True once `quit` has come.
   bool quit() const { return quit_; }
 
@@ -23,6 +25,7 @@ class Console {
   void execute(std::string_view line);
   void apply(sim::ScaleLine& line, std::string_view command, const std::string& whole, bool named);
   void show(const sim::ScaleLine& line);
+  void answer(std::string_view text);
 
   std::vector<sim::ScaleLine*> lines_;
   std::ostream& out_;

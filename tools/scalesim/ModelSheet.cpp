@@ -1,12 +1,11 @@
 #include "ModelSheet.h"
 
-#include <array>
-#include <cstdio>
 #include <vector>
 
+#include "Messages.h"
 #include "Models.h"
 #include "Options.h"
-#include "Texts.h"
+#include "Text.h"
 
 namespace {
 
@@ -16,166 +15,146 @@ using sim::ScaleModel;
 /// As the parameter page shows it, with its number in front.
 std::string nameOf(const ScaleModel& model) { return findScalesModel(model.number)->pageText(); }
 
-std::string plainNumber(double value) {
-  std::array<char, 32> text = {};
-  std::snprintf(text.data(), text.size(), "%.10g", value);
-  return text.data();
-}
+std::string yesOrNo(bool yes) { return yes ? say("yes") : say("no"); }
 
 std::string lineText(const sim::LineSettings& line) {
-  const Text& parity = line.parity == sim::Parity::Even ? texts::kParityEven : texts::kParityNone;
-  return fill(texts::kLineText, {line.text(), std::to_string(line.dataBits), say(parity),
-                                 std::to_string(line.stopBits)});
+  const bool even = line.parity == sim::Parity::Even;
+  return say("{0}: {1} data bits, {2}, stop bits: {3}; the speed as set in the component",
+             line.text(), line.dataBits, even ? say("even parity") : say("no parity"),
+             line.stopBits);
 }
 
 std::string commandText(const sim::Command& command) {
-  std::string bytes = hexText(command.fixed.bytes);
+  const std::string bytes = hexText(command.fixed.bytes);
   if (command.payload == 0) return bytes;
-  return fill(texts::kAndBytes, {bytes, std::to_string(command.payload)});
+  return sayCount("{1} and {0} byte", "{1} and {0} bytes", command.payload, bytes);
+}
+
+std::string actionText(Action action) {
+  switch (action) {
+    case Action::Tare: return say("tare");
+    case Action::Zero: return say("zero");
+    case Action::Price: return say("price");
+    default: return say("setup");
+  }
 }
 
 std::string exchangeText(const ScaleModel& model) {
   for (const sim::Command& command : model.commands) {
-    if (command.action == Action::Weigh) return fill(texts::kAnswersTo, {commandText(command)});
+    if (command.action == Action::Weigh) return say("answers to {0}", commandText(command));
   }
-  return say(texts::kStreams);
-}
-
-const Text& actionText(Action action) {
-  switch (action) {
-    case Action::Tare: return texts::kTare;
-    case Action::Zero: return texts::kZero;
-    case Action::Price: return texts::kPrice;
-    case Action::Weigh:
-    case Action::Setup: break;
-  }
-  return texts::kSetup;
+  return say("sends frame after frame without being asked");
 }
 
 std::string obeysText(const ScaleModel& model) {
-  std::string obeys;
+  std::vector<std::string> obeys;
   for (const sim::Command& command : model.commands) {
-    if (command.action == Action::Weigh) continue;
-    obeys += (obeys.empty() ? "" : "; ") + std::string(say(actionText(command.action))) + ": " +
-             commandText(command);
+    if (command.action != Action::Weigh)
+      obeys.push_back(actionText(command.action) + ": " + commandText(command));
   }
-  return obeys.empty() ? say(texts::kNothing) : obeys;
-}
-
-std::string weightText(const ScaleModel& model) {
-  const int decimals = model.decimals.usual;
-  const auto limits = model.limits(decimals);
-  sim::Display lowest;
-  lowest.weight = limits.lowest;
-  lowest.decimals = decimals;
-  return fill(texts::kWeightLimits, {sim::decimalText(lowest.weight, decimals),
-                                     sim::decimalText(limits.highest, decimals)});
+  return obeys.empty() ? say("no commands") : joined(obeys, "; ");
 }
 
 std::string decimalsText(const ScaleModel& model) {
-  const std::string usual = std::to_string(model.decimals.usual);
-  if (!model.hasDecimals()) return fill(texts::kDecimalsFixed, {usual});
-  return fill(texts::kDecimalsChoice,
-              {std::to_string(model.decimals.fewest), std::to_string(model.decimals.most), usual});
-}
-
-const Text& unitText(sim::WeightUnit unit) {
-  switch (unit) {
-    case sim::WeightUnit::Kilograms: return texts::kKilograms;
-    case sim::WeightUnit::Grams: return texts::kGrams;
-    case sim::WeightUnit::Count: break;
-  }
-  return texts::kCount;
+  const sim::Decimals& decimals = model.decimals;
+  if (!model.hasDecimals()) return say("always {0}", decimals.usual);
+  return say("{0} to {1}, usually {2}", decimals.fewest, decimals.most, decimals.usual);
 }
 
 std::string readingText(const ScaleModel& model) {
   const sim::ScaleState state = model.usualState();
-  return fill(texts::kReadingOf,
-              {displayText(model.display(state)), plainNumber(model.expectedReading(state).weight),
-               say(unitText(model.reads.unit))});
+  std::string unit;
+  switch (model.reads.unit) {
+    case sim::WeightUnit::Kilograms: unit = say("kilograms"); break;
+    case sim::WeightUnit::Grams: unit = say("grams"); break;
+    case sim::WeightUnit::Count: unit = say("the scale's raw count"); break;
+  }
+  return say("the component reads {0} as {1} ({2})", displayText(model, model.display(state)),
+             model.expectedReading(state).weight, unit);
 }
 
 std::string stabilityText(const ScaleModel& model) {
   switch (model.stableReading) {
-    case sim::StableReading::AlwaysStable: return say(texts::kStabilityAlways);
-    case sim::StableReading::AlwaysMoving: return say(texts::kStabilityNever);
+    case sim::StableReading::AlwaysStable:
+      return say("not in the frame; the component always reports stable");
+    case sim::StableReading::AlwaysMoving:
+      return say("not in the frame; the component always reports moving");
     case sim::StableReading::AsShown: break;
   }
-  return say(texts::kStabilityShown);
+  return say("in the frame");
 }
 
 std::string overloadText(const ScaleModel& model) {
-  if (!model.showsOverload()) return say(texts::kOverloadNever);
+  if (!model.showsOverload()) return say("not in the frame");
   sim::ScaleState state = model.usualState();
   state.overload = true;
-  return fill(texts::kOverloadCode, {std::to_string(model.expectedReading(state).code)});
+  return say("in the frame; the component returns code {0}", model.expectedReading(state).code);
 }
 
 std::string priceText(const ScaleModel& model) {
-  if (!model.hasPrice()) return say(texts::kPriceNever);
-  constexpr int kPriceDecimals = 2;
-  return fill(texts::kPriceShown, {sim::decimalText(model.highestPrice(), kPriceDecimals)});
-}
-
-/// Characters, not bytes, of UTF-8 text.
-std::size_t widthOf(const std::string& text) {
-  std::size_t width = 0;
-  for (const char c : text) width += (static_cast<unsigned char>(c) & 0xC0U) == 0x80U ? 0U : 1U;
-  return width;
-}
-
-void addRow(std::string& sheet, const Text& name, const std::string& value) {
-  constexpr std::size_t kNameWidth = 13;
-  const std::string head = say(name);
-  const std::size_t width = widthOf(head);
-  sheet +=
-      "  " + head + std::string(width < kNameWidth ? kNameWidth - width : 1, ' ') + value + "\n";
+  if (!model.hasPrice()) return say("not in the frame");
+  return say("from 0 to {0}, with the cost in the frame",
+             sim::decimalText(model.highestPrice(), 2));
 }
 
 }  // namespace
 
-std::string hexText(std::span<const std::uint8_t> bytes) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    if (!text.empty()) text += ' ';
-    text += kDigits[byte >> 4U];
-    text += kDigits[byte & 0x0FU];
-  }
-  return text;
-}
-
-std::string displayText(const sim::Display& display) {
-  return sim::decimalText(display.weight, display.decimals) + " kg";
+std::string displayText(const ScaleModel& model, const sim::Display& display) {
+  return sim::decimalText(display.weight, display.decimals) + ' ' + model.unit.name;
 }
 
 std::string modelSheet(const ScaleModel& model) {
   const sim::ScaleState state = model.usualState();
-  std::string sheet = nameOf(model) + "\n";
-  addRow(sheet, texts::kRowLine, lineText(model.line));
-  addRow(sheet, texts::kRowExchange, exchangeText(model));
-  addRow(sheet, texts::kRowObeys, obeysText(model));
-  addRow(sheet, texts::kRowFrame,
-         fill(texts::kFrameOf, {hexText(model.frame(state)), displayText(model.display(state))}));
-  addRow(sheet, texts::kRowWeight, weightText(model));
-  addRow(sheet, texts::kRowDecimals, decimalsText(model));
-  addRow(sheet, texts::kRowReading, readingText(model));
-  addRow(sheet, texts::kRowStability, stabilityText(model));
-  addRow(sheet, texts::kRowOverload, overloadText(model));
-  addRow(sheet, texts::kRowPrice, priceText(model));
-  addRow(sheet, texts::kRowTcp,
-         model.worksOverTcp() ? say(texts::kYes) : fill(texts::kNoBecause, {model.noTcp}));
-  if (model.remark != nullptr) addRow(sheet, texts::kRowRemark, model.remark);
-  addRow(sheet, texts::kRowOptions, knownOptions(model));
-  return sheet;
+  const int decimals = model.decimals.usual;
+  const auto limits = model.limits(decimals);
+  std::string text = nameOf(model) + "\n";
+  std::vector<std::pair<std::string, std::string>> rows;
+  if (model.variant != nullptr)
+    rows.emplace_back(say("Variant"), std::string(model.variant->name) + ": " +
+                                          std::string(translated(model.variant->about)));
+  rows.emplace_back(say("Line"), lineText(model.line));
+  rows.emplace_back(say("Exchange"), exchangeText(model));
+  rows.emplace_back(say("Obeys"), obeysText(model));
+  rows.emplace_back(say("Frame"), say("{0} (for {1})", hexText(model.frame(state)),
+                                      displayText(model, model.display(state))));
+  if (sim::numberIn(model.layout, sim::Quantity::Weight) != nullptr)
+    rows.emplace_back(say("Weight"),
+                      say("from {0} to {1} {2}", sim::decimalText(limits.lowest, decimals),
+                          sim::decimalText(limits.highest, decimals), model.unit.name));
+  rows.emplace_back(say("Decimals"), decimalsText(model));
+  if (model.variant == nullptr) {
+    rows.emplace_back(say("Reading"), readingText(model));
+    rows.emplace_back(say("Stability"), stabilityText(model));
+    rows.emplace_back(say("Overload"), overloadText(model));
+    rows.emplace_back(say("Price"), priceText(model));
+    rows.emplace_back(
+        "TCP", model.worksOverTcp() ? yesOrNo(true) : say("no: {0}", translated(model.noTcp)));
+    if (model.remark != nullptr)
+      rows.emplace_back(say("Remark"), std::string(translated(model.remark)));
+  }
+  rows.emplace_back(say("Options"), knownOptions(model));
+  for (const sim::Variant& variant : model.variants) {
+    if (model.variant == nullptr)
+      rows.emplace_back(std::string("--variant ").append(variant.name),
+                        std::string(translated(variant.about)));
+  }
+  constexpr std::size_t kWidth = 80;
+  constexpr std::size_t kColumn = 15;
+  for (const auto& [name, value] : rows) {
+    const std::size_t used = displayWidth(name) + 2;
+    text += "  " + name + std::string(used < kColumn ? kColumn - used : 1, ' ') +
+            joined(wrapped(value, kWidth - kColumn), "\n" + std::string(kColumn, ' ')) + "\n";
+  }
+  return text;
 }
 
 std::string modelList() {
-  std::string list = std::string(say(texts::kListHead)) + "\n";
+  Table list({say("Model"), say("Exchange"), "TCP", say("Name"), say("Variants")});
   for (const ScaleModel& model : sim::scaleModels()) {
-    list += std::to_string(model.number) + "\t" +
-            say(model.streams() ? texts::kListStreams : texts::kListAnswers) + "\t\t" +
-            say(model.worksOverTcp() ? texts::kYes : texts::kNo) + "\t" + nameOf(model) + "\n";
+    std::vector<std::string_view> variants;
+    for (const sim::Variant& variant : model.variants) variants.push_back(variant.name);
+    list.add({std::to_string(model.number), model.streams() ? say("streams") : say("answers"),
+              yesOrNo(model.worksOverTcp()), nameOf(model), joined(variants)});
   }
-  return list;
+  return list.text();
 }

@@ -2,31 +2,30 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "Faults.h"
+#include "Output.h"
 #include "ScaleModel.h"
 
 /// The command line, checked against the model.
 struct Options {
-  enum class Task { Play, PlayAll, Replay, List, Help, HelpOnModel, Version, Describe };
+  enum class Task { Play, PlayAll, Replay, List, About };
 
   Task task = Task::Play;
-  /// Null unless the task is about one model.
+  /// Null unless the task is about one model; a variant where one was named.
   const sim::ScaleModel* model = nullptr;
-  /// What Task::Describe is to print: "man", "bash" or "zsh".
-  std::string description;
   /// Folder of --all.
   std::string folder;
   /// Exchange log of --replay.
   std::string log;
   /// TCP port, 0 for any; none for a pseudo-terminal.
   std::optional<std::uint16_t> tcp;
-  std::string link;
+  /// Name of the device to make; empty for one in a temporary folder.
+  std::string port;
   /// Speed of the scale's end of the pseudo-terminal; 0 for a line that carries any.
-  int speed = 0;
+  int baud = 0;
   bool verbose = false;
   sim::Faults faults;
 
@@ -40,19 +39,8 @@ struct Options {
   sim::ScaleState stateOf(const sim::ScaleModel& of) const;
 };
 
-/// A command line that can't be obeyed. The message says why, in the current language.
-class UsageError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// Reads the command line and sets the language of the messages. Throws UsageError.
-Options readOptions(int argc, const char* const* argv);
-
-/// The text of --help.
-std::string helpText();
-/// The manual page or the completion for a shell.
-std::string descriptionText(const std::string& form);
+/// Reads the command line. An exit code if that is all: help was printed. Throws Failure.
+std::optional<ExitCode> readOptions(int argc, char** argv, Options& options);
 
 /// The options for what the scale shows that a model knows, separated by blanks.
 std::string knownOptions(const sim::ScaleModel& model);
@@ -60,5 +48,5 @@ std::string knownOptions(const sim::ScaleModel& model);
 /// A number as people write it, with a point or a comma; none for anything else.
 std::optional<double> numberIn(std::string_view text);
 
-/// Throws UsageError for what the model can't show.
+/// Throws Failure for what the model can't show.
 void checkState(const sim::ScaleModel& model, const sim::ScaleState& state);

@@ -1,6 +1,6 @@
 #include "Player.h"
 
-#include <sys/signalfd.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -18,12 +18,13 @@
 
 #include "Console.h"
 #include "Endpoint.h"
+#include "Messages.h"
 #include "ModelSheet.h"
 #include "ReplayLine.h"
 #include "ScaleLine.h"
 #include "SettingsFile.h"
 #include "SimulationLoop.h"
-#include "Texts.h"
+#include "Text.h"
 
 namespace {
 
@@ -48,9 +49,8 @@ std::string timeOfDay() {
 /// Writes what goes over a line to standard error.
 sim::Observer tellBytes(const std::string& name) {
   return [name](sim::Direction direction, std::span<const std::uint8_t> bytes) {
-    std::cerr << timeOfDay() << "  " << name
-              << (direction == sim::Direction::Received ? "  <-  " : "  ->  ") << hexText(bytes)
-              << std::endl;
+    tell(timeOfDay() + "  " + name + (direction == sim::Direction::Received ? "  <-  " : "  ->  ") +
+         hexText(bytes));
   };
 }
 
@@ -62,16 +62,34 @@ sim::ScaleLine& addLine(sim::SimulationLoop& loop, const Options& options,
   return line;
 }
 
-/// A descriptor that becomes readable when the process is asked to end.
-sim::FileDescriptor endSignals() {
-  sigset_t signals;
-  ::sigemptyset(&signals);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::sigaddset(&signals, signal);
-  ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-  sim::FileDescriptor descriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
-  if (!descriptor) throw std::system_error(errno, std::generic_category(), "signalfd");
-  return descriptor;
-}
+/// Ends the loop at the first SIGINT, SIGTERM or SIGHUP, in good order; the second one ends the
+/// program at once, whatever it waits for.
+class EndSignals {
+ public:
+  explicit EndSignals(sim::SimulationLoop& loop) {
+    std::array<int, 2> ends = {};
+    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+      throw std::system_error(errno, std::generic_category(), "pipe");
+    heard_ = sim::FileDescriptor(ends[0]);
+    noted_ = sim::FileDescriptor(ends[1]);
+    writeEnd_ = ends[1];
+    loop.watch(heard_.get(), [&loop] { loop.stop(); });
+    struct sigaction action = {};
+    action.sa_handler = [](int) {
+      const int keep = errno;
+      [[maybe_unused]] const ssize_t written = ::write(writeEnd_, "", 1);
+      errno = keep;
+    };
+    // Not restarted: a write that nobody takes ends too.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(signal, &action, nullptr);
+  }
+
+ private:
+  static inline volatile std::sig_atomic_t writeEnd_ = -1;
+  sim::FileDescriptor heard_;
+  sim::FileDescriptor noted_;
+};
 
 void runUntilTold(sim::SimulationLoop& loop, const std::vector<sim::ScaleLine*>& lines) {
   Console console(lines, std::cerr, ::isatty(STDIN_FILENO) == 1);
@@ -80,40 +98,35 @@ void runUntilTold(sim::SimulationLoop& loop, const std::vector<sim::ScaleLine*>&
   loop.watch(STDIN_FILENO, [&] {
     std::array<char, 4096> input = {};
     const ssize_t got = ::read(STDIN_FILENO, input.data(), input.size());
-    if (got <= 0) {
+    if (got > 0) {
+      console.feed({input.data(), static_cast<std::size_t>(got)});
+    } else {
       loop.unwatch(STDIN_FILENO);
-      return;
+      console.end();
     }
-    console.feed({input.data(), static_cast<std::size_t>(got)});
     if (console.quit()) loop.stop();
   });
-  const sim::FileDescriptor signals = endSignals();
-  loop.watch(signals.get(), [&] { loop.stop(); });
   loop.run();
-  std::cerr << say(texts::kStopped) << std::endl;
+  complain(say("stopped"));
 }
 
-void playOne(const Options& options) {
+std::unique_ptr<sim::Endpoint> endpointOf(const Options& options) {
+  if (options.tcp) return std::make_unique<sim::TcpEndpoint>(*options.tcp);
+  auto pty = std::make_unique<sim::PtyEndpoint>(options.port);
+  if (options.baud != 0) pty->setLineEnd({options.baud, options.model->line});
+  return pty;
+}
+
+void playOne(sim::SimulationLoop& loop, const Options& options) {
   const sim::ScaleModel& model = *options.model;
-  std::unique_ptr<sim::Endpoint> endpoint;
-  if (options.tcp) {
-    if (!model.worksOverTcp()) {
-      std::cerr << fill(texts::kNoTcpWarning, {std::to_string(model.number), model.noTcp})
-                << std::endl;
-    }
-    endpoint = std::make_unique<sim::TcpEndpoint>(*options.tcp);
-  } else {
-    auto pty = std::make_unique<sim::PtyEndpoint>(options.link);
-    if (options.speed != 0) pty->setLineEnd({options.speed, model.line});
-    endpoint = std::move(pty);
-  }
-  sim::SimulationLoop loop;
-  sim::ScaleLine& line = addLine(loop, options, model, std::move(endpoint));
+  if (options.tcp && !model.worksOverTcp())
+    complain(say("the component can't read model {0} over TCP: {1}", model.number,
+                 translated(model.noTcp)));
+  sim::ScaleLine& line = addLine(loop, options, model, endpointOf(options));
   const std::string address = line.endpoint().address();
-  std::cout << address << std::endl;
-  std::cerr << fill(texts::kStarted, {std::to_string(model.number),
-                                      displayText(model.display(line.scale().state())), address})
-            << std::endl;
+  printRaw(address + "\n");
+  complain(say("model {0}, {1}, at {2}; \"help\" lists the commands, Ctrl-C ends it", model.number,
+               displayText(model, model.display(line.scale().state())), address));
   runUntilTold(loop, {&line});
 }
 
@@ -122,47 +135,58 @@ std::vector<exchange::Turn> turnsIn(const std::string& log) {
   std::ostringstream content;
   content << stream.rdbuf();
   std::vector<exchange::Turn> turns = exchange::turnsOf(exchange::readLog(content.str()));
-  if (turns.empty()) throw std::runtime_error(fill(texts::kNoReplay, {log}));
+  if (turns.empty())
+    throw Failure(kFailed, say("{0} can't be read, or has nothing that a scale sent", log));
   return turns;
 }
 
-void replay(const Options& options) {
+void replay(sim::SimulationLoop& loop, const Options& options) {
   std::vector<exchange::Turn> turns = turnsIn(options.log);
-  const std::string count = std::to_string(turns.size());
-  std::unique_ptr<sim::Endpoint> endpoint;
-  if (options.tcp) {
-    endpoint = std::make_unique<sim::TcpEndpoint>(*options.tcp);
-  } else {
-    endpoint = std::make_unique<sim::PtyEndpoint>(options.link);
-  }
-  sim::SimulationLoop loop;
+  const std::size_t count = turns.size();
   sim::ReplayLine& line =
-      loop.add(std::make_unique<sim::ReplayLine>(std::move(turns), std::move(endpoint)));
+      loop.add(std::make_unique<sim::ReplayLine>(std::move(turns), endpointOf(options)));
   line.setStranger([](const sim::Bytes& came, const sim::Bytes& recorded) {
-    std::cerr << fill(texts::kStranger, {hexText(came), hexText(recorded)}) << std::endl;
+    complain(say("the host sent {0}, in the record it was {1}", hexText(came), hexText(recorded)));
   });
   if (options.verbose) line.setObserver(tellBytes(options.log));
   const std::string address = line.endpoint().address();
-  std::cout << address << std::endl;
-  std::cerr << fill(texts::kStartedReplay, {options.log, count, address}) << std::endl;
+  printRaw(address + "\n");
+  complain(sayCount("{1}, {0} turn, at {2}; Ctrl-C ends it",
+                    "{1}, {0} turns, at {2}; Ctrl-C ends it", count, options.log, address));
   runUntilTold(loop, {});
 }
 
-void playAll(const Options& options) {
+std::string remedyFor(const std::error_code& code) {
+  if (code == std::errc::address_in_use)
+    return say("Choose another port, or --tcp for any that is free.");
+  if (code == std::errc::device_or_resource_busy)
+    return say("Another scalesim plays under this name; choose another.");
+  if (code == std::errc::file_exists)
+    return say("The name is taken by something that scalesim didn't make; choose another.");
+  if (code == std::errc::no_such_file_or_directory) return say("Make the folder first.");
+  if (code == std::errc::permission_denied)
+    return say(
+        "Check the permissions (ports below 1024 are for root), or choose another name or "
+        "port.");
+  return {};
+}
+
+void playAll(sim::SimulationLoop& loop, const Options& options) {
   constexpr std::size_t kLongestPortName = 255;
   const std::filesystem::path folder = std::filesystem::absolute(options.folder).lexically_normal();
   std::filesystem::create_directories(folder);
-  refuseForeignSettings(folder);
-  sim::SimulationLoop loop;
   std::vector<SettingsEntry> entries;
   std::vector<sim::ScaleLine*> lines;
   for (const sim::ScaleModel& model : sim::scaleModels()) {
     const std::filesystem::path link = folder / std::to_string(model.number);
     if (link.string().size() > kLongestPortName) {
-      throw std::runtime_error(fill(texts::kPathTooLong, {link.string()}));
+      throw Failure(kFailed,
+                    say("{0} is longer than the 255 bytes that a port's name may have; choose "
+                        "another folder",
+                        link.string()));
     }
     auto pty = std::make_unique<sim::PtyEndpoint>(link);
-    if (options.speed != 0) pty->setLineEnd({options.speed, model.line});
+    if (options.baud != 0) pty->setLineEnd({options.baud, model.line});
     lines.push_back(&addLine(loop, options, model, std::move(pty)));
     entries.push_back({.number = model.number,
                        .model = model.number,
@@ -182,23 +206,29 @@ void playAll(const Options& options) {
     lines.push_back(&addLine(loop, options, model, std::move(tcp)));
   }
   const SettingsFile settings(folder, entries);
-  std::cout << settings.path().string() << std::endl;
+  std::string list = settings.path().string() + "\n";
   for (const SettingsEntry& entry : entries) {
-    std::cout << entry.id() << "\t" << entry.model << "\t" << entry.port();
-    if (!entry.isSerial()) std::cout << ":" << entry.tcpPort;
-    std::cout << "\n";
+    const std::string port = entry.isSerial() ? "" : ":" + std::to_string(entry.tcpPort);
+    list += fmt::format("{}\t{}\t{}{}\n", entry.id(), entry.model, entry.port(), port);
   }
-  std::cout << std::flush;
-  std::cerr << fill(texts::kStartedAll, {std::to_string(entries.size())}) << std::endl;
+  printRaw(list);
+  complain(sayCount("{0} scale; \"13: 1.250\" sets one, \"1.250\" all, Ctrl-C ends it",
+                    "{0} scales; \"13: 1.250\" sets one, \"1.250\" all, Ctrl-C ends it",
+                    entries.size()));
   runUntilTold(loop, lines);
 }
 
 }  // namespace
 
-void play(const Options& options) {
+void play(const Options& options) try {
+  sim::SimulationLoop loop;
+  // Before anything is made that is to be removed at the end.
+  const EndSignals signals(loop);
   switch (options.task) {
-    case Options::Task::PlayAll: playAll(options); break;
-    case Options::Task::Replay: replay(options); break;
-    default: playOne(options); break;
+    case Options::Task::PlayAll: playAll(loop, options); break;
+    case Options::Task::Replay: replay(loop, options); break;
+    default: playOne(loop, options); break;
   }
+} catch (const std::system_error& error) {
+  throw Failure(kFailed, error.what(), remedyFor(error.code()));
 }

@@ -1,13 +1,19 @@
 #include "SettingsFile.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
 
-#include "Texts.h"
+#include "FileDescriptor.h"
+#include "Messages.h"
+#include "Output.h"
 
 namespace {
 
@@ -16,29 +22,29 @@ constexpr std::string_view kRoot = "SCALESIM";
 
 }  // namespace
 
-void refuseForeignSettings(const std::filesystem::path& folder) {
-  const std::filesystem::path path = folder / kSettingsFile;
-  std::ifstream file(path);
-  if (!file) return;
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (text.find("<" + std::string(kRoot) + ">") == std::string::npos) {
-    throw std::runtime_error(fill(texts::kForeignSettings, {path.string()}));
-  }
-}
-
 SettingsFile::SettingsFile(const std::filesystem::path& folder,
                            const std::vector<SettingsEntry>& entries)
     : path_(folder / kSettingsFile) {
   if (entries.size() > kMostSettingsEntries) throw std::runtime_error("more than 100 scales");
-  refuseForeignSettings(folder);
-  // By way of a second name, so that whoever waits for the file finds it whole.
-  const std::filesystem::path fresh = path_.string() + ".new";
-  {
-    std::ofstream file(fresh);
-    file << settingsDocument(kRoot, entries) << std::flush;
-    if (!file) throw std::system_error(errno, std::generic_category(), fresh.string());
+  if (std::ifstream old(path_); old) {
+    const std::string text{std::istreambuf_iterator<char>(old), {}};
+    if (text.find("<" + std::string(kRoot) + ">") == std::string::npos)
+      throw Failure(kFailed,
+                    say("{0} was not written by scalesim and stays as it is; choose another folder",
+                        path_.string()));
   }
-  std::filesystem::rename(fresh, path_);
+  // By way of a second name, so that whoever waits for the file finds it whole.
+  std::string fresh = folder / ".scalesim-XXXXXX";
+  const sim::FileDescriptor file(::mkstemp(fresh.data()));
+  constexpr mode_t kReadableByAll = 0644;
+  const std::string document = settingsDocument(kRoot, entries);
+  const auto size = static_cast<ssize_t>(document.size());
+  if (!file || ::write(file.get(), document.data(), document.size()) != size ||
+      ::fchmod(file.get(), kReadableByAll) != 0 || ::rename(fresh.c_str(), path_.c_str()) != 0) {
+    const int reason = errno;
+    if (file) ::unlink(fresh.c_str());
+    throw std::system_error(reason, std::generic_category(), path_.string());
+  }
 }
 
 SettingsFile::~SettingsFile() {

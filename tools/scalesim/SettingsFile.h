@@ -21,6 +21,3 @@ class SettingsFile {
  private:
   std::filesystem::path path_;
 };
-
-/// Throws std::runtime_error if the folder holds a settings file that no simulation wrote.
-void refuseForeignSettings(const std::filesystem::path& folder);

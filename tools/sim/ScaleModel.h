@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Frame.h"
+#include "Messages.h"
 #include "ScaleState.h"
 
 namespace sim {
@@ -49,9 +50,6 @@ struct Decimals {
   int most = 4;
   int usual = 3;
 };
-
-/// Marks a text for the catalogues of messages, which is translated where it is said.
-constexpr const char* translatable(const char* english) { return english; }
 
 /// The unit of a display.
 struct Unit {

@@ -1,6 +1,9 @@
-// What must hold for the description of every model.
+// What must hold for the description of every model and variant.
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -8,98 +11,70 @@
 #include "ScaleModel.h"
 
 namespace sim {
-
-static void PrintTo(const ScaleModel& model, std::ostream* out) {
-  *out << "model " << model.number;
-}
-
 namespace {
 
-class Models : public testing::TestWithParam<ScaleModel> {};
+std::vector<ScaleModel> modelsAndVariants() {
+  std::vector<ScaleModel> all;
+  for (const ScaleModel& model : scaleModels()) {
+    all.push_back(model);
+    for (const Variant& variant : model.variants)
+      all.push_back(*findScaleModel(model.number, variant.name));
+  }
+  return all;
+}
 
-std::vector<Bytes> framesAtTheLimits(const ScaleModel& model) {
-  std::vector<Bytes> frames;
-  for (int decimals = model.decimals.fewest; decimals <= model.decimals.most; ++decimals) {
-    const auto limits = model.limits(decimals);
-    const auto power = static_cast<double>(powerOfTen(decimals));
+std::string nameOf(const ScaleModel& model) {
+  return "model " + std::to_string(model.number) +
+         (model.variant == nullptr ? "" : " " + std::string(model.variant->name));
+}
+
+/// Up to its limits a field holds what it is told, and beyond them the frame keeps its length.
+TEST(Models, KeepTheLengthOfTheirFrameWhateverTheLoad) {
+  for (const ScaleModel& model : modelsAndVariants()) {
+    SCOPED_TRACE(nameOf(model));
+    const std::size_t length = model.frame(model.usualState()).size();
     ScaleState state = model.usualState();
-    state.decimals = decimals;
-    for (const std::int64_t units : {limits.lowest, std::int64_t{0}, limits.highest}) {
-      state.weight = static_cast<double>(units) / power;
-      EXPECT_EQ(model.display(state).weight, units);
-      frames.push_back(model.frame(state));
+    for (int decimals = model.decimals.fewest; decimals <= model.decimals.most; ++decimals) {
+      state.decimals = decimals;
+      const Number::Limits limits = model.limits(decimals);
+      for (const std::int64_t units : {limits.lowest, std::int64_t{0}, limits.highest}) {
+        state.weight =
+            static_cast<double>(units) / std::pow(10.0, decimals) / model.unit.inKilogram;
+        EXPECT_EQ(model.display(state).weight, units);
+        EXPECT_EQ(model.frame(state).size(), length);
+      }
+      for (const double load : {1e300, -1e300, std::numeric_limits<double>::quiet_NaN()}) {
+        ScaleState wild = state;
+        wild.weight = load;
+        wild.price = load;
+        wild.tare = -load;
+        EXPECT_EQ(model.frame(wild).size(), length) << load;
+      }
     }
-  }
-  return frames;
-}
-
-TEST_P(Models, KeepTheLengthOfTheirFrameUpToTheLimits) {
-  const ScaleModel& model = GetParam();
-  const std::size_t length = model.frame(model.usualState()).size();
-  for (const Bytes& frame : framesAtTheLimits(model)) EXPECT_EQ(frame.size(), length);
-}
-
-TEST_P(Models, StayWithinTheFieldWhateverTheLoad) {
-  const ScaleModel& model = GetParam();
-  const std::size_t length = model.frame(model.usualState()).size();
-  for (const double load : {1e300, -1e300, 1e6, std::numeric_limits<double>::quiet_NaN()}) {
-    ScaleState state = model.usualState();
-    state.weight = load;
-    state.price = load;
-    state.tare = -load;
-    EXPECT_EQ(model.frame(state).size(), length) << load;
-  }
-}
-
-TEST_P(Models, EitherStreamOrAnswerOneRequest) {
-  const ScaleModel& model = GetParam();
-  const auto requests = std::count_if(model.commands.begin(), model.commands.end(),
-                                      [](const Command& c) { return c.action == Action::Weigh; });
-  EXPECT_EQ(requests, model.streams() ? 0 : 1);
-}
-
-TEST_P(Models, HaveNoCommandThatBeginsAnother) {
-  const std::vector<Command>& commands = GetParam().commands;
-  for (const Command& a : commands) {
-    for (const Command& b : commands) {
-      if (&a == &b) continue;
-      EXPECT_FALSE(a.fixed.bytes.size() <= b.fixed.bytes.size() &&
-                   std::equal(a.fixed.bytes.begin(), a.fixed.bytes.end(), b.fixed.bytes.begin()));
+    if (model.checkedByte) {
+      EXPECT_LT(*model.checkedByte, static_cast<int>(length));
     }
   }
 }
 
-TEST_P(Models, NameACheckedByteInsideTheFrame) {
-  const ScaleModel& model = GetParam();
-  if (!model.checkedByte) return;
-  const auto length = static_cast<int>(model.frame(model.usualState()).size());
-  EXPECT_LT(*model.checkedByte, length);
-  EXPECT_GE(*model.checkedByte, -length);
+TEST(Models, HaveNoCommandThatBeginsAnother) {
+  for (const ScaleModel& model : modelsAndVariants()) {
+    for (const Command& a : model.commands) {
+      for (const Command& b : model.commands) {
+        const Bytes& first = a.fixed.bytes;
+        const auto end = std::ranges::mismatch(first, b.fixed.bytes).in1;
+        EXPECT_TRUE(&a == &b || end != first.end()) << nameOf(model);
+      }
+    }
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(OfAllNumbers, Models,
-                         testing::ValuesIn(scaleModels().begin(), scaleModels().end()),
-                         [](const auto& tested) {
-                           return "model" + std::to_string(tested.param.number);
-                         });
-
-TEST(ModelTable, HoldsNoNumberWithoutAScale) {
+TEST(Models, AreFoundByNumberAndName) {
   for (const int absent : {-1, 5, 20, 42}) EXPECT_EQ(findScaleModel(absent), nullptr);
-}
-
-TEST(ModelTable, LeavesOutOfTcpWhatAsksForMoreThanComes) {
-  std::vector<int> numbers;
-  for (const ScaleModel& model : scaleModels()) {
-    if (!model.worksOverTcp()) numbers.push_back(model.number);
-  }
-  EXPECT_EQ(numbers, (std::vector<int>{11, 16, 23, 26}));
-}
-
-TEST(ModelTable, KnowsTheLineSettingsThatDiffer) {
-  for (const ScaleModel& model : scaleModels()) {
-    const bool even = model.number == 0 || model.number == 10 || model.number == 30;
-    EXPECT_EQ(model.line.text(), model.number == 17 ? "8E2" : even ? "8E1" : "8N1") << model.number;
-  }
+  EXPECT_EQ(findScaleModel(13, "numbers"), nullptr);
+  ASSERT_NE(findScaleModel(30, "numbers"), nullptr);
+  EXPECT_EQ(findScaleModel(30, "numbers")->variant->name, "numbers");
+  EXPECT_EQ(findScaleModel(30)->variant, nullptr);
 }
 
 }  // namespace

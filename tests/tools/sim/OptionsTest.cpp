@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "DataFile.h"
-#include "Language.h"
 #include "ModelSheet.h"
 #include "Options.h"
 
@@ -15,9 +15,13 @@ namespace {
 
 using testing::HasSubstr;
 
-Options read(std::vector<const char*> arguments) {
+Options read(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), "scalesim");
-  return readOptions(static_cast<int>(arguments.size()), arguments.data());
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  Options options;
+  EXPECT_FALSE(readOptions(static_cast<int>(argv.size()), argv.data(), options));
+  return options;
 }
 
 class OptionsTest : public testing::Test {
@@ -27,7 +31,7 @@ class OptionsTest : public testing::Test {
 
 TEST_F(OptionsTest, TakeWhatTheScaleShows) {
   const Options options = read({"14", "--weight", "-1,5", "--price", "12.50", "--unstable",
-                                "--overload", "--decimals", "2", "--tcp", "4001"});
+                                "--overload", "--decimals", "2", "--tcp-port", "4001"});
   ASSERT_EQ(options.model, sim::findScaleModel(14));
   EXPECT_EQ(options.tcp, 4001);
   const sim::ScaleState state = options.stateOf(*options.model);
@@ -60,25 +64,24 @@ TEST_F(OptionsTest, DefaultToTheModelsUsualStateOnAPseudoTerminal) {
 }
 
 TEST_F(OptionsTest, TellTheTasksApart) {
-  EXPECT_EQ(read({"--help"}).task, Options::Task::Help);
-  EXPECT_EQ(read({"--help", "13"}).task, Options::Task::HelpOnModel);
-  EXPECT_EQ(read({"--model", "13", "-h"}).task, Options::Task::HelpOnModel);
+  EXPECT_EQ(read({"--about", "13"}).task, Options::Task::About);
   EXPECT_EQ(read({"--list"}).task, Options::Task::List);
   EXPECT_EQ(read({"--all", "/tmp/x"}).task, Options::Task::PlayAll);
   EXPECT_EQ(read({"--replay", "x.log", "--tcp"}).task, Options::Task::Replay);
+  EXPECT_EQ(read({"-m", "30", "--variant", "numbers"}).model, sim::findScaleModel(30, "numbers"));
 }
 
 TEST_F(OptionsTest, RefuseWhatMakesNoSense) {
   for (const fixture::DataRow& row : fixture::dataRows("scalesim_usage.txt")) {
     std::istringstream words(row.left);
-    const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
-    std::vector<const char*> argv;
-    for (const std::string& argument : arguments) argv.push_back(argument.c_str());
+    std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+    std::ranges::replace(arguments, std::string("''"), std::string());
     try {
-      read(argv);
+      read(arguments);
       ADD_FAILURE() << "taken: " << row.left;
-    } catch (const UsageError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(row.right));
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.exitCode, kWrongUsage);
+      EXPECT_THAT(failure.what(), HasSubstr(row.right));
     }
   }
 }
@@ -90,9 +93,9 @@ TEST_F(OptionsTest, HelpOnAModelTellsLineAndOptions) {
   } sheets[] = {
       {17,
        {"17: Camry", "8E2", "even parity", "answers to 00 00 03 00 00 00 00 00", "--weight --price",
-        "reads 1.250 kg as 1.25 (kilograms)"}},
+        "reads 1.250 kg as 1.25", "(kilograms)"}},
       {8, {"zero: 5A"}},
-      {10, {"no commands", "(the scale's raw count)", "always reports moving"}},
+      {10, {"no commands", "(the scale's raw count)", "always reports"}},
       {12, {"no parity", "(grams)"}},
       {18, {"frame after frame without being asked"}},
       {21, {"tare: 00 00 01; price: 00 00 02 and 6 bytes"}},
@@ -106,11 +109,11 @@ TEST_F(OptionsTest, HelpOnAModelTellsLineAndOptions) {
 }
 
 TEST_F(OptionsTest, SpeakTheLanguageThatIsAskedFor) {
-  read({"--lang", "ru", "--help"});
-  EXPECT_THAT(helpText(), HasSubstr("Номер модели"));
-  EXPECT_THAT(modelSheet(*sim::findScaleModel(13)), HasSubstr("отвечают на 05 11"));
-  read({"--lang=en", "--help"});
-  EXPECT_THAT(helpText(), HasSubstr("Model number"));
+  useLanguage(Language::Ukrainian);
+  const std::string sheet = modelSheet(*sim::findScaleModel(30, "numbers"));
+  EXPECT_THAT(sheet, HasSubstr("відповідають на 00 00 03"));
+  EXPECT_THAT(sheet, HasSubstr("numbers: передають цифри числами"));
+  EXPECT_THAT(modelList(), HasSubstr("decimals-digit"));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 
 #include "Endpoint.h"
 #include "Host.h"
+#include "Output.h"
 #include "Program.h"
 
 namespace {
@@ -17,10 +19,6 @@ namespace {
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-constexpr int kGood = 0;
-constexpr int kFailure = 1;
-constexpr int kWrongUsage = 2;
 
 /// A running scalesim that speaks English.
 class Scalesim : public fixture::Program {
@@ -45,7 +43,7 @@ Host hostAt(const std::string& address) {
 TEST(Program, PlaysOnALinkUntilToldToQuit) {
   const sim::TemporaryDirectory folder;
   const std::string link = folder.path() / "scale";
-  Scalesim program({"13", "--link", link, "--weight", "2.5"});
+  Scalesim program({"13", "--port", link, "--weight", "2.5"});
   EXPECT_EQ(program.line(), link);
   {
     const Host host(link);
@@ -72,10 +70,22 @@ TEST(Program, PlaysOnATcpPortAndLivesOnWhenItsInputEnds) {
   EXPECT_EQ(program.end(), kGood);
 }
 
+/// A record of an exchange log of up to ten bytes.
+std::string record(const char* label, const std::string& bytes) {
+  const std::string size = std::to_string((bytes.size() + 1) / 3);
+  return std::string(label) + " 126-10-23 01:57:03.000 ---- Bytes:" + size +
+         "\r\nCOMPORT: x\r\n\r\n\r\n00001: " + bytes + "\r\n\r\n";
+}
+
 TEST(Program, ReplaysALogTurnByTurnAndTellsOfAStranger) {
-  for (const char* line : {"--pty", "--tcp"}) {
+  const sim::TemporaryDirectory folder;
+  const auto log = folder.path() / "once.log";
+  std::ofstream(log) << record("OUT >>>>>", "05 11") << record("OUT >>>>>", "05 11")
+                     << record("IN <<<<<<", "06 01 02 53 20 20 31 2E 32 35")
+                     << record("IN <<<<<<", "30 6B 67 77 03 04");
+  for (const char* line : {"--verbose", "--tcp"}) {
     // Asked once without an answer, then answered; and asked again.
-    Scalesim program({"--replay", EXCHANGES "/13-serial-silent-once.log", "--verbose", line});
+    Scalesim program({"--replay", log, "--verbose", line});
     {
       const Host host = hostAt(program.line());
       host.say({0x05, 0x11});
@@ -85,8 +95,8 @@ TEST(Program, ReplaysALogTurnByTurnAndTellsOfAStranger) {
     }
     program.signal(SIGTERM);
     const std::string told = program.rest();
-    EXPECT_THAT(told, HasSubstr("1 turns"));
-    EXPECT_THAT(told, HasSubstr("silent-once.log  <-  05 11"));
+    EXPECT_THAT(told, HasSubstr("1 turn,"));
+    EXPECT_THAT(told, HasSubstr("once.log  <-  05 11"));
     EXPECT_THAT(told, HasSubstr("sent 05 11 05 12, in the record it was 05 11 05 11"));
     EXPECT_EQ(program.end(), kGood);
   }
@@ -110,26 +120,59 @@ TEST(Program, PlaysAllAndCleansUp) {
   EXPECT_TRUE(std::filesystem::is_empty(inside));
 }
 
+TEST(Program, LeavesAloneWhatIsNotItsOwn) {
+  const sim::TemporaryDirectory folder;
+  const auto other = folder.path() / "a.new";
+  std::ofstream(other) << "mine";
+  Scalesim first({"--all", folder.path()});
+  const std::string settings = first.line();
+  Scalesim second({"--all", folder.path()});
+  EXPECT_THAT(second.rest(), HasSubstr("Another scalesim"));
+  EXPECT_EQ(second.end(), kFailed);
+  EXPECT_TRUE(std::filesystem::exists(settings));
+  {
+    Scalesim third({"13", "--port", folder.path() / "a"});
+    third.line();
+    third.signal(SIGHUP);
+    EXPECT_EQ(third.end(), kGood);
+  }
+  first.signal(SIGINT);
+  EXPECT_EQ(first.end(), kGood);
+  EXPECT_TRUE(std::filesystem::is_regular_file(other));
+}
+
+TEST(Program, CountsWhatItCantWriteAsFailure) {
+  for (const char* task : {"--list", "--about 13", "--help", "13"}) {
+    fixture::Program program(
+        {"sh", "-c", std::string(SCALESIM_PROGRAM) + " --lang en " + task + " > /dev/full"},
+        fixture::Program::Errors::WithOutput);
+    EXPECT_THAT(program.rest(), HasSubstr("can't be written")) << task;
+    EXPECT_EQ(program.end(), kFailed);
+  }
+}
+
 TEST(Program, TellsWhatWentWrong) {
   const sim::TemporaryDirectory folder;
   const sim::TcpEndpoint taken;
+  const sim::PtyEndpoint played(folder.path() / "played");
   struct Wrong {
     std::vector<std::string> arguments;
     int code;
     const char* message;
   };
   const Wrong cases[] = {
-      {{"13", "--price", "1"}, kWrongUsage, "See scalesim --help"},
-      {{"13", "--tcp", std::to_string(taken.port())}, kFailure, "Choose another port"},
-      {{"13", "--link", folder.path()}, kFailure, "something that is no link"},
-      {{"13", "--link", folder.path() / "no" / "link"}, kFailure, "Make the folder first"},
-      {{"--replay", "/no/such.log"}, kFailure, "can't be read"},
+      {{"13", "--price", "1"}, kWrongUsage, "`scalesim --help` shows"},
+      {{"13", "--tcp-port", std::to_string(taken.port())}, kFailed, "Choose another port"},
+      {{"13", "--port", folder.path()}, kFailed, "something that scalesim didn't make"},
+      {{"13", "--port", played.address()}, kFailed, "Another scalesim"},
+      {{"13", "--port", folder.path() / "no" / "link"}, kFailed, "Make the folder first"},
+      {{"--replay", "/no/such.log"}, kFailed, "can't be read"},
       {{"--all", folder.path() / std::string(200, 'a') / std::string(60, 'b')},
-       kFailure,
+       kFailed,
        "choose another folder"},
       {{"--version"}, kGood, "scalesim "},
       {{"--list"}, kGood, "CAS-LP"},
-      {{"--help", "13"}, kGood, "05 11"},
+      {{"--about", "13"}, kGood, "05 11"},
   };
   for (const Wrong& wrong : cases) {
     Scalesim program(wrong.arguments);

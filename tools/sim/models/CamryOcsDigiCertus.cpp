@@ -20,7 +20,7 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .stableReading = StableReading::AlwaysStable,
        .hundredth = 0.01,
        .variants = {{.name = "numbers",
-                     .about = translatable(
+                     .about = message(
                          "sends digits as numbers instead of characters; the component "
                          "reads a stable zero"),
                      .layout = unitsFirst(Form::UnitsFirstNumbers, 5)}}},
@@ -39,7 +39,7 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .hasStartByte = false,
        .noTcp = kEndMarkNeedsSerialLine,
        .variants = {{.name = "underflow",
-                     .about = translatable(
+                     .about = message(
                          "a load far below zero, which shows as letters; the component "
                          "reads zero, not stable"),
                      .layout = {is("@P", CR, "0    UF"), lineEnd()}}}},
@@ -51,7 +51,7 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
                   is(" kg"), lineEnd()},
        .variants = {{.name = "comma",
                      .about =
-                         translatable("sends a second comma; the component loses the last digit"),
+                         message("sends a second comma; the component loses the last digit"),
                      .layout = {lineEnd(), kStableOrUnstable, grossOrNet, is(','), kSign,
                                 Number{.places = 7}, is(" g"), lineEnd()},
                      .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},

@@ -63,7 +63,7 @@ std::vector<ScaleModel> casModels() {
   };
   models.front().variants = {
       {.name = "long",
-       .about = translatable(
+       .about = message(
            "a weight of seven characters beside its sign; the frame is a byte longer than "
            "the component takes"),
        .layout = cas({kSign, Number{.places = 7}, is(" g")}),

@@ -24,13 +24,13 @@ std::vector<ScaleModel> keliModels() {
        .variants =
            {{.name = "nine-bytes",
              .about =
-                 translatable("sends a ninth byte with the sign; the component loses the minus"),
+                 message("sends a ninth byte with the sign; the component loses the minus"),
              .layout = {is('='), Number{.form = Form::Backwards,
                                         .places = 8,
                                         .minus = Minus::First,
                                         .fill = '0'}}},
             {.name = "high-first",
-             .about = translatable("sends the highest digit first; the component reads backwards"),
+             .about = message("sends the highest digit first; the component reads backwards"),
              .layout = {is('='), Number{.places = 8, .minus = Minus::First, .fill = '0'}}}}},
       {// KELI: K9
        .number = 38,
@@ -38,7 +38,7 @@ std::vector<ScaleModel> keliModels() {
        .layout = addressed(kPlusOrMinus, {.places = 7, .fill = '0'}),
        .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "decimals-digit",
-                     .about = translatable(
+                     .about = message(
                          "sends six digits and the number of decimals; the component takes "
                          "that for a digit of the weight"),
                      .layout = addressedWithDecimals()}}},

@@ -71,7 +71,7 @@ void overloadIsCode7(const Display& display, Reading& reading) {
   reading.code = 7;
 }
 
-const char* const kEndMarkNeedsSerialLine = translatable(
+const char* const kEndMarkNeedsSerialLine = message(
     "the component asks for more bytes than the scale sends and waits for the end mark; over "
     "TCP it gets all the bytes that it asked for or none");
 

@@ -54,12 +54,12 @@ std::vector<ScaleModel> mirvesovModels() {
        .reads = kGramsByDecimalCode,
        .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "four-decimals",
-                     .about = translatable(
+                     .about = message(
                          "shows four decimals; the component reads ten times too much"),
                      .layout = addressedWithDecimals(),
                      .decimals = Decimals{.fewest = 4, .most = 4, .usual = 4}},
                     {.name = "address-1",
-                     .about = translatable(
+                     .about = message(
                          "answers to its own address 1 only, as the maker's paper has it; "
                          "the component asks another and hears nothing"),
                      .layout = addressedWithDecimals(),
@@ -75,11 +75,11 @@ std::vector<ScaleModel> mirvesovModels() {
        .reads = kGramsCut,
        .stableReading = StableReading::AlwaysStable,
        .variants = {{.name = "pounds",
-                     .about = translatable("shows pounds; the component takes them for kilograms"),
+                     .about = message("shows pounds; the component takes them for kilograms"),
                      .layout = {is("ww"), a12Weight, is("lb"), lineEnd()},
                      .unit = kPounds},
                     {.name = "new",
-                     .about = translatable(
+                     .about = message(
                          "the newer A12(E): other letters and a checksum; the component "
                          "finds no frame"),
                      .layout = {is('W'), Mark{.usual = "G", .net = "N"}, a12Weight, is("kg"),
@@ -92,12 +92,12 @@ std::vector<ScaleModel> mirvesovModels() {
        .usualWeight = 25.0,
        .reads = {WeightUnit::Grams, digitsRunTogether},
        .stableReading = StableReading::AlwaysMoving,
-       .remark = translatable(
+       .remark = message(
            "the component leaves the point of the weight out, so a weight with decimals "
            "comes out too large; by default the simulator shows whole kilograms, which "
            "come out as grams"),
        .variants = {{.name = "decimals-digit",
-                     .about = translatable(
+                     .about = message(
                          "sends six digits and the number of decimals; the component takes "
                          "that for a digit of the weight"),
                      .layout = addressedWithDecimals(),
@@ -108,7 +108,7 @@ std::vector<ScaleModel> mirvesovModels() {
        .reads = kKilogramsByFactor,
        .readSpecial = notValidIsZero,
        .variants = {{.name = "division-2",
-                     .about = translatable(
+                     .about = message(
                          "weighs in steps of 2; the component then leaves the point out"),
                      .layout = a12eh(0x32, 0x30, ' ')}}},
       {// А9 (непрерывный режим передачи)

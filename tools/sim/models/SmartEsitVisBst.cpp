@@ -15,7 +15,7 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
                   Mark{.usual = " ", .moving = "M"}, is(CR)},
        .variants = {{.name = "over-capacity",
                      .about =
-                         translatable("tells an overload by a letter where the component looks for "
+                         message("tells an overload by a letter where the component looks for "
                                       "motion, and sends the number all the same"),
                      .layout = streamLine({is(STX)}, "O")}}},
       {// ESIT Smart2
@@ -34,13 +34,13 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
        .layout = {is(LF), kStableOrUnstable, grossOrNet, is(','),
                   Number{.places = 8, .minus = Minus::Beside}, is("kg", CR)},
        .variants = {{.name = "plus",
-                     .about = translatable(
+                     .about = message(
                          "sends a plus before the weight; the component reads a stable "
                          "zero"),
                      .layout = {is(LF), kStableOrUnstable, grossOrNet, is(','), kPlusOrMinus,
                                 Number{.places = 7, .fill = '0'}, is("kg", CR)}},
                     {.name = "sign-before",
-                     .about = translatable(
+                     .about = message(
                          "sends the sign before the weight field and a comma behind it; the "
                          "component loses the minus"),
                      .layout = {is(LF), kStableOrUnstable, grossOrNet, kSign, Number{.places = 7},

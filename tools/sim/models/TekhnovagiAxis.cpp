@@ -41,7 +41,7 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .reads = kGramsCut,
        .stableReading = StableReading::AlwaysStable,
        .variants = {{.name = "grams",
-                     .about = translatable(
+                     .about = message(
                          "shows grams; the component doesn't look at the unit and reads a "
                          "thousand times too much"),
                      .layout = {kSign, Number{.places = 9}, is("  g "), lineEnd()},

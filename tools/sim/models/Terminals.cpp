@@ -34,7 +34,7 @@ std::vector<ScaleModel> terminalModels() {
                   is("kg"), lineEnd()},
        .stableReading = StableReading::AlwaysStable,
        .variants = {{.name = "stream",
-                     .about = translatable(
+                     .about = message(
                          "sends by itself, as an indicator with STREAM = ON; the component "
                          "finds no answer in it"),
                      .layout = streamLine({is(STX)}),
@@ -48,14 +48,14 @@ std::vector<ScaleModel> terminalModels() {
        .stableReading = StableReading::AlwaysMoving,
        .noTcp = kEndMarkNeedsSerialLine,
        .variants = {{.name = "cof9",
-                     .about = translatable(
+                     .about = message(
                          "output format 9 without decimals: address and status stand behind "
                          "the weight, and the component takes the address for decimals"),
                      .layout = {kSign, Number{.places = 7, .fill = '0'}, is(",01,00"),
                                 Mark{.usual = "6", .moving = "4"}, lineEnd()},
                      .decimals = kNone},
                     {.name = "binary",
-                     .about = translatable("output format 8, binary; the component reads zero"),
+                     .about = message("output format 8, binary; the component reads zero"),
                      .layout = {Number{
                                     .form = Form::HighFirst, .places = 3, .minus = Minus::Binary},
                                 Status{.always = 0x04, .stable = 0x02}, lineEnd()},
@@ -75,7 +75,7 @@ std::vector<ScaleModel> terminalModels() {
        // The price is handed out in hundredths, with the weight in kilograms.
        .hundredth = 1.0,
        .variants = {{.name = "numbers",
-                     .about = translatable(
+                     .about = message(
                          "sends digits as numbers instead of characters; the component "
                          "reads a stable zero"),
                      .layout = unitsFirst(Form::UnitsFirstNumbers, 6)}}},
@@ -86,10 +86,10 @@ std::vector<ScaleModel> terminalModels() {
        .layout = radwag(""),
        .variants =
            {{.name = "busy",
-             .about = translatable("answers that it can't weigh now; the component hears no frame"),
+             .about = message("answers that it can't weigh now; the component hears no frame"),
              .layout = {is("SUI I"), lineEnd()}},
             {.name = "acknowledged",
-             .about = translatable("acknowledges the command in a line of its own; the component "
+             .about = message("acknowledges the command in a line of its own; the component "
                                    "takes that for the frame and refuses it"),
              .layout = radwag("SUI A\r\n")}}},
   };

@@ -1,6 +1,5 @@
 #include "Player.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -39,11 +38,9 @@ std::string timeOfDay() {
   ::clock_gettime(CLOCK_REALTIME, &now);
   tm parts = {};
   ::localtime_r(&now.tv_sec, &parts);
-  std::array<char, 32> text = {};
-  std::strftime(text.data(), text.size(), "%H:%M:%S", &parts);
   constexpr long kNanosecondsInMillisecond = 1'000'000;
-  const std::string ms = std::to_string(now.tv_nsec / kNanosecondsInMillisecond);
-  return text.data() + ("." + std::string(3 - ms.size(), '0')) + ms;
+  return fmt::format("{:02}:{:02}:{:02}.{:03}", parts.tm_hour, parts.tm_min, parts.tm_sec,
+                     now.tv_nsec / kNanosecondsInMillisecond);
 }
 
 /// Writes what goes over a line to standard error.
@@ -67,28 +64,25 @@ sim::ScaleLine& addLine(sim::SimulationLoop& loop, const Options& options,
 class EndSignals {
  public:
   explicit EndSignals(sim::SimulationLoop& loop) {
-    std::array<int, 2> ends = {};
-    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
-      throw std::system_error(errno, std::generic_category(), "pipe");
-    heard_ = sim::FileDescriptor(ends[0]);
-    noted_ = sim::FileDescriptor(ends[1]);
-    writeEnd_ = ends[1];
-    loop.watch(heard_.get(), [&loop] { loop.stop(); });
+    loop_ = &loop;
     struct sigaction action = {};
     action.sa_handler = [](int) {
       const int keep = errno;
-      [[maybe_unused]] const ssize_t written = ::write(writeEnd_, "", 1);
+      loop_->stop();
       errno = keep;
     };
-    // Not restarted: a write that nobody takes ends too.
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(signal, &action, nullptr);
+    for (const int signal : kSignals) ::sigaction(signal, &action, nullptr);
   }
+  ~EndSignals() {
+    for (const int signal : kSignals) std::signal(signal, SIG_DFL);
+  }
+  EndSignals(const EndSignals&) = delete;
+  EndSignals& operator=(const EndSignals&) = delete;
 
  private:
-  static inline volatile std::sig_atomic_t writeEnd_ = -1;
-  sim::FileDescriptor heard_;
-  sim::FileDescriptor noted_;
+  static constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
+  static inline sim::SimulationLoop* loop_ = nullptr;
 };
 
 void runUntilTold(sim::SimulationLoop& loop, const std::vector<sim::ScaleLine*>& lines) {

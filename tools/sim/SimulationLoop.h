@@ -31,7 +31,7 @@ class SimulationLoop {
 
   /// Returns after `stop`.
   void run();
-  /// From any thread.
+  /// From any thread, and from a signal's handler.
   void stop();
   /// Runs `work` on the loop's thread and waits for it; hands on what it throws. Not to be called
   /// on the loop's own thread, nor before `run` is certain to be called.

@@ -36,20 +36,13 @@ TEST(Faults, SpoilTheFramesThatTheyAreToldTo) {
       {"corruption", {.corruptEvery = 3}, {damaged, good, good, damaged}},
       {"a cut", {.cut = 4}, {{0x06, 0x01, 0x02, 'S'}, {0x06, 0x01, 0x02, 'S'}}},
       {"a cut behind the end", {.cut = 1000}, {good}},
+      {"garbage and a cut", {.garbage = 2, .cut = 1}, {{0xFF, 0x55, 0x06}}},
       {"once only", {.cut = 1, .frames = 1}, {{0x06}, good}},
   };
   for (const auto& row : rows) {
     Misbehaviour misbehaviour(row.faults);
     for (const Bytes& sent : row.sent) EXPECT_EQ(sentFor(misbehaviour), sent) << row.what;
   }
-}
-
-TEST(Faults, GarbageStandsInFrontOfTheFrame) {
-  Misbehaviour garbage({.garbage = 5});
-  const Bytes sent = sentFor(garbage);
-  const Bytes frame = goodFrame();
-  ASSERT_EQ(sent.size(), frame.size() + 5);
-  EXPECT_TRUE(std::equal(frame.begin(), frame.end(), sent.begin() + 5));
 }
 
 TEST(Faults, GarbageOpensNoFrameOfAnyModel) {

@@ -42,15 +42,6 @@ TEST_P(SimulatedScales, AnswerWithTheWeightOfTheMoment) {
   EXPECT_EQ(scale.sent().size(), 3 * kCasLength);
 }
 
-TEST_P(SimulatedScales, StreamWithoutBeingAsked) {
-  SimulatedScale scale(33, GetParam());
-  const Host host = hostOf(scale);
-  const Bytes frame = scale.frame();
-  Bytes twice = frame;
-  twice.insert(twice.end(), frame.begin(), frame.end());
-  EXPECT_EQ(host.hear(twice.size()), twice);
-}
-
 TEST(SimulatedScaleOverTcp, LeavesGapsThatEndADrain) {
   constexpr milliseconds kIdleLimit{100};
   SimulatedScale scale(33, Transport::Tcp);
@@ -204,15 +195,6 @@ TEST(ScaleLine, LosesAnswersThatNobodyTakes) {
   listen();
   line.advance(now += std::chrono::hours{1});
   EXPECT_TRUE(next.hear(1, milliseconds{20}).empty());
-}
-
-TEST(SimulatedScale, RefusesModelsWithoutSimulator) {
-  EXPECT_THROW(SimulatedScale(20, Transport::Pty), std::invalid_argument);
-}
-
-TEST(TcpEndpoint, RefusesAPortThatIsTaken) {
-  const TcpEndpoint first;
-  EXPECT_THROW(TcpEndpoint{first.port()}, std::system_error);
 }
 
 }  // namespace

@@ -73,17 +73,25 @@ class Reader {
 
 }  // namespace
 
-void drain(COrbComLanPort& port, std::size_t readSize) {
+bool drain(COrbComLanPort& port, std::size_t readSize) {
   using Clock = std::chrono::steady_clock;
   using std::chrono::milliseconds;
   const auto scratch = std::make_unique_for_overwrite<unsigned char[]>(readSize);
   // By the clock and not by a number of reads: a network connection that was flooded holds
   // megabytes, and a read that leaves them there finds garbage for many polls.
   const Clock::time_point end = Clock::now() + milliseconds{kLongestDrain_ms};
-  for (milliseconds left{kLongestDrain_ms}; left > milliseconds{0};
-       left = std::chrono::ceil<milliseconds>(end - Clock::now())) {
-    if (port.read(scratch.get(), readSize, static_cast<int>(left.count())) <= 0) return;
-  }
+  const auto left = [&] { return std::chrono::ceil<milliseconds>(end - Clock::now()); };
+  // A connection whose receiver was full may pause for longer than the silence that ends a network
+  // read, until its sender asks for room again: what comes behind a flood has the whole time. The
+  // buffer of a serial line, whose reads don't wait, is too small for a full read.
+  bool flooded = false;
+  int got = 0;
+  do {
+    got = port.read(scratch.get(), readSize, static_cast<int>(left().count()));
+    flooded |= got == static_cast<int>(readSize);
+  } while ((got > 0 || flooded) && left() > milliseconds{0});
+  return left() <= milliseconds{0} &&
+         port.read(scratch.get(), std::min(readSize, kBacklog), kBacklog_ms) > 0;
 }
 
 std::size_t readFrame(COrbComLanPort& port, const ReadStyle& style, int& budget_ms,

@@ -18,7 +18,15 @@ milliseconds longestDrain(bool overTcp, Talk talk) {
   // On a serial line any gap ends it.
   if (!overTcp && talk.gap > milliseconds{0}) return milliseconds{0};
   const milliseconds silence = emptyRead(overTcp);
-  return std::min(talk.stretch, milliseconds{kLongestDrain_ms} - silence) + silence;
+  return std::min(talk.stretch, milliseconds{kLongestDrain_ms} - silence) + silence +
+         (overTcp ? milliseconds{kBacklog_ms} : milliseconds{0});
+}
+
+/// A flooded connection is left once, and the new one drained.
+milliseconds renewing(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
+  const bool flooded = overTcp && !transmitsByItself(sheet) && talk.gap == milliseconds{0} &&
+                       talk.stretch >= milliseconds{kLongestDrain_ms};
+  return flooded ? longestDrain(overTcp, talk) : milliseconds{0};
 }
 
 /// A scale that transmits by itself may send a frame at the very end of an idle wait, which then
@@ -48,7 +56,7 @@ milliseconds longestPoll(const ProtocolSheet& sheet, bool overTcp, Talk talk) {
   const milliseconds waiting = overTcp ? mostBytes(sheet) * talk.gap : milliseconds{0};
   const milliseconds reading =
       silencesIn(sheet.asking.budget_ms) * (emptyRead(overTcp) + kSilence) + waiting;
-  return sheet.asking.attempts * asking +
+  return renewing(sheet, overTcp, talk) + sheet.asking.attempts * asking +
          (sheet.asking.oneBudgetForAll ? 1 : sheet.asking.attempts) * reading;
 }
 

@@ -47,10 +47,16 @@ int PolledScales::poll(Outputs& outputs) {
   if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
 
   int status = kNoAnswer;
+  // Once a poll. A scale that transmits by itself may well leave no gap.
+  bool mayRenew = !transmitsByItself(sheet_);
   int budget_ms = sheet_.asking.budget_ms;
   std::array<std::uint8_t, kMaxFrame> buffer = {};
   for (int attempt = 0; attempt < sheet_.asking.attempts; ++attempt) {
-    drain(port, sheet_.drainSize);
+    const bool flooded = drain(port, sheet_.drainSize);
+    // What a network has queued on the way from a scale that was flooding it can outlast any drain,
+    // and read as an answer it is a wrong weight. A new connection begins without it.
+    if (flooded && mayRenew && port.Renew()) drain(port, sheet_.drainSize);
+    mayRenew &= !flooded;
     sendRequest(buffer);
     buffer.fill(0);
     if (!sheet_.asking.oneBudgetForAll) budget_ms = sheet_.asking.budget_ms;

@@ -154,23 +154,40 @@ int COrbComLanPort::OpenSerial() {
       });
 }
 
-int COrbComLanPort::OpenNetwork() {
+std::unique_ptr<CkSocket> COrbComLanPort::connected() {
   // Short memory is a failure to connect like any other.
-  const bool connected = unlessThrown(
-      [&] {
-        socket = std::make_unique<CkSocket>();
-        return socket->Connect(hostName.data(), netPort, false, kConnectTimeout_ms);
+  return unlessThrown(
+      [&]() -> std::unique_ptr<CkSocket> {
+        auto made = std::make_unique<CkSocket>();
+        if (!made->Connect(hostName.data(), netPort, false, kConnectTimeout_ms)) return nullptr;
+        made->put_MaxReadIdleMs(kReadIdle_ms);
+        made->put_MaxSendIdleMs(kSendIdle_ms);
+        return made;
       },
-      [] { return false; });
-  if (!connected) {
-    logEvent("ERROR_OPEN");
-    Close(true);
-    return kCantOpen;
+      []() -> std::unique_ptr<CkSocket> { return nullptr; });
+}
+
+int COrbComLanPort::OpenNetwork() {
+  socket = connected();
+  if (socket) {
+    logEvent("OPEN");
+    return kOpened;
   }
+  // An attempt is told with its end.
+  logEvent("ERROR_OPEN");
+  logEvent("CLOSE");
+  return kCantOpen;
+}
+
+bool COrbComLanPort::Renew() {
+  const CAutoLockMutex lock(&portMutex);
+  if (!socket) return false;
+  std::unique_ptr<CkSocket> fresh = connected();
+  if (!fresh) return false;
+  Close(true);
+  socket = std::move(fresh);
   logEvent("OPEN");
-  socket->put_MaxReadIdleMs(kReadIdle_ms);
-  socket->put_MaxSendIdleMs(kSendIdle_ms);
-  return kOpened;
+  return true;
 }
 
 int COrbComLanPort::Close(bool really) {

@@ -52,6 +52,9 @@ class COrbComLanPort {
   int OpenNetworkPort(const char* host, int port);
   /// Closes the transport if `really`; returns 0.
   int Close(bool really);
+  /// Puts a new connection in the place of the open network connection. False for a serial line,
+  /// and if none can be had: the old one is then still in use.
+  bool Renew();
 
   /// Reads up to `size` bytes. A serial line gives at once what it has; a network port waits up
   /// to 100 ms after each byte and gives all `size` bytes or none. 0 if nothing came.
@@ -92,6 +95,7 @@ class COrbComLanPort {
   void InitAllM();
   int OpenSerial();
   int OpenNetwork();
+  std::unique_ptr<CkSocket> connected();
   int ReadSerial(unsigned char* buffer, unsigned long size);
   int ReadNetwork(unsigned char* buffer, unsigned long size, int longest_ms);
   int WriteSerial(const unsigned char* data, unsigned long size);

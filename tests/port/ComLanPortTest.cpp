@@ -260,6 +260,21 @@ TEST(ComLanPort, SeesThePeerGoAndFindsItAgain) {
   }
 }
 
+/// The connection in use is given up for a new one, not for none.
+TEST(ComLanPort, RenewsAConnectionOrKeepsIt) {
+  TcpPeer peer([](TcpWire& wire) {
+    wire.send(bytes("'a'"));
+    wire.receive(1);
+  });
+  COrbComLanPort port(TcpPeer::kHost, peer.port());
+  EXPECT_TRUE(port.Renew());
+  EXPECT_EQ(readHex(port, 1), "61");
+  EXPECT_EQ(peer.connections(), 2);
+
+  COrbComLanPort unset;
+  EXPECT_FALSE(unset.Renew());
+}
+
 TEST(ComLanPort, ReadsWhatCameBeforeThePeerClosedItsSide) {
   for (const unsigned long size : {3UL, 4UL}) {
     Milestone halfClosed;

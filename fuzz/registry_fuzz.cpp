@@ -31,7 +31,10 @@ namespace {
 using host::Value;
 
 constexpr int kEmulator = 20;
+/// Its line is dead here, as is that of the model which nobody has set.
 constexpr int kWithDeadLine = 13;
+constexpr int kWithoutDriver = 5;
+constexpr std::uint32_t kNotSupported = 5;
 constexpr std::uint32_t kNobody = 8;
 constexpr std::uint32_t kShortage = 1099;
 constexpr std::size_t kPlaces = 100;
@@ -78,7 +81,7 @@ struct Registry {
     forget(scale.id);
     const auto place = std::find(places.begin(), places.end(), std::nullopt);
     if (place == places.end()) return kShortage;
-    if (scale.model != kEmulator && scale.model != kWithDeadLine) return 5;
+    if (scale.model == kWithoutDriver) return kNotSupported;
     *place = scale;
     return scale.model == kEmulator ? 0 : 1;
   }
@@ -100,7 +103,9 @@ const std::vector<Folder>& folders() {
     std::vector<Folder> result = {
         {root / "one", {{"1", "/none/1", kEmulator, 2.0}, {"2", "/none/2", kWithDeadLine, 1.0}}},
         {root / "two",
-         {{"1", kLongPort, kEmulator, 12.5}, {"3", "/none/1", 5, 1.0}, {"4", "", kEmulator, 0.5}}},
+         {{"1", kLongPort, kEmulator, 12.5},
+          {"3", "/none/1", kWithoutDriver, 1.0},
+          {"4", "", kEmulator, 0.5}}},
         {root / "empty", {}}};
     for (const Folder& folder : result) {
       std::filesystem::create_directories(folder.path);
@@ -198,7 +203,7 @@ class Run {
 
   void act() {
     switch (data_.ConsumeIntegralInRange(0, 8)) {
-      case 0: return setNumber("model", model_.model, {kEmulator, kWithDeadLine, 5});
+      case 0: return setNumber("model", model_.model, {kEmulator, kWithDeadLine, kWithoutDriver});
       case 1: return setNumber("conntype", model_.conntype, {0, 1});
       case 2: return setText("cport", model_.cport);
       case 3: return setText("ehost", model_.ehost);
@@ -302,7 +307,7 @@ class Run {
       CHECK(code == kNobody);
       return;
     }
-    if (scale->model == kWithDeadLine) {
+    if (scale->model != kEmulator) {
       CHECK(code == 1);
       return;
     }

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -28,8 +29,10 @@ namespace {
 constexpr std::string_view kSecret = "PIN 4711";
 constexpr std::size_t kLongest = 70'000;
 
-void require(bool condition) {
-  if (!condition) std::abort();
+void require(bool condition, int line = __builtin_LINE()) {
+  if (condition) return;
+  std::fprintf(stderr, "%s:%d: not as it must be\n", __FILE__, line);
+  std::abort();
 }
 
 /// What the input says to do next. Zeros follow its end.
@@ -485,11 +488,11 @@ void xstring(Script& script) {
   Pair<XString, std::u32string> pair(script, kSecrets[script.byte() % std::size(kSecrets)]);
   XString x;
   x.setSecureX(pair.isSecure());
+  Forms whole({});
   while (!script.isOver() && !pair.isFull()) {
     const unsigned operation = script.byte();
     const std::u32string& model = pair.model();
     const Forms piece(russian(pieceOf(script.length(), operation)));
-    const Forms whole(model);
     const std::size_t at = script.below(model.size() + 1);
     const unsigned form = script.byte();
     const std::u32string ownText = model.substr(at);
@@ -547,9 +550,12 @@ void xstring(Script& script) {
           other.setSecureX(pair.isSecure());
           if (!other.setFromUtf16_xe(piece.units())) return x.noteShortage();
           reads(other, form / 3, piece);
-          return form % 3 == 0   ? x.appendX(other) && other.isWhole()
-                 : form % 3 == 1 ? x.assignX(other) && other.isWhole()
-                                 : x.copyFromX(other) && other.isWhole();
+          const bool taken = form % 3 == 0   ? x.appendX(other)
+                             : form % 3 == 1 ? x.assignX(other)
+                                             : x.copyFromX(other);
+          // The doubt about a text goes with it.
+          require(other.isWhole() || !x.isWhole());
+          return taken;
         });
         break;
       case 7:
@@ -600,9 +606,9 @@ void xstring(Script& script) {
       }
     }
     require(done || !x.isWhole());
-    const Forms after(pair.model());
-    require(reads(x, form / 4, after));
-    if (!x.isWhole()) x.setFromUtf8(after.utf8.c_str());
+    whole = Forms(model);
+    require(reads(x, form / 4, whole));
+    if (!x.isWhole()) x.setFromUtf8(whole.utf8.c_str());
   }
   pair.empty([&] { x.clear(); });
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "Cancellation.h"
 #include "FrameReader.h"
 #include "Sleep.h"
 
@@ -14,12 +15,10 @@ constexpr std::size_t kReadOnceSize = 100;
 /// The port layer throws nothing, so this net catches what nobody foresaw.
 template <typename Operation>
 int PolledScales::underCatchAll(Operation operation) {
-  try {
-    return operation();
-  } catch (...) {
+  return unlessThrown(operation, [&]() -> int {
     if (sheet_.closeOnException) CloseComPort();
     return kNoConnection;
-  }
+  });
 }
 
 int PolledScales::OpenComPort() {

@@ -1,3 +1,4 @@
+#include <pthread.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -239,6 +240,29 @@ TEST(PollsOverPty, Exceptions) {
     EXPECT_EQ(pollOnce(scales).code, kNoConnection);
     EXPECT_EQ(scales.isConnected() == COrbComLanPort::kConnected, !close);
   }
+}
+
+/// A host that ends its thread in the middle of a poll isn't held up by the net for exceptions.
+TEST(PollsOverPty, EndOfTheThreadPassesThrough) {
+  ProtocolSheet sheet = *findScalesModel(10)->sheet;
+  sheet.judge = [](Frame, Outputs&) {
+    ::pthread_cancel(::pthread_self());
+    ::pthread_testcancel();
+    return endPoll();
+  };
+  fixture::PtyLine line;
+  line.play(fixture::answering({'E'}, {0xE2, 0x04}));
+  PolledScales scales(sheet);
+  ASSERT_EQ(scales.SetComPort(line.path().c_str(), 9600, nullptr), kSuccess);
+  pthread_t thread = {};
+  const auto poll = [](void* polled) -> void* {
+    pollOnce(*static_cast<PolledScales*>(polled));
+    return nullptr;
+  };
+  ASSERT_EQ(::pthread_create(&thread, nullptr, poll, &scales), 0);
+  void* result = nullptr;
+  ASSERT_EQ(::pthread_join(thread, &result), 0);
+  EXPECT_EQ(result, PTHREAD_CANCELED);
 }
 
 }  // namespace

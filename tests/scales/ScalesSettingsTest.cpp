@@ -119,7 +119,9 @@ TEST_F(ScalesSettings, AFolderWithoutAReadableFileIsASuccess) {
       "<Root>" + entry("SCALES1", R"(fNum="7" fHost="host" fCoeff="1")") + "</Root>";
   for (const std::string& content :
        {std::string(), std::string("no xml"), std::string("\xEF\xBB\xBF"), std::string(100000, '<'),
-        std::string(4, 0)}) {
+        std::string(4, 0), std::string("<"), std::string("<>"), std::string("</>"),
+        std::string("<!--"), std::string("<?"), std::string("<Root"),
+        std::string("<Root><SCALES1 fNum=")}) {
     scales_.AddScalesObject("port", 9600, 1, 0, "before", 0, 1.0);
     folder_.write(kSettings, content);
     EXPECT_EQ(load(), 0);

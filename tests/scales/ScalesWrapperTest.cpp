@@ -119,20 +119,20 @@ TEST_F(ScalesWrapper, ForgetsEveryScaleThatAnswers) {
 
 TEST_F(ScalesWrapper, MultipliesTheWeightWhateverTheCode) {
   scales_.AddScalesObject("port", 9600, 1, 0, "7", 0, 0.5);
-  // An unknown scale leaves all as it was.
-  for (const auto& [id, code, expected] :
-       {std::tuple{"7", 0, 1.25}, std::tuple{"7", 7, 1.25}, std::tuple{"8", 8, 9.0}}) {
-    world_.code = code;
-    double weight = 9.0;
-    double price = 10.0;
-    double cost = 25.0;
-    long stable = 1;
-    EXPECT_EQ(scales_.getScalesInfo(id, weight, price, cost, stable), code);
-    EXPECT_EQ(scales_.GetLastError(), code);
-    EXPECT_EQ(weight, expected);
-    EXPECT_EQ(price, 10.0);
-    EXPECT_EQ(cost, 25.0);
-    EXPECT_EQ(stable, 1);
+  using Values = std::tuple<double, double, double, long>;
+  constexpr Values kBefore = {9.0, 8.0, 7.0, 6};
+  constexpr Values kRead = {1.25, 10.0, 25.0, 1};
+  const struct {
+    const char* id;
+    int code;
+    Values expected;
+  } rows[] = {{"7", 0, kRead}, {"7", 3, kRead}, {"7", 7, kRead}, {"8", 8, kBefore}};
+  for (const auto& row : rows) {
+    world_.code = row.code;
+    auto [weight, price, cost, stable] = kBefore;
+    EXPECT_EQ(scales_.getScalesInfo(row.id, weight, price, cost, stable), row.code);
+    EXPECT_EQ(scales_.GetLastError(), row.code);
+    EXPECT_EQ(Values(weight, price, cost, stable), row.expected);
   }
 }
 

@@ -19,7 +19,6 @@
 #include "MemoryManager.h"
 #include "Platform.h"
 #include "PlatformObject.h"
-#include "Variant.h"
 
 extern "C" long GetClassObject(const WCHAR_T* name, IComponentBase** object);
 extern "C" long DestroyObject(IComponentBase** object);
@@ -32,8 +31,19 @@ void check(bool holds) {
   if (!holds) std::abort();
 }
 
-using fixture::units;
-using fixture::utf16;
+/// A text up to its NUL; empty for a null pointer.
+std::u16string utf16(const WCHAR_T* text) {
+  std::u16string result;
+  for (; text != nullptr && *text != 0; ++text) result += static_cast<char16_t>(*text);
+  return result;
+}
+
+/// A text for the component, NUL included.
+std::vector<WCHAR_T> units(std::u16string_view text) {
+  std::vector<WCHAR_T> result(text.begin(), text.end());
+  result.push_back(0);
+  return result;
+}
 
 /// A component's folder with emulators, scales without a line, and entries that are no scales.
 const std::u16string& folder() {

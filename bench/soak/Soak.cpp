@@ -15,7 +15,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "ComponentFixture.h"
+#include "Component.h"
 #include "Fleet.h"
 #include "Usage.h"
 
@@ -34,8 +34,6 @@ constexpr std::size_t kMemoryWander_KiB = 2048;
 constexpr double kCostWander = 1.5;
 /// Rounds at the start and at the end whose cost is compared; fewer say nothing.
 constexpr std::size_t kRoundsCompared = 5;
-
-std::u16string wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
 
 /// What one poll of each scale cost.
 struct Round {
@@ -63,13 +61,13 @@ class Soak {
   int wrong_ = 0;
   std::vector<Round> rounds_;
   Clock::time_point shown_ = Clock::time_point::min();
-  fixture::Component component_;
+  host::Component component_{ORBELO_COMPONENT};
 };
 
 const char* name(bool keepConnections) { return keepConnections ? "conleave on " : "conleave off"; }
 
 bool Soak::run(Fleet& fleet) {
-  if (!component_.call(u"SetPathDllFolder", {wide(fleet.writeSettings(keep_))})->returned(true)) {
+  if (!component_.call("SetPathDllFolder", {fleet.writeSettings(keep_)}).good()) {
     std::cout << "The component refused the settings file.\n";
     return false;
   }
@@ -96,17 +94,15 @@ Round Soak::pollAll(const Fleet& fleet) {
 
 void Soak::poll(const Fleet::Member& member, std::size_t index) {
   constexpr double kRounding = 1e-9;
-  const auto call = component_.call(
-      u"GetWeightPriceCost", {wide(std::to_string(index)), fixture::kNothing, fixture::kNothing,
-                              fixture::kNothing, fixture::kNothing});
+  const host::CallResult call = component_.call("GetWeightPriceCost", {std::to_string(index)});
   ++done_;
-  const double weight = call->params.at(1).value.dblVal;
-  if (call->returned(true) && std::abs(weight - member.expected.weight) < kRounding) return;
+  const double weight = std::get<double>(call.params.at(1));
+  if (call.good() && std::abs(weight - member.expected.weight) < kRounding) return;
   ++wrong_;
   constexpr int kMostShown = 10;
   if (wrong_ > kMostShown) return;
   std::cout << "\npoll " << done_ << ", model " << member.model->number << " at " << member.address
-            << ": code " << component_.lastError() << ", weight " << weight << "; wanted "
+            << ": code " << component_.lastError().code << ", weight " << weight << "; wanted "
             << member.expected.weight << '\n';
 }
 

@@ -10,12 +10,17 @@
 #include <gtest/gtest.h>
 
 #include "AddInNative.h"
+#include "Component.h"
 #include "MemoryManager.h"
 #include "MemoryWatch.h"
 #include "PlatformObject.h"
-#include "Variant.h"
 
 namespace {
+
+using Values = std::vector<host::Value>;
+
+/// What a variant holds that nobody has written to.
+const Values kUntouched = {host::OtherValue{0x7777}};
 
 TEST(AddError, ReportsToThePlatform) {
   host::PlatformObject host;
@@ -34,14 +39,13 @@ TEST(WstringToP, PutsATextIntoAVariant) {
   fixture::MemoryManager memory;
   CAddInNative component;
   component.setMemManager(&memory);
-  fixture::ReturnValue value(memory);
+  host::Variants value(kUntouched, memory);
   EXPECT_FALSE(component.wstring_to_p(nullptr, value.data()));
-  EXPECT_TRUE(value.untouched());
+  EXPECT_EQ(value.values(), kUntouched);
   EXPECT_TRUE(component.wstring_to_p(L"", value.data()));
-  EXPECT_EQ(value->vt, kVariantWideString);
-  EXPECT_EQ(value->value.wide.wstrLen, 0U);
-  EXPECT_EQ(memory.sizeOf(value->value.wide.pwstrVal), 2U);
-  EXPECT_EQ(value->value.wide.pwstrVal[0], 0);
+  EXPECT_EQ(value.values().front(), host::Value(""));
+  EXPECT_EQ(memory.sizeOf(value.data()->value.wide.pwstrVal), 2U);
+  EXPECT_EQ(value.data()->value.wide.pwstrVal[0], 0);
 }
 
 /// A platform whose memory manager throws.
@@ -61,13 +65,13 @@ TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
   WCHAR_T* name = nullptr;
   EXPECT_TRUE(component.RegisterExtensionAs(&name));
   EXPECT_EQ(name, nullptr);
-  fixture::ReturnValue result(memory);
+  host::Variants result(kUntouched, memory);
   EXPECT_FALSE(component.CallAsFunc(0, result.data(), nullptr, 0));
-  EXPECT_TRUE(result.untouched());
-  fixture::Arguments params(memory, {fixture::kNothing});
+  EXPECT_EQ(result.values(), kUntouched);
+  host::Variants params(kUntouched, memory);
   EXPECT_FALSE(component.CallAsFunc(2, result.data(), params.data(), params.count()));
-  EXPECT_TRUE(result.untouched());
-  EXPECT_TRUE(params.untouchedFrom(0));
+  EXPECT_EQ(result.values(), kUntouched);
+  EXPECT_EQ(params.values(), kUntouched);
 }
 
 /// A platform that ends the calling thread while it is asked for memory.
@@ -116,24 +120,24 @@ class PlentifulManager final : public IMemoryManager {
 TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
   fixture::MemoryManager memory;
   PlentifulManager plentiful(memory);
-  const std::u16string longText(200, u'x');
-  const fixture::Value none = fixture::kNothing;
-  const std::vector<std::vector<fixture::Value>> calls = {{},
-                                                          std::vector<fixture::Value>(7, none),
-                                                          {none},
-                                                          {none},
-                                                          {u"cport", longText},
-                                                          {none},
-                                                          {longText},
-                                                          {none, none},
-                                                          {},
-                                                          {},
-                                                          {longText, none},
-                                                          {longText, none},
-                                                          {longText, 5},
-                                                          {longText, none, none, none, none},
-                                                          {},
-                                                          {longText}};
+  const std::string longText(200, 'x');
+  const host::Value none;
+  const std::vector<Values> calls = {{},
+                                     Values(7),
+                                     {none},
+                                     {none},
+                                     {"cport", longText},
+                                     {none},
+                                     {longText},
+                                     {none, none},
+                                     {},
+                                     {},
+                                     {longText, none},
+                                     {longText, none},
+                                     {longText, 5},
+                                     {longText, none, none, none, none},
+                                     {},
+                                     {longText}};
   constexpr std::size_t kAlwaysRefused = 14;
   for (std::size_t method = 0; method < calls.size(); ++method) {
     int refused = 0;
@@ -141,8 +145,8 @@ TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
     for (int blocks = 0; hit && blocks < 1000; ++blocks) {
       CAddInNative component;
       component.setMemManager(&plentiful);
-      fixture::Arguments params(memory, calls[method]);
-      fixture::ReturnValue result(memory);
+      host::Variants params(calls[method], memory);
+      host::Variants result(kUntouched, memory);
       bool executed = false;
       {
         const fixture::MemoryShortage shortage(blocks);
@@ -150,7 +154,7 @@ TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
                                         params.count());
         hit = shortage.isHit();
       }
-      EXPECT_TRUE(executed || method == kAlwaysRefused || result.untouched())
+      EXPECT_TRUE(executed || method == kAlwaysRefused || result.values() == kUntouched)
           << method << " " << blocks;
       refused += executed || method == kAlwaysRefused ? 0 : 1;
     }

@@ -4,36 +4,30 @@
 
 #include <gtest/gtest.h>
 
-#include "ComponentFixture.h"
+#include "Component.h"
 
 namespace {
 
-using fixture::Component;
-using fixture::units;
-using fixture::utf16;
+using host::toUtf16;
+using host::toUtf8;
+using host::Value;
 
-/// A text that the component gave, freed as the platform does it.
-std::u16string taken(Component& component, const WCHAR_T* text) {
-  std::u16string result = utf16(text);
-  EXPECT_EQ(component.memory.sizeOf(text), text == nullptr ? 0 : (result.size() + 1) * 2);
-  auto* block = const_cast<void*>(static_cast<const void*>(text));
-  component.memory.FreeMemory(&block);
-  return text == nullptr ? u"(null)" : result;
-}
+/// What a variant holds that nobody has written to.
+constexpr host::OtherValue kUntouched{0x7777};
 
 TEST(Exports, MakeAndEndObjects) {
-  const host::Library library(fixture::builtComponent());
-  EXPECT_EQ(utf16(library.getClassNames()), u"CAddInNative");
+  const host::Library library(ORBELO_COMPONENT);
+  EXPECT_EQ(toUtf8(library.getClassNames()), "CAddInNative");
   EXPECT_EQ(library.getClassNames(), library.getClassNames());
   for (const int capabilities : {-1, 0, 1, 99}) {
     EXPECT_EQ(library.setPlatformCapabilities(static_cast<AppCapabilities>(capabilities)),
               kCapabilities1);
   }
   IComponentBase* object = nullptr;
-  const long number = library.getClassObject(units(u"AnyName").data(), &object);
+  const long number = library.getClassObject(toUtf16("AnyName").c_str(), &object);
   EXPECT_EQ(number, reinterpret_cast<long>(object));
   IComponentBase* const first = object;
-  EXPECT_EQ(library.getClassObject(units(u"CAddInNative").data(), &object), 0);
+  EXPECT_EQ(library.getClassObject(toUtf16("CAddInNative").c_str(), &object), 0);
   EXPECT_EQ(object, first);
   IComponentBase* second = nullptr;
   EXPECT_NE(library.getClassObject(nullptr, &second), 0);
@@ -46,119 +40,101 @@ TEST(Exports, MakeAndEndObjects) {
   EXPECT_EQ(library.destroyObject(nullptr), -1);
 }
 
-TEST(Component, HasOneEmptyProperty) {
-  Component component;
-  EXPECT_EQ(component->GetNProps(), 1);
-  EXPECT_EQ(component->FindProp(units(u"").data()), 0);
-  EXPECT_EQ(component->FindProp(nullptr), 0);
-  EXPECT_EQ(component->FindProp(units(u"weight").data()), -1);
+class ComponentObject : public testing::Test {
+ protected:
+  host::Component component_{ORBELO_COMPONENT};
+  IComponentBase& object_ = component_.object();
+  host::Variants value_{std::vector<Value>{kUntouched}, component_.memory()};
+};
+
+TEST_F(ComponentObject, HasOneEmptyProperty) {
+  EXPECT_EQ(object_.GetNProps(), 1);
+  EXPECT_EQ(object_.FindProp(toUtf16("").c_str()), 0);
+  EXPECT_EQ(object_.FindProp(nullptr), 0);
+  EXPECT_EQ(object_.FindProp(toUtf16("weight").c_str()), -1);
   for (const long alias : {0L, 1L, 2L, 3L, -1L}) {
-    EXPECT_EQ(taken(component, component->GetPropName(0, alias)), u"");
+    const WCHAR_T* name = object_.GetPropName(0, alias);
+    ASSERT_NE(name, nullptr);
+    EXPECT_EQ(*name, 0);
   }
-  fixture::ReturnValue value(component.memory);
   for (const long outside : {-1L, 1L, std::numeric_limits<long>::min()}) {
-    EXPECT_EQ(component->GetPropName(outside, 0), nullptr);
-    EXPECT_FALSE(component->GetPropVal(outside, value.data()));
-    EXPECT_FALSE(component->SetPropVal(outside, value.data()));
-    EXPECT_FALSE(component->IsPropReadable(outside));
-    EXPECT_FALSE(component->IsPropWritable(outside));
-    EXPECT_TRUE(value.untouched());
+    EXPECT_EQ(object_.GetPropName(outside, 0), nullptr);
+    EXPECT_FALSE(object_.GetPropVal(outside, value_.data()));
+    EXPECT_FALSE(object_.SetPropVal(outside, value_.data()));
+    EXPECT_FALSE(object_.IsPropReadable(outside));
+    EXPECT_FALSE(object_.IsPropWritable(outside));
+    EXPECT_EQ(value_.values().front(), Value(kUntouched));
   }
-  EXPECT_TRUE(component->IsPropReadable(0));
-  EXPECT_FALSE(component->IsPropWritable(0));
-  EXPECT_FALSE(component->SetPropVal(0, value.data()));  // no flag in it yet
-  EXPECT_TRUE(component->GetPropVal(0, value.data()));
-  EXPECT_EQ(value->vt, kVariantBool);
-  EXPECT_FALSE(value->value.bVal);
-  EXPECT_TRUE(component->SetPropVal(0, value.data()));
-  EXPECT_FALSE(component->SetPropVal(0, nullptr));
+  EXPECT_TRUE(object_.IsPropReadable(0));
+  EXPECT_FALSE(object_.IsPropWritable(0));
+  EXPECT_FALSE(object_.SetPropVal(0, value_.data()));  // no flag in it yet
+  EXPECT_TRUE(object_.GetPropVal(0, value_.data()));
+  EXPECT_EQ(value_.values().front(), Value(false));
+  EXPECT_TRUE(object_.SetPropVal(0, value_.data()));
+  EXPECT_FALSE(object_.SetPropVal(0, nullptr));
 }
 
-TEST(Component, KnowsSixteenMethodsByBothNames) {
-  struct Row {
-    const char16_t* name;
-    const char16_t* nameRu;
+TEST_F(ComponentObject, KnowsSixteenMethodsByBothNames) {
+  const struct {
+    const char* name;
+    const char* russianName;
     long parameters;
+  } rows[] = {
+      {"GetVersion", "ПолучитьНомерВерсии", 0},
+      {"GetDescription", "ПолучитьОписание", 7},
+      {"GetLastError", "ПолучитьОшибку", 1},
+      {"GetParameters", "ПолучитьПараметры", 1},
+      {"SetParameter", "УстановитьПараметр", 2},
+      {"Open", "Подключить", 1},
+      {"Close", "Отключить", 1},
+      {"DeviceTest", "ТестУстройства", 2},
+      {"GetAdditionalActions", "ПолучитьДополнительныеДействия", 1},
+      {"DoAdditionalAction", "ВыполнитьДополнительноеДействие", 1},
+      {"Calibrate", "УстановитьВесТары", 2},
+      {"GetWeight", "ПолучитьВес", 2},
+      {"SetPrice", "УстановитьЦену", 2},
+      {"GetWeightPriceCost", "ПолучитьВесЦенуСтоимость", 5},
+      {"GetInterfaceRevision", "ПолучитьРевизиюИнтерфейса", 0},
+      {"SetPathDllFolder", "УказатьПутьКПапкеКомпоненты", 1},
   };
-  constexpr Row kRows[] = {
-      {u"GetVersion", u"ПолучитьНомерВерсии", 0},
-      {u"GetDescription", u"ПолучитьОписание", 7},
-      {u"GetLastError", u"ПолучитьОшибку", 1},
-      {u"GetParameters", u"ПолучитьПараметры", 1},
-      {u"SetParameter", u"УстановитьПараметр", 2},
-      {u"Open", u"Подключить", 1},
-      {u"Close", u"Отключить", 1},
-      {u"DeviceTest", u"ТестУстройства", 2},
-      {u"GetAdditionalActions", u"ПолучитьДополнительныеДействия", 1},
-      {u"DoAdditionalAction", u"ВыполнитьДополнительноеДействие", 1},
-      {u"Calibrate", u"УстановитьВесТары", 2},
-      {u"GetWeight", u"ПолучитьВес", 2},
-      {u"SetPrice", u"УстановитьЦену", 2},
-      {u"GetWeightPriceCost", u"ПолучитьВесЦенуСтоимость", 5},
-      {u"GetInterfaceRevision", u"ПолучитьРевизиюИнтерфейса", 0},
-      {u"SetPathDllFolder", u"УказатьПутьКПапкеКомпоненты", 1},
-  };
-  Component component;
-  EXPECT_EQ(component->GetNMethods(), 16);
-  long number = 0;
-  for (const Row& row : kRows) {
-    EXPECT_EQ(component->FindMethod(units(row.name).data()), number);
-    EXPECT_EQ(component->FindMethod(units(row.nameRu).data()), number);
-    EXPECT_EQ(taken(component, component->GetMethodName(number, 0)), row.name);
-    EXPECT_EQ(taken(component, component->GetMethodName(number, 1)), row.nameRu);
-    EXPECT_EQ(component->GetMethodName(number, 2), nullptr);
-    EXPECT_EQ(component->GetMethodName(number, -1), nullptr);
-    EXPECT_EQ(component->GetNParams(number), row.parameters);
-    EXPECT_TRUE(component->HasRetVal(number));
-    EXPECT_FALSE(component->CallAsProc(number, nullptr, 0));
-    ++number;
+  const std::vector<host::Method> methods = component_.methods();
+  ASSERT_EQ(methods.size(), std::size(rows));
+  for (const host::Method& method : methods) {
+    const auto& row = rows[method.number];
+    EXPECT_EQ(method.name, row.name);
+    EXPECT_EQ(method.russianName, row.russianName);
+    EXPECT_EQ(method.parameters, row.parameters);
+    EXPECT_TRUE(method.returnsValue);
+    EXPECT_EQ(object_.FindMethod(toUtf16(row.name).c_str()), method.number);
+    EXPECT_EQ(object_.FindMethod(toUtf16(row.russianName).c_str()), method.number);
+    EXPECT_EQ(object_.GetMethodName(method.number, 2), nullptr);
+    EXPECT_EQ(object_.GetMethodName(method.number, -1), nullptr);
+    EXPECT_FALSE(object_.CallAsProc(method.number, nullptr, 0));
   }
-  EXPECT_EQ(number, 16);
-  for (const char16_t* unknown :
-       {u"open", u"OPEN", u"Open ", u" Open", u"", u"Ope", u"подключить", u"ГетВес"}) {
-    EXPECT_EQ(component->FindMethod(units(unknown).data()), -1);
+  for (const char* unknown :
+       {"open", "OPEN", "Open ", " Open", "", "Ope", "подключить", "ГетВес"}) {
+    EXPECT_EQ(object_.FindMethod(toUtf16(unknown).c_str()), -1);
   }
-  EXPECT_EQ(component->FindMethod(nullptr), -1);
-  EXPECT_EQ(component->FindMethod(units(std::u16string(65536, u'О')).data()), -1);
+  EXPECT_EQ(object_.FindMethod(nullptr), -1);
+  EXPECT_EQ(object_.FindMethod(std::basic_string<WCHAR_T>(65536, 0x041E).c_str()), -1);
 }
 
-TEST(Component, RefusesWhatIsOutsideItsTable) {
-  Component component;
+TEST_F(ComponentObject, RefusesWhatIsOutsideItsTable) {
   for (const long outside :
        {-1L, 16L, 1L << 31, std::numeric_limits<long>::min(), std::numeric_limits<long>::max()}) {
-    EXPECT_EQ(component->GetMethodName(outside, 0), nullptr);
-    EXPECT_EQ(component->GetNParams(outside), 0);
-    EXPECT_FALSE(component->HasRetVal(outside));
-    EXPECT_FALSE(component->CallAsProc(outside, nullptr, 0));
-    fixture::ReturnValue result(component.memory);
-    fixture::Arguments params(component.memory, {fixture::kNothing});
-    EXPECT_FALSE(component->CallAsFunc(outside, result.data(), params.data(), 1));
-    EXPECT_TRUE(result.untouched());
-    EXPECT_TRUE(params.untouchedFrom(0));
-    EXPECT_FALSE(component->GetParamDefValue(outside, 0, nullptr));
-    EXPECT_FALSE(component->GetParamDefValue(outside, 0, result.data()));
-    EXPECT_EQ(result->vt, kVariantEmpty);
+    EXPECT_EQ(object_.GetMethodName(outside, 0), nullptr);
+    EXPECT_EQ(object_.GetNParams(outside), 0);
+    EXPECT_FALSE(object_.HasRetVal(outside));
+    EXPECT_FALSE(object_.CallAsProc(outside, nullptr, 0));
+    host::Variants result(std::vector<Value>{kUntouched}, component_.memory());
+    host::Variants params(std::vector<Value>{kUntouched}, component_.memory());
+    EXPECT_FALSE(object_.CallAsFunc(outside, result.data(), params.data(), 1));
+    EXPECT_EQ(result.values().front(), Value(kUntouched));
+    EXPECT_EQ(params.values().front(), Value(kUntouched));
+    EXPECT_FALSE(object_.GetParamDefValue(outside, 0, nullptr));
+    EXPECT_FALSE(object_.GetParamDefValue(outside, 0, result.data()));
+    EXPECT_EQ(result.values().front(), Value());
   }
-}
-
-TEST(Component, KeepsNothingInCommonWithAnother) {
-  Component first;
-  Component second;
-  first.set(u"model", 20);
-  second.set(u"model", 5);
-  const std::u16string id = first.open();
-  EXPECT_NE(second.open(), id);
-  EXPECT_EQ(first.lastError(), 0U);
-  EXPECT_EQ(second.lastError(), 5U);
-  EXPECT_TRUE(second.call(u"GetWeight", {id, fixture::kNothing})->returned(false));
-  EXPECT_EQ(second.lastError(), 8U);
-  {
-    Component third;
-    third.set(u"model", 20);
-    third.open();
-  }
-  first.call(u"GetWeight", {id, fixture::kNothing});
-  EXPECT_NE(first.lastError(), 8U);
 }
 
 }  // namespace

@@ -1,96 +1,99 @@
 // The platform's memory: every text is one block of the right size, none is lost, and a manager
 // that runs out of memory meets a component that goes on.
 
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "ComponentFixture.h"
+#include "Component.h"
+#include "MemoryManager.h"
 
 namespace {
 
-using fixture::Component;
-using fixture::kNothing;
-using fixture::Value;
+using host::Value;
 
-/// Every operation that hands a text to the platform, and all methods.
-void everything(Component& component) {
-  const auto drop = [&](const WCHAR_T* text) {
-    auto* block = const_cast<void*>(static_cast<const void*>(text));
-    component.memory.FreeMemory(&block);
-  };
-  WCHAR_T* name = nullptr;
-  EXPECT_TRUE(component->RegisterExtensionAs(&name));
-  drop(name);
-  drop(component->GetPropName(0, 0));
-  drop(component->GetMethodName(3, 0));
-  drop(component->GetMethodName(3, 1));
-  component.call(u"SetParameter", {u"model", 20});
-  for (long number = 0; number < component->GetNMethods(); ++number) {
-    fixture::Arguments params(component.memory, std::vector<Value>(7, kNothing));
-    fixture::ReturnValue result(component.memory);
-    component->CallAsFunc(number, result.data(), params.data(), params.count());
-    for (std::size_t i = 0; i < 7; ++i) {
-      const tVariant& variant = params.at(i);
-      if (variant.vt != kVariantWideString) continue;
-      const auto& wide = variant.value.wide;
-      EXPECT_EQ(component.memory.sizeOf(wide.pwstrVal),
-                wide.pwstrVal == nullptr ? 0U : (wide.wstrLen + 1U) * 2U);
-      EXPECT_TRUE(wide.pwstrVal != nullptr || wide.wstrLen == 0);
+class Memory : public testing::Test {
+ protected:
+  Memory() {
+    component_.call("SetParameter", {"model", 20});
+    object_.setMemManager(&memory_);
+  }
+
+  /// Holds a text against its block, and frees it as the platform does.
+  void drop(const WCHAR_T* text) {
+    const std::size_t units = text == nullptr ? 0 : std::basic_string<WCHAR_T>(text).size() + 1;
+    EXPECT_EQ(memory_.sizeOf(text), units * sizeof(WCHAR_T));
+    void* block = const_cast<WCHAR_T*>(text);
+    memory_.FreeMemory(&block);
+  }
+
+  /// All methods.
+  void callAll() {
+    for (long number = 0; number < object_.GetNMethods(); ++number) {
+      host::Variants params(std::vector<Value>(7), memory_);
+      host::Variants result(std::vector<Value>(1), memory_);
+      object_.CallAsFunc(number, result.data(), params.data(), params.count());
+      for (long i = 0; i < params.count(); ++i) {
+        const tVariant& variant = params.data()[i];
+        if (variant.vt != kVariantWideString) continue;
+        const auto& wide = variant.value.wide;
+        EXPECT_EQ(memory_.sizeOf(wide.pwstrVal),
+                  wide.pwstrVal == nullptr ? 0U : (wide.wstrLen + 1U) * 2U);
+        EXPECT_TRUE(wide.pwstrVal != nullptr || wide.wstrLen == 0);
+      }
     }
   }
-}
 
-TEST(Memory, IsAllGivenBack) {
-  Component component;
-  for (int i = 0; i < 3; ++i) everything(component);
-  EXPECT_GT(component.memory.allocations(), 30);
-  EXPECT_EQ(component.memory.live(), 0U);
-  EXPECT_EQ(component.memory.foreignFrees(), 0U);
-}
+  /// And every operation that hands a text to the platform.
+  void everything() {
+    WCHAR_T* name = nullptr;
+    EXPECT_TRUE(object_.RegisterExtensionAs(&name));
+    drop(name);
+    drop(object_.GetPropName(0, 0));
+    drop(object_.GetMethodName(3, 0));
+    drop(object_.GetMethodName(3, 1));
+    callAll();
+    EXPECT_EQ(memory_.live(), 0U);
+    EXPECT_EQ(memory_.foreignFrees(), 0U);
+  }
 
-TEST(Memory, MayFailAtAnyBlock) {
-  Component component;
-  int allocations = component.memory.allocations();
-  everything(component);
-  allocations = component.memory.allocations() - allocations;
+  fixture::MemoryManager memory_;
+  host::Component component_{ORBELO_COMPONENT};
+  IComponentBase& object_ = component_.object();
+};
+
+TEST_F(Memory, MayFailAtAnyBlockAndIsAllGivenBack) {
+  everything();
+  const int allocations = memory_.allocations();
   ASSERT_GE(allocations, 12);
   for (int n = 0; n < allocations; ++n) {
-    component.memory.failAt(n);
-    everything(component);
-    EXPECT_EQ(component.memory.live(), 0U) << n;
+    SCOPED_TRACE(n);
+    memory_.failAt(n);
+    everything();
   }
-  component.memory.failAlways();
-  everything(component);
-  component.memory.recover();
-  EXPECT_EQ(component.memory.live(), 0U);
-  EXPECT_EQ(component.memory.foreignFrees(), 0U);
+  memory_.failAlways();
+  everything();
 }
 
-TEST(Memory, AFailedBlockIsAnEmptyText) {
-  Component component;
-  component.memory.failAlways();
-  const auto version = component.call(u"GetVersion");
-  EXPECT_TRUE(version->executed);
-  EXPECT_EQ(version->result->vt, kVariantWideString);
-  EXPECT_EQ(version->result->value.wide.pwstrVal, nullptr);
-  EXPECT_EQ(version->result->value.wide.wstrLen, 0U);
-  EXPECT_EQ(component->GetMethodName(0, 0), nullptr);
-  EXPECT_EQ(component->GetPropName(0, 0), nullptr);
+TEST_F(Memory, AFailedBlockIsAnEmptyText) {
+  memory_.failAlways();
+  host::Variants result(std::vector<Value>(1), memory_);
+  EXPECT_TRUE(object_.CallAsFunc(0, result.data(), nullptr, 0));
+  EXPECT_EQ(result.data()->vt, kVariantWideString);
+  EXPECT_EQ(result.data()->value.wide.pwstrVal, nullptr);
+  EXPECT_EQ(result.data()->value.wide.wstrLen, 0U);
+  EXPECT_EQ(object_.GetMethodName(0, 0), nullptr);
+  EXPECT_EQ(object_.GetPropName(0, 0), nullptr);
 }
 
-TEST(Memory, IsMissedByNoMethodWithoutAManager) {
-  Component component;
-  component->setMemManager(nullptr);
-  for (long number = 0; number < component->GetNMethods(); ++number) {
-    fixture::Arguments params(component.memory, std::vector<Value>(7, kNothing));
-    fixture::ReturnValue result(component.memory);
-    component->CallAsFunc(number, result.data(), params.data(), params.count());
-  }
-  EXPECT_EQ(component->GetMethodName(0, 0), nullptr);
-  EXPECT_EQ(component->GetPropName(0, 0), nullptr);
+TEST_F(Memory, IsMissedByNoMethodWithoutAManager) {
+  object_.setMemManager(nullptr);
+  callAll();
+  EXPECT_EQ(object_.GetMethodName(0, 0), nullptr);
+  EXPECT_EQ(object_.GetPropName(0, 0), nullptr);
   WCHAR_T* name = nullptr;
-  EXPECT_FALSE(component->RegisterExtensionAs(&name));
+  EXPECT_FALSE(object_.RegisterExtensionAs(&name));
 }
 
 }  // namespace

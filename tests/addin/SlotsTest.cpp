@@ -8,7 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "ComponentFixture.h"
+#include "Library.h"
+#include "Utf16.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ bool allocate(void*, void** memory, unsigned long bytes) {
 }
 
 TEST(Slots, AreWhereThePlatformCallsThem) {
-  const host::Library library(fixture::builtComponent());
+  const host::Library library(ORBELO_COMPONENT);
   IComponentBase* typed = nullptr;
   const long address = library.getClassObject(nullptr, &typed);
   void* object = nullptr;
@@ -70,12 +71,12 @@ TEST(Slots, AreWhereThePlatformCallsThem) {
   const RawBase language(object, 8);
   WCHAR_T* registered = nullptr;
   EXPECT_TRUE((language.call<bool, WCHAR_T**>(2, &registered)));
-  EXPECT_EQ(fixture::utf16(registered), u"OrbeloScalesDriver");
+  EXPECT_EQ(host::toUtf8(registered), "OrbeloScalesDriver");
   std::free(registered);
   EXPECT_EQ(language.call<long>(3), 1);
-  EXPECT_EQ((language.call<long, const WCHAR_T*>(4, fixture::units(u"x").data())), -1);
+  EXPECT_EQ((language.call<long, const WCHAR_T*>(4, host::toUtf16("x").c_str())), -1);
   auto* property = language.call<WCHAR_T*, long, long>(5, 0, 0);
-  EXPECT_EQ(fixture::utf16(property), u"");
+  EXPECT_EQ(host::toUtf8(property), "");
   std::free(property);
   tVariant value = {};
   EXPECT_TRUE((language.call<bool, long, tVariant*>(6, 0, &value)));
@@ -84,9 +85,9 @@ TEST(Slots, AreWhereThePlatformCallsThem) {
   EXPECT_TRUE((language.call<bool, long>(8, 0)));
   EXPECT_FALSE((language.call<bool, long>(9, 0)));
   EXPECT_EQ(language.call<long>(10), 16);
-  EXPECT_EQ((language.call<long, const WCHAR_T*>(11, fixture::units(u"Подключить").data())), 5);
+  EXPECT_EQ((language.call<long, const WCHAR_T*>(11, host::toUtf16("Подключить").c_str())), 5);
   auto* method = language.call<WCHAR_T*, long, long>(12, 11, 1);
-  EXPECT_EQ(fixture::utf16(method), u"ПолучитьВес");
+  EXPECT_EQ(host::toUtf8(method), "ПолучитьВес");
   std::free(method);
   EXPECT_EQ((language.call<long, long>(13, 13)), 5);
   EXPECT_FALSE((language.call<bool, long, long, tVariant*>(14, 0, 0, &value)));
@@ -95,11 +96,11 @@ TEST(Slots, AreWhereThePlatformCallsThem) {
   EXPECT_FALSE((language.call<bool, long, tVariant*, long>(16, 0, nullptr, 0)));
   tVariant result = {};
   EXPECT_TRUE((language.call<bool, long, tVariant*, tVariant*, long>(17, 0, &result, nullptr, 0)));
-  EXPECT_EQ(fixture::utf16(result.value.wide.pwstrVal), u"4.3.25 (05.03.2020)");
+  EXPECT_EQ(host::toUtf8(result.value.wide.pwstrVal), "4.3.25 (05.03.2020)");
   std::free(result.value.wide.pwstrVal);
   EXPECT_EQ(allocated, 4);
 
-  RawBase(object, 16).call<void, const WCHAR_T*>(2, fixture::units(u"ru_RU").data());
+  RawBase(object, 16).call<void, const WCHAR_T*>(2, host::toUtf16("ru_RU").c_str());
 
   // The destructor of each base ends the whole object.
   init.call<void>(kDeletingDestructor);

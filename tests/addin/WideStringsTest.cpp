@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Variant.h"
+#include "Utf16.h"
 #include "WideStrings.h"
 
 namespace {
@@ -19,15 +19,16 @@ Units toShort(const std::wstring& text) {
   return Units(units, units + text.size() + 1);
 }
 
-std::wstring fromShort(const std::u16string& text) {
+std::wstring fromShort(const char* utf8) {
+  const auto text = host::toUtf16(utf8);
   wchar_t* wide = nullptr;
-  convFromShortWchar(&wide, fixture::units(text).data(), 0);
+  convFromShortWchar(&wide, text.c_str(), 0);
   const std::unique_ptr<wchar_t[]> owner(wide);
   return std::wstring(wide, wide + text.size());
 }
 
 TEST(WideStrings, GoesToUtf16) {
-  EXPECT_EQ(getLenShortWcharStr(fixture::units(u"").data()), 0U);
+  EXPECT_EQ(getLenShortWcharStr(host::toUtf16("").c_str()), 0U);
   EXPECT_EQ(getLenShortWcharStr(nullptr), 0U);
   EXPECT_EQ(toShort(L""), (Units{0}));
   EXPECT_EQ(toShort(L"A"), (Units{0x41, 0}));
@@ -40,12 +41,12 @@ TEST(WideStrings, GoesToUtf16) {
 }
 
 TEST(WideStrings, ComesFromUtf16) {
-  EXPECT_EQ(fromShort(u""), L"");
-  EXPECT_EQ(fromShort(u"A"), L"A");
-  EXPECT_EQ(fromShort(u"Вес: 1"), L"Вес: 1");
-  EXPECT_EQ(fromShort(u"ПолучитьВесЦенуСтоимость"), L"ПолучитьВесЦенуСтоимость");
+  EXPECT_EQ(fromShort(""), L"");
+  EXPECT_EQ(fromShort("A"), L"A");
+  EXPECT_EQ(fromShort("Вес: 1"), L"Вес: 1");
+  EXPECT_EQ(fromShort("ПолучитьВесЦенуСтоимость"), L"ПолучитьВесЦенуСтоимость");
   // A pair of surrogates stays two.
-  EXPECT_EQ(fromShort(u"A\xD83D\xDE00"),
+  EXPECT_EQ(fromShort("A\U0001F600"),
             (std::wstring{L'A', static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)}));
 }
 
@@ -57,7 +58,7 @@ TEST(WideStrings, FillsABufferOfTheCaller) {
   EXPECT_EQ(buffer, (Units{0x0412, 0x0435, 0x0441, 0, 0xA5A5}));
   std::wstring wideBuffer(5, L'#');
   wchar_t* wide = wideBuffer.data();
-  convFromShortWchar(&wide, fixture::units(u"Вес").data(), 4);
+  convFromShortWchar(&wide, host::toUtf16("Вес").c_str(), 4);
   EXPECT_EQ(wideBuffer, (std::wstring{L'В', L'е', L'с', 0, L'#'}));
 }
 
@@ -70,17 +71,17 @@ TEST(WideStrings, ReportsWhatTheLoopConverted) {
   EXPECT_EQ(convToShortWchar(&units, L"\U0001F600", 0), 2U);
   delete[] units;
   wchar_t* wide = nullptr;
-  EXPECT_EQ(convFromShortWchar(&wide, fixture::units(u"Вес").data(), 0), 4U);
+  EXPECT_EQ(convFromShortWchar(&wide, host::toUtf16("Вес").c_str(), 0), 4U);
   delete[] wide;
 }
 
 TEST(WcharWrapper, HoldsBothForms) {
   const WcharWrapper fromWide(L"Вес");
-  EXPECT_EQ(fixture::utf16(fromWide), u"Вес");
+  EXPECT_EQ(host::toUtf8(fromWide), "Вес");
   EXPECT_STREQ(fromWide.wide(), L"Вес");
-  const auto units = fixture::units(u"Вес");
+  const auto units = host::toUtf16("Вес");
   const WcharWrapper from16(units.data());
-  EXPECT_EQ(fixture::utf16(from16), u"Вес");
+  EXPECT_EQ(host::toUtf8(from16), "Вес");
   EXPECT_STREQ(from16.wide(), L"Вес");
   const WcharWrapper none(static_cast<const wchar_t*>(nullptr));
   EXPECT_EQ(static_cast<const unsigned short*>(none), nullptr);

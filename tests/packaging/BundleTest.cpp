@@ -8,13 +8,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "ComponentFixture.h"
+#include "Component.h"
 #include "Program.h"
 #include "TempFolder.h"
 
 namespace {
-
-using fixture::kNothing;
 
 constexpr const char* kLibrary = "OrbeloScalesLin64.so";
 constexpr const char* kManifest = "MANIFEST.XML";
@@ -60,12 +58,13 @@ TEST_F(Bundle, NamesTheLibraryInItsManifest) {
 TEST_F(Bundle, WeighsFromACleanFolder) {
   const fixture::TempFolder clean;
   std::filesystem::rename(folder_.file(kLibrary), clean.file(kLibrary));
-  fixture::Component component(clean.file(kLibrary));
-  component.set(u"model", 20);
-  const auto weighing = component.call(u"ПолучитьВес", {component.open(), kNothing});
-  EXPECT_TRUE(weighing->executed);
-  EXPECT_GE(weighing->params.at(1).value.dblVal, 0.08);
-  EXPECT_THAT(component.lastError(), testing::AnyOf(0U, 3U));
+  host::Component component(clean.file(kLibrary));
+  component.call("SetParameter", {"model", 20});
+  const host::CallResult weighing =
+      component.call("ПолучитьВес", {component.call("Open").params.at(0)});
+  EXPECT_TRUE(weighing.executed);
+  EXPECT_GE(std::get<double>(weighing.params.at(1)), 0.08);
+  EXPECT_THAT(component.lastError().code, testing::AnyOf(0U, 3U));
 }
 
 }  // namespace

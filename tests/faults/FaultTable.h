@@ -8,8 +8,6 @@
 /// One way in which a scale or its line fails.
 struct Fault {
   std::string_view name;
-  bool onSerial = true;
-  bool onTcp = true;
   /// Keeps a core busy, so that only few may run at a time.
   bool busy = false;
   /// Brings the fault about, polls while it lasts, and ends it. The matrix then polls once more

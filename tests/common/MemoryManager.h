@@ -13,7 +13,6 @@ class MemoryManager final : public host::Memory {
   /// The n-th allocation from now on (the next one is 0) fails, and no other.
   void failAt(int n) { failAt_ = allocations_ + n; }
   void failAlways() { failing_ = true; }
-  void recover() { failing_ = false, failAt_ = kNever; }
 
   /// Requests so far, failed ones included.
   int allocations() const { return allocations_; }

@@ -6,6 +6,7 @@
 #include <array>
 #include <new>
 
+#include "CkMemory.h"
 #include "CkString.h"
 #include "CkXml.h"
 #include "WholeText.h"
@@ -57,6 +58,7 @@ bool hasContent(const std::string& path) {
 }  // namespace
 
 std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) {
+  const std::uint32_t shortages = ckMemoryShortages();
   CkXml xml;
   xml.put_Utf8(true);
   if (!xml.LoadXmlFile(path.c_str())) {
@@ -65,9 +67,6 @@ std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) 
     return std::nullopt;
   }
   std::vector<SettingsEntry> entries;
-  // A document ends where memory did. Then there is no room for all of its scales, either, and what
-  // was read of it isn't taken for the whole.
-  entries.reserve(kMostSettingsEntries);
   for (std::size_t i = 0; i < kMostSettingsEntries; ++i) {
     xml.GetRoot2();
     if (!xml.FindChild2(tagOf(i).c_str())) continue;
@@ -79,6 +78,9 @@ std::optional<std::vector<SettingsEntry>> readSettings(const std::string& path) 
       entry.*field = utf8Of(text);
     }
   }
+  // A document ends where memory did, an attribute that couldn't be asked for reads as missing:
+  // what was read then isn't taken for the whole, even if there is memory again.
+  if (ckMemoryShortages() != shortages) throw std::bad_alloc();
   return entries;
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "AttributeSet.h"
+#include "CkMemory.h"
 #include "DataBuffer.h"
 #include "LogBase.h"
 #include "ParseEngine.h"
@@ -293,7 +294,8 @@ UncountedTree TreeNode::customParse(ParseEngine& engine, LogBase* /*log*/, bool 
   try {
     TreeParser(engine, *root, autoTrim, preventDuplicates, lowercaseNames).parse();
   } catch (const std::bad_alloc&) {
-    // What was read up to here stands.
+    // What was read up to here stands; whoever needs all of the document asks for shortages.
+    ckNoteMemoryShortage();
   }
   return root;
 }

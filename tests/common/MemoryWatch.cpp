@@ -14,8 +14,7 @@ constexpr std::size_t kOverhead = 16;
 constexpr std::size_t kHeader = alignof(std::max_align_t);
 
 void* take(std::size_t n) noexcept {
-  if (t_watch.left == 0) return nullptr;
-  if (t_watch.left > 0) --t_watch.left;
+  if (!fixture::mayAllocate()) return nullptr;
   char* const block = static_cast<char*>(std::malloc(n + kHeader));
   if (block == nullptr) return nullptr;
   std::memcpy(block, &n, sizeof n);
@@ -47,6 +46,16 @@ void* takeOrThrow(std::size_t n) {
 }  // namespace
 
 fixture::MemoryWatch& fixture::memoryWatch() { return t_watch; }
+
+bool fixture::mayAllocate() {
+  if (t_watch.left != 0) {
+    if (t_watch.left > 0) --t_watch.left;
+    return true;
+  }
+  ++t_watch.refused;
+  if (t_watch.isPassing) t_watch.left = -1;
+  return false;
+}
 
 void* operator new(std::size_t n) { return takeOrThrow(n); }
 void* operator new[](std::size_t n) { return takeOrThrow(n); }

@@ -32,9 +32,15 @@ const std::string kLong(200, 'x');
 class Shortage : public testing::Test {
  protected:
   /// Does `operation` on a registry with the scale "7" on "port", with memory for 0, 1, 2 ...
-  /// blocks until it needs no more; says how often it was refused. It gives whether it was done.
+  /// blocks until it needs no more, and with memory for all but one; says how often it was refused
+  /// when memory ran out for good. It gives whether it was done.
   int refusals(const std::function<bool(CScalesWrapper&)>& operation,
                const std::function<void(CScalesWrapper&, bool done)>& check) {
+    refusals(operation, check, true);
+    return refusals(operation, check, false);
+  }
+  int refusals(const std::function<bool(CScalesWrapper&)>& operation,
+               const std::function<void(CScalesWrapper&, bool done)>& check, bool isPassing) {
     constexpr int kMostBlocks = 20000;
     for (int blocks = 0; blocks < kMostBlocks; ++blocks) {
       CScalesWrapper scales(makeSilent);
@@ -43,11 +49,11 @@ class Shortage : public testing::Test {
       bool hit = false;
       bool done = false;
       {
-        const fixture::MemoryShortage shortage(blocks);
+        const fixture::MemoryShortage shortage(blocks, isPassing);
         done = operation(scales);
         hit = shortage.isHit();
       }
-      SCOPED_TRACE(blocks);
+      SCOPED_TRACE(testing::Message() << blocks << (isPassing ? " and then all" : ""));
       if (!done) {
         EXPECT_EQ(scales.GetLastError(), 1099);
         EXPECT_TRUE(knows(scales, "7") && knows(scales, "port"));

@@ -137,10 +137,14 @@ class Pair {
     fixture::MemoryWatch& watch = fixture::memoryWatch();
     watch.secretsFreed = 0;
     if (secure_) watch.secret = secret_;
-    watch.left = memory % 4 == 0 ? static_cast<int>(memory / 4 % 4) : -1;
-    const bool done = operation();
-    const bool wasShort = watch.left == 0;
-    watch.left = -1;
+    bool done = false;
+    bool wasShort = false;
+    {
+      const fixture::MemoryShortage shortage(
+          memory % 4 == 0 ? static_cast<int>(memory / 4 % 8) : -1, memory / 32 % 2 == 0);
+      done = operation();
+      wasShort = shortage.isHit();
+    }
     watch.secret = {};
     require(watch.secretsFreed == 0);
     require(done || wasShort);
@@ -634,7 +638,8 @@ void edit(CkString& text, unsigned operation, std::span<const std::uint8_t> argu
   block.append(argument.data(), argument.size());
   XString& x = *text.getImpl();
   const unsigned memory = operation / 32;
-  fixture::memoryWatch().left = memory < 4 ? static_cast<int>(memory) : -1;
+  const fixture::MemoryShortage shortage(memory < 4 ? static_cast<int>(memory) : -1,
+                                         argument.size() % 2 == 0);
   switch (operation % 19) {
     case 0: text.setStringAnsi(bytes.data()); break;
     case 1: text.setStringUtf8(bytes.data()); break;
@@ -656,7 +661,6 @@ void edit(CkString& text, unsigned operation, std::span<const std::uint8_t> argu
     case 17: text = other; break;
     default: text.compareStr(other);
   }
-  fixture::memoryWatch().left = -1;
 }
 
 /// Each form ends in its terminator, and the sizes tell where. The size first: a form that lost

@@ -57,6 +57,13 @@ TEST(Library, ShowsTheExportsAndThePublicClassesOnly) {
                                             "SetPlatformCapabilities"));
   EXPECT_THAT(classes, testing::IsSupersetOf(
                            {"CkByteData", "CkFileAccess", "CkSocket", "CkString", "CkXml"}));
+  for (const std::string name : {"CkByteData", "CkString", "CkMultiByteBase"}) {
+    EXPECT_THAT(symbols,
+                testing::IsSupersetOf({name + "::put_Utf8(bool)", name + "::get_Utf8() const"}));
+  }
+  EXPECT_THAT(symbols, testing::IsSupersetOf({"CkByteData::get_SecureClear() const",
+                                              "CkString::get_SecureClear() const",
+                                              "CkObject::objcUtf8(char const*)"}));
 }
 
 TEST(Library, NeedsNothingButTheSystemsLibc) {

@@ -30,16 +30,18 @@ ClsSocket* CkSocket::impl() const { return static_cast<ClsSocket*>(aliveBase());
 
 bool CkSocket::Connect(const char* hostname, int port, bool ssl, int maxWaitMs) {
   return run(impl(), [&](ClsSocket& socket) {
+    const auto giveUp = [&] {
+      socket.giveUpConnect();
+      return false;
+    };
     return unlessThrown(
         [&] {
           XString host;
-          setArgument(host, hostname);
-          return socket.Connect(host, port, ssl, static_cast<std::uint32_t>(maxWaitMs));
+          return setArgument(host, hostname)
+                     ? socket.Connect(host, port, ssl, static_cast<std::uint32_t>(maxWaitMs))
+                     : giveUp();
         },
-        [&] {
-          socket.giveUpConnect();
-          return false;
-        });
+        giveUp);
   });
 }
 

@@ -1,6 +1,8 @@
 #include "DnsCache.h"
 
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "CkHashMap.h"
@@ -20,18 +22,25 @@ struct Record : NonRefCountedObj {
 
 struct Generations {
   KestrumCritSec lock;
-  std::unique_ptr<_ckHashMap> fresh = std::make_unique<_ckHashMap>(kBuckets);
+  std::unique_ptr<_ckHashMap> fresh;
   std::unique_ptr<_ckHashMap> old;
 
-  void rotate() {
-    auto next = std::make_unique<_ckHashMap>(kBuckets);
-    old = std::exchange(fresh, std::move(next));
+  /// False, with the generations as they were, if memory is short.
+  bool rotate() {
+    try {
+      auto next = std::make_unique<_ckHashMap>(kBuckets);
+      old = std::exchange(fresh, std::move(next));
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
   }
 };
 
 // Never destroyed: another static object's destructor may still resolve a name.
 Generations& generations() {
-  static auto* const made = new Generations;
+  alignas(Generations) static std::byte memory[sizeof(Generations)];
+  static auto* const made = new (memory) Generations;
   return *made;
 }
 
@@ -58,13 +67,11 @@ void DnsCache::dnsCacheInsert(const StringBuffer& host, const StringBuffer& addr
   if (!m_dnsCachingEnabled) return;
   Generations& cache = generations();
   const CritSecExitor lock(&cache.lock);
-  if (host.empty()) {
-    cache.rotate();
-    return;
-  }
-  if (cache.fresh->getSize() >= kMostRecords) cache.rotate();
-  auto record = std::make_unique<Record>();
-  record->address.setString(address);
+  const bool isFull = cache.fresh == nullptr || cache.fresh->getSize() >= kMostRecords;
+  if ((host.empty() || isFull) && !cache.rotate()) return;
+  if (host.empty()) return;
+  std::unique_ptr<Record> record(new (std::nothrow) Record);
+  if (record == nullptr || !record->address.setString(address)) return;
   record->insertedTick = ckTickCount();
   cache.fresh->hashInsert(host, std::move(record));
 }

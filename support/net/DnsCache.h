@@ -14,7 +14,7 @@ class DnsCache {
   /// Age at which a record counts no more, in milliseconds; 0 for never.
   static std::atomic<std::uint32_t> m_timeToLiveMs;
 
-  /// An empty host only makes the new generation the old one.
+  /// An empty host only makes the new generation the old one. Without memory nothing is kept.
   static void dnsCacheInsert(const StringBuffer& host, const StringBuffer& address);
   static bool dnsCacheLookup(const StringBuffer& host, StringBuffer& address);
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "AsciiText.h"
 #include "ContentCoding.h"
@@ -191,14 +192,15 @@ bool StringBuffer::toLF() {
 bool StringBuffer::toCRLF() {
   StringBuffer result;
   result.setSecureBuf(m_secure);
-  char previous = '\0';
-  for (const char c : view()) {
+  std::string_view rest = view();
+  while (!rest.empty()) {
+    const std::size_t line = std::min(rest.find_first_of("\r\n"), rest.size());
+    if (!result.append(rest.substr(0, line))) return false;
+    rest.remove_prefix(line);
+    if (rest.empty()) break;
     // A lone CR, a lone LF and a pair are one line end each.
-    const bool ok = c == '\r'   ? result.appendChar2('\r', '\n')
-                    : c == '\n' ? previous == '\r' || result.appendChar2('\r', '\n')
-                                : result.appendChar(c);
-    if (!ok) return false;
-    previous = c;
+    if (!result.appendChar2('\r', '\n')) return false;
+    rest.remove_prefix(rest.starts_with("\r\n") ? 2 : 1);
   }
   takeSb(result);
   return true;

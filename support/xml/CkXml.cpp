@@ -45,7 +45,8 @@ bool CkXml::GetAttrValue(const char* name, CkString& out) {
   XString nameText;
   const bool named = setArgument(nameText, name);  // which may lie in `out`
   out.clear();
-  const bool success = named && xml->GetAttrValue(nameText, *out.getImpl());
+  const bool success =
+      named ? xml->GetAttrValue(nameText, *out.getImpl()) : out.getImpl()->noteShortage();
   xml->put_LastMethodSuccess(success);
   return success;
 }

@@ -6,6 +6,7 @@
 
 #include "AsciiText.h"
 #include "AttributeSet.h"
+#include "CkMemory.h"
 #include "Psdk.h"
 #include "StringBuffer.h"
 #include "TreeInfo.h"
@@ -146,7 +147,11 @@ bool ClsXml::FindChild2(XString& tag) {
 bool ClsXml::GetAttrValue(XString& name, XString& out) {
   out.clear();
   const PublicCall call(*this, "GetAttrValue");
-  return call.hasTree() && getAttrValue(name.getUtf8(), out.getUtf8Sb_rw());
+  if (!call.hasTree()) return false;
+  const std::uint32_t shortages = ckMemoryShortages();
+  const bool found = getAttrValue(name.getUtf8(), out.getUtf8Sb_rw());
+  // "" would look like an attribute without a value.
+  return ckMemoryShortages() == shortages ? found : out.noteShortage();
 }
 
 int ClsXml::GetAttrValueInt(XString& name) {

@@ -84,13 +84,14 @@ TEST(LogMemory, AResultsSlotComesBackToLife) {
   };
   withMoreAndMoreMemory([](int allocations) {
     CkProbe probe;
-    const char* result = nullptr;
+    bool hadResult = false;
     {
       const MemoryShortage shortage(allocations);
-      result = probe.version();
+      const char* const result = probe.version();
+      hadResult = result != nullptr && *result != 0;
     }
     for (int i = 0; i < 10; ++i) EXPECT_STRNE(probe.version(), nullptr);
-    return result != nullptr && *result != 0;
+    return hadResult;
   });
 }
 

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "CkSocket.h"
+#include "DnsCache.h"
 #include "MemoryWatch.h"
+#include "StringBuffer.h"
 #include "TcpPeer.h"
 
 namespace {
@@ -25,6 +27,49 @@ TEST(SocketMemory, WithoutAnInnerObjectEverythingFails) {
   EXPECT_FALSE(socket.ReceiveBytesN(0, data));
   EXPECT_FALSE(socket.get_IsConnected());
   EXPECT_FALSE(socket.Close(100));
+}
+
+TEST(SocketMemory, AConnectThatFailsHasAReasonAndLeavesNoOldConnection) {
+  const std::string host = "127.0.0.1" + std::string(100, ' ');
+  bool wasShort = true;
+  for (int left = 0; wasShort && left < kMostAllocations; ++left) {
+    fixture::TcpPeer first(fixture::silent());
+    fixture::TcpPeer second(fixture::silent());
+    CkSocket socket;
+    ASSERT_TRUE(socket.Connect("127.0.0.1", first.port(), false, 5000));
+    bool connected = false;
+    {
+      const fixture::MemoryShortage shortage(left);
+      connected = socket.Connect(host.c_str(), second.port(), false, 5000);
+      wasShort = shortage.isHit();
+    }
+    EXPECT_EQ(socket.get_IsConnected(), connected) << left;
+    EXPECT_EQ(socket.get_ConnectFailReason() != 0, !connected) << left;
+  }
+  EXPECT_FALSE(wasShort);
+}
+
+// A name that can't be kept is resolved anew; those that are kept stay.
+TEST(SocketMemory, TheCacheOfNamesKeepsWhatItHas) {
+  DnsCache::m_dnsCachingEnabled = true;
+  const StringBuffer kept("kept");
+  const StringBuffer address("127.0.0.1");
+  bool wasShort = true;
+  for (int left = 0; wasShort && left < kMostAllocations; ++left) {
+    const fixture::MemoryShortage shortage(left);
+    DnsCache::dnsCacheInsert(StringBuffer(), address);
+    DnsCache::dnsCacheInsert(kept, address);
+    wasShort = shortage.isHit();
+  }
+  EXPECT_FALSE(wasShort);
+  {
+    const fixture::MemoryShortage none(0);
+    DnsCache::dnsCacheInsert(StringBuffer(), address);
+    DnsCache::dnsCacheInsert(StringBuffer(), address);
+  }
+  StringBuffer found;
+  EXPECT_TRUE(DnsCache::dnsCacheLookup(kept, found));
+  DnsCache::m_dnsCachingEnabled = false;
 }
 
 TEST(SocketMemory, AReceiveLeavesNoGap) {

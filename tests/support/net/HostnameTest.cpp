@@ -2,9 +2,7 @@
 #include <sys/socket.h>
 
 #include <array>
-#include <chrono>
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -62,39 +60,6 @@ class Cache : public testing::Test {
     return HostnameResolve::dnsCacheLookup(StringBuffer(host), address) ? address.getString() : "";
   }
 };
-
-TEST_F(Cache, IsOffUnlessSwitchedOn) {
-  DnsCache::m_dnsCachingEnabled = false;
-  insert("a", "1.1.1.1");
-  EXPECT_EQ(lookup("a"), "");
-  EXPECT_EQ(lookup("10.0.0.1"), "10.0.0.1");
-  DnsCache::m_dnsCachingEnabled = true;
-  EXPECT_EQ(lookup("a"), "");
-}
-
-TEST_F(Cache, KeepsANameForTwoGenerations) {
-  insert("a", "1.1.1.1");
-  insert("a", "2.2.2.2");
-  EXPECT_EQ(lookup("a"), "2.2.2.2");
-  rotate();
-  EXPECT_EQ(lookup("a"), "2.2.2.2");
-  insert("a", "3.3.3.3");
-  EXPECT_EQ(lookup("a"), "3.3.3.3");
-  rotate();
-  rotate();
-  EXPECT_EQ(lookup("a"), "");
-}
-
-TEST_F(Cache, ForgetsWhatIsTooOld) {
-  insert("a", "1.1.1.1");
-  DnsCache::m_timeToLiveMs = 3'600'000;
-  EXPECT_EQ(lookup("a"), "1.1.1.1");
-  DnsCache::m_timeToLiveMs = 1;
-  std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  EXPECT_EQ(lookup("a"), "");
-  DnsCache::m_timeToLiveMs = 0;
-  EXPECT_EQ(lookup("a"), "");
-}
 
 TEST_F(Cache, AFullGenerationBecomesTheOldOne) {
   insert("first", "1.1.1.1");

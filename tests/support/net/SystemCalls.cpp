@@ -3,10 +3,7 @@
 #include <arpa/inet.h>
 #include <dlfcn.h>
 #include <netinet/in.h>
-#include <poll.h>
-#include <sys/select.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -63,10 +60,6 @@ int numericList(const std::vector<std::string>& addresses, const char* service, 
     while (*end != nullptr) end = &(*end)->ai_next;
   }
   return 0;
-}
-
-int millisecondsOf(const timeval* limit) {
-  return limit == nullptr ? -1 : static_cast<int>(limit->tv_sec * 1000 + limit->tv_usec / 1000);
 }
 
 }  // namespace
@@ -130,7 +123,6 @@ int getaddrinfo(const char* host, const char* service, const addrinfo* hints, ad
 ssize_t send(int fd, const void* data, size_t n, int flags) {
   if (SystemCalls* watch = SystemCalls::current()) {
     watch->note("send " + std::to_string(n));
-    watch->sendFlags.push_back(flags);
     const ssize_t instead = watch->sender ? watch->sender(n) : SystemCalls::kAskSystem;
     if (instead >= 0) return instead;
     if (instead != SystemCalls::kAskSystem) {
@@ -143,7 +135,6 @@ ssize_t send(int fd, const void* data, size_t n, int flags) {
 
 ssize_t recv(int fd, void* data, size_t n, int flags) {
   if (SystemCalls* watch = SystemCalls::current()) {
-    watch->note("recv " + std::to_string(n));
     const ssize_t instead = watch->receiver ? watch->receiver(n) : SystemCalls::kAskSystem;
     if (instead >= 0) return instead;
     if (instead != SystemCalls::kAskSystem) {
@@ -152,23 +143,6 @@ ssize_t recv(int fd, void* data, size_t n, int flags) {
     }
   }
   return fixture::real<decltype(::recv)>("recv")(fd, data, n, flags);
-}
-
-int select(int n, fd_set* readable, fd_set* writable, fd_set* exceptional, timeval* limit) {
-  if (SystemCalls* watch = SystemCalls::current()) {
-    watch->note("select " + std::to_string(fixture::millisecondsOf(limit)));
-  }
-  return fixture::real<decltype(::select)>("select")(n, readable, writable, exceptional, limit);
-}
-
-int poll(pollfd* descriptors, nfds_t n, int ms) {
-  if (SystemCalls* watch = SystemCalls::current()) watch->note("poll " + std::to_string(ms));
-  return fixture::real<decltype(::poll)>("poll")(descriptors, n, ms);
-}
-
-int close(int fd) {
-  if (SystemCalls* watch = SystemCalls::current()) watch->note("close");
-  return fixture::real<decltype(::close)>("close")(fd);
 }
 
 }  // extern "C"

@@ -19,8 +19,7 @@ class SystemCalls {
   SystemCalls(const SystemCalls&) = delete;
   SystemCalls& operator=(const SystemCalls&) = delete;
 
-  /// In order: "socket inet", "connect 127.0.0.1", "getaddrinfo scale any numericserv", "send 14",
-  /// "recv 4096", "select 50", "poll 100", "close".
+  /// In order: "socket inet", "connect 127.0.0.1", "getaddrinfo scale any numericserv", "send 14".
   const std::vector<std::string>& all() const { return calls_; }
   /// Those that begin with a word.
   std::vector<std::string> only(const std::string& word) const;
@@ -42,8 +41,6 @@ class SystemCalls {
   int noSocket = 0;
   /// An errno that connect fails with at once; 0 leaves it to the system.
   std::function<int()> connecter;
-  /// The flags of each send.
-  std::vector<int> sendFlags;
   /// The type argument of each socket call.
   std::vector<int> socketTypes;
 

@@ -1,11 +1,8 @@
 #include <sys/stat.h>
 
-#include <memory>
 #include <new>
 #include <string>
-#include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "CkByteData.h"
@@ -45,18 +42,6 @@ TEST(DataBufferTest, GrowsByTheLadder) {
   }
 }
 
-TEST(DataBufferTest, GrowsByLessForSingleBytes) {
-  DataBuffer buffer;
-  std::vector<int> capacities;
-  for (int i = 0; i < 2000; ++i) {
-    ASSERT_TRUE(buffer.appendChar('x'));
-    if (capacities.empty() || capacities.back() != buffer.heapUsage()) {
-      capacities.push_back(buffer.heapUsage());
-    }
-  }
-  EXPECT_THAT(capacities, testing::ElementsAre(64, 320, 1344, 11'344));
-}
-
 TEST(DataBufferTest, RefusesSizesBeyond32Bits) {
   DataBuffer buffer;
   buffer.append("abc", 3);
@@ -83,17 +68,8 @@ TEST(DataBufferTest, BorrowedMemoryIsReadInPlaceAndNeverFreed) {
   EXPECT_EQ(buffer.getData2(), nullptr);
   EXPECT_EQ(buffer.getBufSize(), 0U);
 
-  // No byte is borrowed too, and a part of the own block stays owned.
   buffer.borrowData(memory, 0);
   EXPECT_EQ(buffer.getData2(), reinterpret_cast<unsigned char*>(memory));
-  buffer.append("0123456789", 10);
-  buffer.borrowData(buffer.getData2() + 2, 5);
-  EXPECT_EQ(toString(buffer), "23456");
-  DataBuffer borrower;
-  borrower.borrowData(buffer.getData2() + 1, 3);
-  EXPECT_TRUE(buffer.copy(borrower));
-  EXPECT_EQ(toString(buffer), "345");
-  EXPECT_NE(buffer.heapUsage(), 0);
 
   // A text that takes a borrowed block over gets a copy, a secure one too.
   char terminated[] = "text";
@@ -118,27 +94,6 @@ TEST(DataBufferTest, AnObjectThatHasEndedIsNotWritten) {
   EXPECT_FALSE(bytes->loadFileUtf8("/dev/null", nullptr));
   bytes->takeData(ckNewUnsignedChar(1), 1);
   EXPECT_EQ(bytes->getData2(), nullptr);
-}
-
-TEST(DataBufferTest, RemovesAndInserts) {
-  const auto after = [](auto change) {
-    DataBuffer buffer;
-    buffer.append("0123456789", 10);
-    change(buffer);
-    return toString(buffer);
-  };
-  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_TRUE(b.removeChunk(7, 100)); }), "0123456");
-  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_FALSE(b.removeChunk(-1, 3)); }), "0123456789");
-  EXPECT_EQ(after([](DataBuffer& b) { EXPECT_TRUE(b.removeChunk(1, 0)); }), "0123456789");
-  EXPECT_EQ(after([](DataBuffer& b) { b.slideTailToFront(4); }), "456789");
-  EXPECT_EQ(after([](DataBuffer& b) { b.shorten(11); }), "");
-  EXPECT_EQ(after([](DataBuffer& b) { b.insertAt(5, "-", 1); }), "01234-56789");
-  EXPECT_EQ(after([](DataBuffer& b) { b.resize(12); }), std::string("0123456789\0\0", 12));
-  EXPECT_EQ(after([](DataBuffer& b) { b.byteSwap21(); }), "1032547698");
-  EXPECT_EQ(after([](DataBuffer& b) { b.clearBuffer(); }), std::string(10, '\0'));
-  StringBuffer hex(">");
-  after([&](DataBuffer& b) { b.removeHead(8), b.toHexString(hex), b.toHexString2(hex, true); });
-  EXPECT_STREQ(hex.getString(), ">383938:39");
 }
 
 TEST(DataBufferTest, RecognisesObviousEncodings) {
@@ -181,20 +136,12 @@ TEST(CkByteDataTest, WritesAndReshapes) {
     return std::string(bytes.getData(), bytes.getSize());
   };
   using Data = CkByteData;
-  char letters[] = "xyz";
-  EXPECT_EQ(after([](Data& b, Data&) { b.appendInt(0x34333231); }), "abcde1234");
-  EXPECT_EQ(after([](Data& b, Data&) { b.appendShort(0x3231); }), "abcde12");
-  EXPECT_EQ(after([](Data& b, Data&) { b.appendEncoded("QUI=", "base64"); }), "abcdeAB");
   EXPECT_EQ(after([](Data& b, Data& o) { b.appendRange(o, 3, 9); }), "abcde34");
   EXPECT_EQ(after([](Data& b, Data& o) { b.appendRange(o, 5, 1); }), "abcde");
   EXPECT_EQ(after([](Data& b, Data& o) { b.takeByteData(o), b.append(o); }), "01234");
-  EXPECT_EQ(after([&](Data& b, Data&) { b.borrowData(letters, 2); }), "xy");
-  EXPECT_EQ(after([](Data& b, Data&) { b.setImpl(std::make_unique<DataBuffer>()); }), "");
   EXPECT_EQ(after([](Data& b, Data&) { b.setImpl(nullptr); }), "abcde");
   EXPECT_EQ(after([](Data& b, Data& o) { o.getRange(3, 9, b); }), "34");
   EXPECT_EQ(after([](Data& b, Data& o) { o.getRange(5, 1, b); }), "");
-  EXPECT_EQ(after([](Data& b, Data&) { b.byteSwap4321(); }), "dcbae");
-  EXPECT_EQ(after([](Data& b, Data&) { b.appendRandom(7); }).size(), 12U);
   EXPECT_EQ(after([](Data& b, Data&) { EXPECT_FALSE(b.ensureBuffer(1UL << 32)); }), "abcde");
 }
 
@@ -210,10 +157,12 @@ TEST(CkByteDataTest, GoesToAFileAndBack) {
   EXPECT_TRUE(bytes.loadFile(folder.file("saved").c_str()));
   EXPECT_TRUE(bytes.equals2("a\0b", 3));
 
-  // What isn't there, a pipe that no one writes to, and a file that gives more than its size says.
+  // What isn't there, a pipe that no one writes to, files that give more and less than their size
+  // says.
   const std::string pipe = folder.file("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  for (const std::string& path : {folder.file("missing"), pipe, std::string("/proc/self/maps")}) {
+  for (const std::string& path : {folder.file("missing"), pipe, std::string("/proc/self/maps"),
+                                  std::string("/sys/devices/system/cpu/online")}) {
     EXPECT_FALSE(bytes.loadFile(path.c_str())) << path;
     EXPECT_TRUE(bytes.equals2("a\0b", 3)) << path;
   }
@@ -227,18 +176,12 @@ TEST(CkByteDataTest, GoesToAFileAndBack) {
 TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   CkByteData bytes;
   bytes.append2("\x01\x02\x03\x04\xFF", 5);
-  EXPECT_EQ(bytes.getInt(0), 0x04030201);
   EXPECT_EQ(bytes.getInt(2), 0);
   EXPECT_EQ(bytes.getShort(3), static_cast<short>(0xFF04));
   EXPECT_EQ(bytes.getByte(4), 0xFF);
   EXPECT_EQ(bytes.getByte(5), 0);
   EXPECT_EQ(bytes.getDataAt(5), nullptr);
   EXPECT_EQ(bytes.getUInt(0xFFFFFFFFFFFFFFFE), 0U);
-  EXPECT_STREQ(bytes.getEncoded("hex"), "01020304FF");
-  CkString text;
-  bytes.encode("fingerprint", text);
-  EXPECT_STREQ(text.getUtf8(), "01:02:03:04:FF");
-  EXPECT_STREQ(bytes.getEncodedRange("base64", 0, 3), "AQID");
   EXPECT_STREQ(bytes.getEncodedRange("hex", 9, 3), "");
   EXPECT_EQ(bytes.findBytes2("\x03\x04", 2), 2U);
   EXPECT_EQ(bytes.findBytes2("\x05", 1), 0xFFFFFFFFU);
@@ -246,19 +189,6 @@ TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   part.append2("\x01\x02", 2);
   EXPECT_EQ(bytes.findBytes(part), 0);
   EXPECT_EQ(part.findBytes(bytes), -1);
-  EXPECT_TRUE(bytes.beginsWith(part));
-  EXPECT_FALSE(part.beginsWith(bytes));
-  EXPECT_FALSE(bytes.is7bit());
-
-  CkByteData copy(part);
-  copy = bytes;
-  const CkByteData& itself = copy;
-  copy = itself;
-  EXPECT_TRUE(copy.equals(bytes));
-  copy.removeChunk(2, 100);
-  EXPECT_TRUE(copy.equals(part));
-  copy = CkByteData();
-  EXPECT_EQ(copy.getSize(), 0U);
 }
 
 }  // namespace

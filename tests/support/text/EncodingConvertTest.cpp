@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "CkLogger.h"
-#include "CkSettings.h"
 #include "CkUtf.h"
 #include "DataFile.h"
 #include "EncodingConvert.h"
@@ -88,49 +87,6 @@ TEST(EncodingConvertTest, ErrorActions) {
   }
 }
 
-TEST(EncodingConvertTest, EntriesByNameAndHost) {
-  const AnsiIs ansi(1251);
-  CkSettings::setOemCodePage(866);
-  DataBuffer out;
-  LogNull log;
-  EncodingConvert converter;
-  EXPECT_FALSE(converter.ChConvert("nonsense", "utf-8", "A", 1, out, log));
-  EXPECT_FALSE(converter.ChConvert2("nonsense", kUtf8, "A", 1, out, log));
-  EXPECT_TRUE(converter.ChConvert("koi8-r", "windows-1251", "\xC1", 1, out, log));
-  EXPECT_TRUE(converter.ChConvert3(1251, "koi8-r", "\xE0", 1, out, log));
-  EXPECT_TRUE(converter.ChConvert3(1251, "no such name", "\xE0", 1, out, log));
-  EXPECT_EQ(toString(out), "\xE0\xC1а");
-  out.clear();
-  converter.AnsiToMultiByte(20866, "\xE0", 1, out, log);
-  converter.MultiByteToAnsi(20866, "\xC1", 1, out, log);
-  converter.OemToMultiByte(20866, "\xA0", 1, out, log);
-  converter.MultiByteToOem(20866, "\xC1", 1, out, log);
-  EXPECT_EQ(toString(out), "\xC1\xE0\xC1\xA0");
-  out.clear();
-  converter.EncConvertWithPreamble(1251, 1201, "A", 1, out, log);
-  converter.ChConvert3_withPreamble(1251, "no such name", "A", 1, out, log);
-  converter.EncConvertWithPreamble(1251, 12001, "A", 1, out, log);
-  EXPECT_EQ(toString(out), "\xFE\xFF\0A\xEF\xBB\xBF"s + "A\0\0\0A"s);
-  CkSettings::setOemCodePage(65001);
-}
-
-TEST(EncodingConvertTest, TellsItsWayWhenAsked) {
-  _ckLogger log;
-  log.m_verboseEncoding = true;
-  DataBuffer out;
-  EXPECT_TRUE(EncodingConvert().EncConvert(kUtf8, 1200, "\xD0\0", 2, out, log));
-  StringBuffer text;
-  log.getText(text);
-  EXPECT_STREQ(text.getString(),
-               "KestrumLog:\n"
-               "  EncConvert:\n"
-               "    fromCodePage: 65001\n"
-               "    toCodePage: 1200\n"
-               "    Found invalid utf-8 when trying to convert to utf-16.\n"
-               "  --EncConvert\n"
-               "--KestrumLog\n");
-}
-
 TEST(EncodingConvertTest, SurrogatesStayApartWhile4BytesAreOff) {
   g_allow_4byte_utf8 = false;
   EXPECT_EQ(convert(1200, kUtf8, asUtf16(u"😀")).text, "\xED\xA0\xBD\xED\xB8\x80");
@@ -161,23 +117,6 @@ class RandomText {
  private:
   std::mt19937 random_{20260};
 };
-
-TEST(EncodingConvertTest, AllRoadsBetweenTheFormsOfUnicodeAgree) {
-  RandomText random;
-  // Long texts are converted in pieces: characters of all widths come to lie across their borders.
-  for (std::size_t n = 0; n < 50'000; n += n < 100 ? 1 : n / 2) {
-    const std::string utf32 = asUtf32(random.characters(n));
-    const std::string utf8 = convert(12000, kUtf8, utf32).text;
-    const std::string utf16 = convert(kUtf8, 1200, utf8).text;
-    EXPECT_EQ(convert(1200, kUtf8, utf16).text, utf8);
-    EXPECT_EQ(convert(kUtf8, 12000, utf8).text, utf32);
-    EXPECT_EQ(convert(12000, 1200, utf32).text, utf16);
-    EXPECT_EQ(
-        convert(1201, kUtf8, convert(12001, 1201, convert(12000, 12001, utf32).text).text).text,
-        utf8);
-    EXPECT_EQ(convert(65000, kUtf8, convert(kUtf8, 65000, utf8).text).text, utf8);
-  }
-}
 
 /// A conversion with what it told its log of illegal characters.
 std::pair<Conversion, int> convertAndTell(int from, int to, std::string_view text) {

@@ -42,31 +42,6 @@ TEST(WipingTest, TheWatchSeesWhatIsNotWiped) {
   EXPECT_EQ(leaks([&] { CkString(secret.c_str()).clear(); }), 1);
 }
 
-TEST(WipingTest, ShortTextsInsideTheObjectAreWipedToo) {
-  alignas(StringBuffer) unsigned char memory[sizeof(StringBuffer)];
-  const auto holdsSecret = [&] {
-    const std::string_view bytes(reinterpret_cast<const char*>(memory), sizeof memory);
-    return bytes.find(kSecret) != bytes.npos;
-  };
-  auto* text = new (memory) StringBuffer(kSecret);
-  text->setSecureBuf(true);
-  EXPECT_TRUE(holdsSecret());
-  text->~StringBuffer();
-  EXPECT_FALSE(holdsSecret());
-
-  text = new (memory) StringBuffer(kSecret);
-  text->secureClear();
-  EXPECT_FALSE(holdsSecret());
-  text->setSecureBuf(true);
-  text->append(kSecret);
-  text->weakClear();  // doesn't wipe
-  text->strongClear();
-  text->append(kSecret);
-  text->expectNumBytes(1000);  // moves to the heap and leaves nothing behind
-  EXPECT_FALSE(holdsSecret());
-  text->~StringBuffer();
-}
-
 TEST(WipingTest, SecureObjectsWipeWhateverTheyFree) {
   Psdk::setAnsiCodePage(1251);
   const std::string secret = longSecret();

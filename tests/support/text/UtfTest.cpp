@@ -77,14 +77,4 @@ TEST(UtfTest, WritesSurrogatesForModifiedUtf8) {
   EXPECT_FALSE(changed);
 }
 
-TEST(UtfTest, ImapFolderNames) {
-  const std::string utf16 = asUtf16(u"Входящие & ~/");
-  DataBuffer encoded;
-  EXPECT_TRUE(_ckUtf::ImapUtf16XEToUtf7(bytesOf(utf16), utf16.size(), encoded));
-  EXPECT_EQ(toString(encoded), "&BBIERQQ+BDQETwRJBDgENQ- &- ~/");
-  DataBuffer decoded;
-  EXPECT_TRUE(_ckUtf::ImapUtf7ToUtf16_xe(encoded.getData2(), encoded.getSize(), decoded));
-  EXPECT_EQ(toString(decoded), utf16);
-}
-
 }  // namespace

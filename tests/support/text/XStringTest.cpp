@@ -132,21 +132,4 @@ TEST_F(XStringTest, EndsWithTakesTheStartOfAMarkForOne) {
   }
 }
 
-TEST_F(XStringTest, ComparesThroughUtf8) {
-  XString x;
-  x.setFromAnsi("Net: \xC2\xE5\xF1");
-  EXPECT_TRUE(x.equalsUtf8("Net: Вес"));
-  EXPECT_TRUE(x.equalsIgnoreCaseUtf8("nEt: Вес"));  // of ASCII alone
-  EXPECT_FALSE(x.equalsIgnoreCaseUtf8("net: вес"));
-  EXPECT_TRUE(x.beginsWithUtf8("Net"));
-  EXPECT_FALSE(x.beginsWithUtf8("et"));
-  EXPECT_EQ(x.indexOfUtf8("ес"), 7);
-  EXPECT_FALSE(x.is7bit());
-  EXPECT_TRUE(x.isValidUtf8());
-  XString other;
-  other.setFromUtf8("Net\xD0");
-  EXPECT_FALSE(other.equalsX(x));
-  EXPECT_FALSE(other.isValidUtf8());
-}
-
 }  // namespace

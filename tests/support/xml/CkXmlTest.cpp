@@ -1,7 +1,5 @@
 #include <atomic>
-#include <cstddef>
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -112,16 +110,6 @@ TEST_F(Xml, LoadsAnyFileThatHasBytes) {
   EXPECT_TRUE(xml_.FindChild2("x"));
 }
 
-TEST_F(Xml, TellsWhatItDid) {
-  xml_.LoadXmlFile(folder_.file("missing.xml").c_str());
-  const std::string log = xml_.lastErrorText();
-  EXPECT_THAT(log, HasSubstr("LoadXmlFile:\n"));
-  EXPECT_THAT(log, HasSubstr("path: " + folder_.file("missing.xml")));
-  EXPECT_THAT(log, HasSubstr("Failed to open for read."));
-  xml_.GetRoot2();
-  EXPECT_THAT(xml_.lastErrorText(), testing::Not(HasSubstr("LoadXmlFile")));
-}
-
 TEST_F(Xml, ReadsArgumentsByItsFlag) {
   folder_.write("c.xml", "<?xml encoding='windows-1251'?><r><\xFF a='\xFF'/></r>");
   ASSERT_TRUE(xml_.LoadXmlFile(folder_.file("c.xml").c_str()));
@@ -132,19 +120,6 @@ TEST_F(Xml, ReadsArgumentsByItsFlag) {
   xml_.put_Utf8(true);
   EXPECT_TRUE(xml_.FindChild2("\xD1\x8F"));
   EXPECT_EQ(attribute("a"), "\xD1\x8F");
-}
-
-// Behind a handle that has ended there may still be a caller.
-TEST(CkXml, AnswersWhenItIsGone) {
-  alignas(CkXml) std::byte memory[sizeof(CkXml)];
-  auto* const xml = new (memory) CkXml;
-  xml->~CkXml();
-  CkString value;
-  EXPECT_FALSE(xml->LoadXmlFile("/etc/passwd"));
-  xml->GetRoot2();
-  EXPECT_FALSE(xml->FindChild2("a"));
-  EXPECT_FALSE(xml->GetAttrValue("a", value));
-  EXPECT_EQ(xml->GetAttrValueInt("a"), -1);
 }
 
 TEST(ClsXml, SharesItsTreeWithCopies) {

@@ -2,8 +2,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstddef>
-#include <new>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -103,16 +101,6 @@ TEST_F(FileType, TellsWhy) {
   EXPECT_THAT(log, HasSubstr("File not found using utf-8 filepath"));
   type(folder_.write("file", "x") + "/");
   EXPECT_THAT(files_.lastErrorText(), HasSubstr("Unable to open the file for read-only"));
-}
-
-TEST_F(FileType, AnswersWhenTheHandleIsGone) {
-  alignas(CkFileAccess) std::byte memory[sizeof(CkFileAccess)];
-  auto* const files = new (memory) CkFileAccess;
-  files->~CkFileAccess();
-  EXPECT_EQ(files->FileType("/"), -1);
-  struct stat info = {};
-  EXPECT_EQ(Psdk::ck_stat(nullptr, &info), -1);
-  EXPECT_EQ(Psdk::ck_stat("/", nullptr), -1);
 }
 
 }  // namespace

@@ -46,22 +46,6 @@ UncountedTree parse(std::string_view text, bool autoTrim = true) {
   return TreeNode::customParse(engine, nullptr, autoTrim, false, false);
 }
 
-TEST(TreeNode, LinksItsChildrenInDocumentOrder) {
-  const UncountedTree root = TreeNode::createRoot("root");
-  TreeNode* const a = TreeNode::createNode(root.get(), "a");
-  TreeNode* const b = TreeNode::createNode(root.get(), "b");
-  TreeNode* const deep = TreeNode::createNode(b, "deep");
-  EXPECT_TRUE(deep->addAttributeSb(StringBuffer("1 a?"), StringBuffer("v")));
-  EXPECT_EQ(outline(root), "root(a b(deep[A1a='v']))");
-  EXPECT_EQ(root->getFirstChild(), a);
-  EXPECT_EQ(root->getLastChild(), b);
-  EXPECT_EQ(a->getNextSibling(), b);
-  EXPECT_EQ(b->getPrevSibling(), a);
-  EXPECT_EQ(deep->getRoot(), root.get());
-  EXPECT_EQ(root->getChild(2), nullptr);
-  EXPECT_EQ(root->getChild(-1), nullptr);
-}
-
 TEST(TreeNode, WithoutAParentIsARoot) {
   const UncountedTree root(TreeNode::createNode(nullptr, "a"));
   ASSERT_NE(root, nullptr);
@@ -147,18 +131,6 @@ TEST(TreeParser, KeepsWhatStandsOutsideTheRoot) {
   EXPECT_EQ(info.m_styleSheets[1]->view(), "<?XML-StyleSheet 2?>");
   EXPECT_EQ(info.m_prologPIs.view(), "<?one 1?>\n<?two\n2?>\n");
   EXPECT_EQ(info.m_docType.view(), "<!doctype a [<!x>]>\n<!DOCTYPE b>\n");
-}
-
-TEST(TreeParser, CanMergeAttributesOfOneName) {
-  constexpr const char* kDocument = R"(<a X="1" y="2" x="3"/>)";
-  const auto parsed = [](bool preventDuplicates, bool lowercaseNames) {
-    return outline(
-        TreeNode::customParseString(kDocument, nullptr, true, preventDuplicates, lowercaseNames));
-  };
-  EXPECT_EQ(parsed(false, false), "a[X='1'][y='2'][x='3']");
-  EXPECT_EQ(parsed(true, false), "a[X='1'][y='2'][x='3']");
-  EXPECT_EQ(parsed(false, true), "a[x='1'][y='2'][x='3']");
-  EXPECT_EQ(parsed(true, true), "a[y='2'][x='3']");
 }
 
 // Each prefix ends with its heap block, so that the address sanitizer sees the first byte too far.

@@ -43,6 +43,7 @@ for program in weigh scalesim; do
 
   put_packed "$build/manual/$program.1" usr/share/man/man1/$program.1
   put_packed "$build/manual/$program.ru.1" usr/share/man/ru/man1/$program.1
+  put_packed "$build/manual/$program.uk.1" usr/share/man/uk/man1/$program.1
   put 644 "$build/manual/$program.bash" usr/share/bash-completion/completions/$program
   put 644 "$build/manual/$program.zsh" usr/share/zsh/vendor-completions/_$program
 done

@@ -155,11 +155,13 @@ void addCommonOptions(CLI::App& app) {
       // A wrapper may have said its own before.
       ->take_last();
   // For the build.
-  app.add_flag_callback("--manual-page",
-                        [&app] {
-                          print(manualPage(app));
-                          throw CLI::Success();
-                        })
+  const auto describe = [&app](const std::string& form) {
+    print(form == "man" ? manualPage(app) : completion(app.get_name(), form == "zsh"));
+    throw CLI::Success();
+  };
+  app.add_option_function<std::string>("--self-describe", describe)
+      ->check(CLI::IsMember({"man", "bash", "zsh"}))
+      // A command need not follow.
       ->trigger_on_parse()
       ->group("");
 }

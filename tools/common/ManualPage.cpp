@@ -70,9 +70,12 @@ std::string options(const CLI::App& app) {
     std::string list;
     for (const CLI::Option* option : app.get_options()) {
       if (group.empty() || option->get_group() != group) continue;
+      std::vector<std::string> names;
+      const std::string name = words.make_option_name(option, option->get_positional());
+      for (const auto part : std::views::split(name, ','))
+        names.push_back("\\fB" + escaped({part.begin(), part.end()}) + "\\fR");
       list +=
-          fmt::format(".TP\n\\fB{}\\fR\\fI{}\\fR\n{}",
-                      escaped(words.make_option_name(option, option->get_positional())),
+          fmt::format(".TP\n{}\\fI{}\\fR\n{}", joined(names),
                       escaped(words.make_option_opts(option)), textOf(option->get_description()));
     }
     if (!list.empty()) text += fmt::format(".PP\n\\fI{}\\fR\n{}", escaped(group), list);

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "CommandLine.h"
-#include "SelfDescription.h"
 #include "Text.h"
 
 namespace {
@@ -197,14 +196,6 @@ std::optional<ExitCode> readOptions(int argc, char** argv, Options& options) {
         ->option_text("N");
   }
   app.add_flag("--verbose,-v", options.verbose, say("Show all bytes on standard error"));
-  app.add_option_function<std::string>(kSelfDescriptionOption,
-                                       [&app](const std::string& form) {
-                                         print(selfDescription(app, form));
-                                         throw CLI::Success();
-                                       })
-      ->check(CLI::IsMember({"man", "bash", "zsh"}))
-      ->trigger_on_parse()
-      ->group("");
   if (const auto code = parse(app, argc, argv)) return code;
 
   if (options.baud != 0 && std::ranges::find(kSpeeds, options.baud) == kSpeeds.end())

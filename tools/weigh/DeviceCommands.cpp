@@ -1,17 +1,11 @@
-// Commands that tell a scale to do something, and the test of its connection.
+// weigh tare, weigh price and weigh test: they tell a scale to do something, or test its
+// connection.
 
 #include <charconv>
-#include <iostream>
 #include <limits>
-#include <memory>
-#include <string_view>
 
-#include "Commands.h"
 #include "Records.h"
-#include "Report.h"
 #include "ResultCode.h"
-#include "Session.h"
-#include "Texts.h"
 
 namespace weigh {
 
@@ -26,13 +20,13 @@ struct DeviceOptions {
 /// Says how it ended, on both streams as the format wants it.
 ExitCode conclude(const host::LastError& error, const DeviceOptions& options,
                   const std::string& success) {
-  if (options.format == Format::Json) {
-    const bool good = error.code == kSuccess;
-    writeRecord({{"code", error.code},
-                 {"error", good ? Json() : Json(error.text)},
-                 {"result", good ? Json(success) : Json()}});
-  } else if (error.code == kSuccess) {
-    std::cout << success << '\n';
+  const bool good = error.code == kSuccess;
+  if (good || options.format == Format::Json) {
+    RecordWriter(options.format)
+        .write({{"code", error.code},
+                {"error", good ? Json() : Json(error.text)},
+                {"result", good ? Json(success) : Json()}},
+               success);
   }
   return judge(error, options.scale.connection);
 }
@@ -42,9 +36,8 @@ ExitCode command(const Program& program, const DeviceOptions& options, const cha
                  const host::Value& value, const std::string& success) {
   Session session(program.component, options.scale.log);
   const std::string id = session.open(options.scale.connection);
-  if (session.component().lastError().code == kSuccess) {
+  if (session.component().lastError().code == kSuccess)
     session.component().call(method, {id, value});
-  }
   return conclude(session.component().lastError(), options, success);
 }
 
@@ -54,9 +47,8 @@ host::LastError testOutcome(const std::string& text) {
   static constexpr std::string_view kError = "Ошибка_";
   if (text.starts_with(kWeight)) return {kSuccess, text};
   std::uint32_t code = kUnknown;
-  if (text.starts_with(kError)) {
+  if (text.starts_with(kError))
     std::from_chars(text.data() + kError.size(), text.data() + text.size(), code);
-  }
   return {code, text};
 }
 
@@ -69,57 +61,45 @@ ExitCode testDevice(const Program& program, const DeviceOptions& options) {
   return conclude(outcome, options, outcome.text);
 }
 
-CLI::App& addDeviceCommand(CLI::App& app, DeviceOptions& options, const CommandHelp& help) {
-  CLI::App& added = addCommand(app, help);
-  addScaleOptions(added, options.scale);
-  addJsonFlag(added, options.format);
-  return added;
+/// Gives a command its options and what it does.
+void finish(CLI::App& command, Program& program, const std::shared_ptr<DeviceOptions>& options,
+            const std::function<ExitCode(const DeviceOptions&)>& act) {
+  addScaleOptions(command, options->scale);
+  addJsonFlag(command, options->format);
+  command.callback(
+      [&program, options, act] { program.action = [options, act] { return act(*options); }; });
 }
 
 }  // namespace
 
 void addTareCommand(CLI::App& app, Program& program) {
-  const auto options = std::make_shared<DeviceOptions>();
-  CLI::App& added = addDeviceCommand(app, *options,
-                                     {.name = "tare",
-                                      .about = text::kTareAbout,
-                                      .example = "weigh tare --model 13 --host 192.168.0.200"});
-  added.callback([&program, options] {
-    program.action = [&program, options] {
-      return command(program, *options, "Calibrate", {}, say(text::kTareDone));
-    };
-  });
+  CLI::App& added = addCommand(app, "tare", say("Make what lies on the scale its tare"),
+                               "weigh tare --model 13 --host 192.168.0.200");
+  finish(added, program, std::make_shared<DeviceOptions>(),
+         [&program](const DeviceOptions& options) {
+           return command(program, options, "Calibrate", {}, say("tare set"));
+         });
 }
 
 void addPriceCommand(CLI::App& app, Program& program) {
+  CLI::App& added = addCommand(app, "price", say("Send a price to the scale"),
+                               "weigh price 1250 --model 14 --port /dev/ttyUSB0");
   const auto options = std::make_shared<DeviceOptions>();
-  CLI::App& added =
-      addDeviceCommand(app, *options,
-                       {.name = "price",
-                        .about = text::kPriceAbout,
-                        .example = "weigh price 1250 --model 14 --port /dev/ttyUSB0"});
   addNumber(added, "price", options->price, 0, std::numeric_limits<std::int32_t>::max(),
-            text::kPriceArgument)
+            say("Whole number in the scale's own unit, as a rule hundredths (12.50 is 1250)"))
       ->required()
       ->default_str("");
-  added.callback([&program, options] {
-    program.action = [&program, options] {
-      return command(program, *options, "SetPrice", options->price,
-                     fill(text::kPriceDone, {std::to_string(options->price)}));
-    };
+  finish(added, program, options, [&program](const DeviceOptions& given) {
+    return command(program, given, "SetPrice", given.price, say("price {0} sent", given.price));
   });
 }
 
 void addTestCommand(CLI::App& app, Program& program) {
-  const auto options = std::make_shared<DeviceOptions>();
   CLI::App& added =
-      addDeviceCommand(app, *options,
-                       {.name = "test",
-                        .about = text::kTestAbout,
-                        .example = "weigh test --model 13 --host 192.168.0.200 --tcp-port 4001"});
-  added.callback([&program, options] {
-    program.action = [&program, options] { return testDevice(program, *options); };
-  });
+      addCommand(app, "test", say("Test the connection as the platform's settings form does"),
+                 "weigh test --model 13 --host 192.168.0.200 --tcp-port 4001");
+  finish(added, program, std::make_shared<DeviceOptions>(),
+         [&program](const DeviceOptions& options) { return testDevice(program, options); });
 }
 
 }  // namespace weigh

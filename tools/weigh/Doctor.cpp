@@ -2,15 +2,9 @@
 
 #include <algorithm>
 
-#include "DoctorDevice.h"
-#include "DoctorHost.h"
-#include "DoctorLine.h"
 #include "FrameReader.h"
-#include "Models.h"
 #include "PollTime.h"
 #include "ResultCode.h"
-#include "Texts.h"
-#include "Units.h"
 
 namespace weigh {
 
@@ -25,9 +19,9 @@ constexpr int kHopeless = 2;
 constexpr Time kPollingTime{5000};
 constexpr double kMillisecondsOfSecond = 1000.0;
 
-bool isAnswer(const Reading& reading) {
+bool isAnswer(const Weighing& weighing) {
   // The scale spoke, be it only to say that it can't weigh now.
-  return reading.good() || reading.error.code == kOverload || reading.error.code == kUnknown;
+  return weighing.good() || weighing.error.code == kOverload || weighing.error.code == kUnknown;
 }
 
 std::optional<Milliseconds> wireTime(const Connection& connection, const ProtocolSheet& sheet) {
@@ -41,21 +35,52 @@ std::optional<Milliseconds> wireTime(const Connection& connection, const Protoco
 
 /// The verdict on a model that no line needs to be looked at for; none for all that have a driver.
 std::optional<Finding> modelTrouble(const ScalesModel* model, int number) {
-  const std::string name = std::to_string(number);
-  if (model == nullptr) return finding(advice::kUnknownModel, {name});
-  if (model->create == nullptr) return finding(advice::kNoDriver, {name});
-  if (model->sheet == nullptr) return finding(advice::kEmulator, {name});
+  if (model == nullptr)
+    return Finding{.code = "unknown-model",
+                   .cause = say("There is no model {0}.", number),
+                   .remedy = say("`weigh models` lists the models.")};
+  if (model->create == nullptr)
+    return Finding{.code = "no-driver",
+                   .cause = say("Model {0} stands in the list but has no driver.", number),
+                   .remedy = say("`weigh models --driver` lists those that can be read; another "
+                                 "one of them may speak the same protocol.")};
+  if (model->sheet == nullptr)
+    return Finding{
+        .code = "emulator",
+        .cause = say("Model {0} is the emulator: it makes weights up and has no line.", number),
+        .remedy = say("Choose the model of your scale; `weigh models` lists them.")};
   return std::nullopt;
 }
 
-Finding readingVerdict(const Reading& reading, int model) {
-  if (reading.error.code == kOverload) return finding(advice::kOverload);
-  if (reading.error.code == kUnknown) return finding(advice::kNoReading);
-  const std::string weight = weightText(reading.weight, unitsOf(model));
-  if (reading.weight < 0) return finding(advice::kNegative, {weight});
-  if (tellsMotion(model) && !reading.details->stable) return finding(advice::kMoving, {weight});
-  if (reading.weight == 0) return finding(advice::kZero, {weight});
-  return finding(advice::kGood, {weight});
+Finding weighingVerdict(const Weighing& weighing, int model) {
+  if (weighing.error.code == kOverload)
+    return {.code = "overload",
+            .cause = say("The scale answers and says overload."),
+            .remedy = say("Take the load off. If an empty pan says the same, the load cell or its "
+                          "cable is damaged.")};
+  if (weighing.error.code == kUnknown)
+    return {.code = "no-reading",
+            .cause = say("The scale answers that it has no weight to give."),
+            .remedy = say("Look at its display: it is starting, in a menu, or shows an error.")};
+  const std::string weight = weightText(weighing.weight, unitsOf(model));
+  if (weighing.weight < 0)
+    return {.code = "negative",
+            .cause = say("The scale answers with a weight below zero: {0}.", weight),
+            .remedy = say("The line is in order. Clear the pan and press the scale's zero key, or "
+                          "take off the tare.")};
+  if (tellsMotion(model) && !weighing.details->stable)
+    return {.code = "moving",
+            .cause = say("The scale answers and says that the weight is moving: {0}.", weight),
+            .remedy = say("The line is in order. Wait until the load is at rest; wind, vibration "
+                          "or something that touches the pan keeps a weight moving.")};
+  if (weighing.weight == 0)
+    return {.code = "zero",
+            .cause = say("The scale answers, and its weight is zero: {0}.", weight),
+            .remedy = say("The line is in order. Put a load on; if the weight stays zero, see to "
+                          "the pan and its transport locks.")};
+  return {.code = "good",
+          .cause = say("The scale answers with a good weight: {0}.", weight),
+          .remedy = say("Nothing is to be done.")};
 }
 
 /// Polls the scale as long as that tells something. Gives the error of the last poll.
@@ -67,17 +92,17 @@ host::LastError poll(const Connection& connection, const Practice& practice, Dia
   PollTimes& polls = diagnosis.polls;
   std::vector<Milliseconds> times;
   const Clock::time_point end = Clock::now() + kPollingTime;
-  while (polls.done < kPolls && Clock::now() < end && !practice.interrupt.asked()) {
-    practice.progress.show(fill(text::kPolling, {std::to_string(polls.done + 1)}));
-    const Reading reading = session.read(id, true);
+  while (polls.done < kPolls && Clock::now() < end && !Ending::asked()) {
+    practice.progress.show(say("poll {0}", polls.done + 1));
+    const Weighing weighing = session.read(id, true);
     // A poll that the signal cut into says nothing about the scale.
-    if (!reading.good() && practice.interrupt.asked()) break;
+    if (!weighing.good() && Ending::asked()) break;
     ++polls.done;
-    last = reading.error;
-    if (isAnswer(reading)) {
+    last = weighing.error;
+    if (isAnswer(weighing)) {
       ++polls.answered;
-      times.push_back(reading.poll);
-      diagnosis.reading = reading;
+      times.push_back(weighing.poll);
+      diagnosis.weighing = weighing;
     } else if (polls.answered == 0 && polls.done >= kHopeless) {
       break;
     }
@@ -92,26 +117,28 @@ host::LastError poll(const Connection& connection, const Practice& practice, Dia
 /// The verdict once the line can be used; none if the user had enough before.
 std::optional<Finding> lineVerdict(const Connection& connection, const ScalesModel& model,
                                    const Practice& practice, Diagnosis& diagnosis) {
-  if (practice.interrupt.asked()) return std::nullopt;
+  if (Ending::asked()) return std::nullopt;
   diagnosis.polls.wire = wireTime(connection, *model.sheet);
   const host::LastError last = poll(connection, practice, diagnosis);
   const PollTimes& polls = diagnosis.polls;
   if (polls.answered > 0 && polls.answered < polls.done) {
-    return finding(advice::kUnsteady, {std::to_string(polls.done), std::to_string(polls.answered),
-                                       std::to_string(polls.done - polls.answered)});
+    return Finding{.code = "unsteady",
+                   .cause = say("Of {0} polls {1} were answered and {2} were not.", polls.done,
+                                polls.answered, polls.done - polls.answered),
+                   .remedy = say("Check plugs and earth, shorten the cable, and see that no other "
+                                 "program asks this scale.")};
   }
-  if (diagnosis.reading) {
-    diagnosis.weighs = diagnosis.reading->good();
-    if (auto note = unaskedNote(connection, model, practice.interrupt))
-      diagnosis.notes.push_back(std::move(*note));
-    return readingVerdict(*diagnosis.reading, connection.model);
+  if (diagnosis.weighing) {
+    diagnosis.weighs = diagnosis.weighing->good();
+    if (auto note = unaskedNote(connection, model)) diagnosis.notes.push_back(std::move(*note));
+    return weighingVerdict(*diagnosis.weighing, connection.model);
   }
   if (last.code == kNoConnection && !connection.network)
-    return finding(advice::kLineFails, {connection.device, last.text});
-  if (practice.interrupt.asked()) return std::nullopt;
-  practice.progress.show(say(text::kListening));
-  const Heard heard = listen(connection, *model.sheet, practice.interrupt);
-  if (practice.interrupt.asked()) return std::nullopt;
+    return lineFails(connection.device, last.text);
+  if (Ending::asked()) return std::nullopt;
+  practice.progress.show(say("listening"));
+  const Heard heard = listen(connection, *model.sheet);
+  if (Ending::asked()) return std::nullopt;
   diagnosis.bytes = heard.all();
   return judge(heard, model, connection);
 }
@@ -125,10 +152,10 @@ std::optional<Finding> verdictOn(const Connection& connection, const Practice& p
     diagnosis.weighs = model != nullptr && model->create != nullptr;
     return trouble;
   }
-  if (practice.interrupt.asked()) return std::nullopt;
-  practice.progress.show(say(text::kLookingAtLine));
+  if (Ending::asked()) return std::nullopt;
+  practice.progress.show(say("looking at the line"));
   if (connection.network) {
-    if (auto trouble = hostTrouble(connection, practice.interrupt)) return trouble;
+    if (auto trouble = hostTrouble(connection)) return trouble;
   } else {
     diagnosis.notes = deviceNotes(connection.device, practice.roots);
     if (auto trouble = deviceTrouble(connection, practice.roots, diagnosis)) return trouble;
@@ -138,12 +165,6 @@ std::optional<Finding> verdictOn(const Connection& connection, const Practice& p
 
 }  // namespace
 
-Finding finding(const Advice& advice, std::initializer_list<std::string> arguments) {
-  return {.code = advice.code,
-          .cause = fill(advice.cause, arguments),
-          .remedy = fill(advice.remedy, arguments)};
-}
-
 bool tellsMotion(int model) {
   const ScalesModel* row = findScalesModel(model);
   // The emulator has no sheet, and does move.
@@ -151,9 +172,9 @@ bool tellsMotion(int model) {
          row->sheet->motion.told == Motion::Told::ByFrame;
 }
 
-std::chrono::seconds longestDiagnosis(const Connection& connection) {
+std::chrono::milliseconds longestDiagnosis(const Connection& connection) {
   const ScalesModel* model = findScalesModel(connection.model);
-  if (modelTrouble(model, connection.model)) return std::chrono::seconds{0};
+  if (modelTrouble(model, connection.model)) return Time{0};
   // On a line that others use, each drain may take all of its time.
   const Time poll =
       longestPoll(*model->sheet, connection.network, {.stretch = Time{kLongestDrain_ms}});
@@ -161,7 +182,7 @@ std::chrono::seconds longestDiagnosis(const Connection& connection) {
   sum += longestListening(*model->sheet);
   // The name, the first connection, the component's and the one that is listened to.
   if (connection.network) sum += 4 * kLongestConnect;
-  return std::chrono::ceil<std::chrono::seconds>(sum);
+  return sum;
 }
 
 Diagnosis diagnose(const Connection& connection, const Practice& practice) {
@@ -169,9 +190,11 @@ Diagnosis diagnose(const Connection& connection, const Practice& practice) {
   const PollTimes& polls = diagnosis.polls;
   const auto verdict = verdictOn(connection, practice, diagnosis);
   diagnosis.verdict =
-      verdict
-          ? *verdict
-          : finding(advice::kStopped, {std::to_string(polls.done), std::to_string(polls.answered)});
+      verdict ? *verdict
+              : Finding{.code = "stopped",
+                        .cause = say("Stopped before there was a verdict; polls {0}, answered {1}.",
+                                     polls.done, polls.answered),
+                        .remedy = say("Run it again and let it come to its end.")};
   return diagnosis;
 }
 

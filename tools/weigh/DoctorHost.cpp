@@ -1,5 +1,3 @@
-#include "DoctorHost.h"
-
 #include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
@@ -13,6 +11,9 @@
 #include <string>
 #include <thread>
 #include <utility>
+
+#include "Doctor.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -102,10 +103,10 @@ enum class Wait { Done, TooLong, Interrupted };
 
 /// Waits in slices for what the network does.
 template <typename Work>
-Wait waitFor(Work& work, const Interrupt& interrupt) {
+Wait waitFor(Work& work) {
   const Clock::time_point end = Clock::now() + kLongestConnect;
   while (Clock::now() < end) {
-    if (interrupt.asked()) return Wait::Interrupted;
+    if (Ending::asked()) return Wait::Interrupted;
     if (work.waitFor(kSlice)) return Wait::Done;
   }
   return Wait::TooLong;
@@ -113,32 +114,47 @@ Wait waitFor(Work& work, const Interrupt& interrupt) {
 
 }  // namespace
 
-std::optional<Finding> hostTrouble(const Connection& connection, const Interrupt& interrupt) {
+std::optional<Finding> hostTrouble(const Connection& connection) {
   const std::string& host = connection.host;
-  const std::string port = std::to_string(connection.tcpPort);
+  const int port = connection.tcpPort;
+  const auto noSuchName = [&](const char* why) {
+    return Finding{
+        .code = "no-such-name",
+        .cause = say("The host name {0} leads to no address: {1}.", host, why),
+        .remedy =
+            say("Check the spelling, or give the address in numbers, such as 192.168.0.200.")};
+  };
 
-  Question question(host, port);
-  const Wait named = waitFor(question, interrupt);
+  Question question(host, std::to_string(port));
+  const Wait named = waitFor(question);
   if (named == Wait::Interrupted) return std::nullopt;
-  if (named == Wait::TooLong)
-    return finding(advice::kNoSuchName, {host, port, ::gai_strerror(EAI_AGAIN)});
+  if (named == Wait::TooLong) return noSuchName(::gai_strerror(EAI_AGAIN));
   const Address address = question.take();
-  if (address.status != 0) {
-    const bool system = address.status == EAI_SYSTEM;
-    return finding(
-        advice::kNoSuchName,
-        {host, port, system ? std::strerror(address.systemError) : ::gai_strerror(address.status)});
-  }
+  if (address.status == EAI_SYSTEM) return noSuchName(std::strerror(address.systemError));
+  if (address.status != 0) return noSuchName(::gai_strerror(address.status));
 
   Connecting connecting(address);
-  const Wait connected = waitFor(connecting, interrupt);
+  const Wait connected = waitFor(connecting);
   if (connected == Wait::Interrupted) return std::nullopt;
   if (connected == Wait::TooLong || connecting.error() == ETIMEDOUT) {
-    return finding(advice::kNoAnswerInTime, {host, port, std::to_string(kLongestConnect.count())});
+    return Finding{.code = "no-answer",
+                   .cause = say("{0} did not answer on TCP port {1} within {2} s.", host, port,
+                                kLongestConnect.count()),
+                   .remedy = say("Is the scale or its converter switched on, is the address right, "
+                                 "does a firewall stand between?")};
   }
   if (connecting.error() == 0) return std::nullopt;
-  const Advice& why = connecting.error() == ECONNREFUSED ? advice::kRefused : advice::kUnreachable;
-  return finding(why, {host, port, std::strerror(connecting.error())});
+  if (connecting.error() == ECONNREFUSED) {
+    return Finding{.code = "refused",
+                   .cause = say("{0} is there but refuses TCP port {1}.", host, port),
+                   .remedy = say("Set the port that the scale or its converter listens on, and see "
+                                 "that no other program has its only connection.")};
+  }
+  return Finding{
+      .code = "unreachable",
+      .cause = say("{0} can't be reached: {1}.", host, std::strerror(connecting.error())),
+      .remedy = say("Check network cable, address and mask on both sides; `ping {0}` must answer.",
+                    shellWord(host))};
 }
 
 }  // namespace weigh

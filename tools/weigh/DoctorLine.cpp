@@ -1,5 +1,3 @@
-#include "DoctorLine.h"
-
 #include <fcntl.h>
 #include <linux/serial.h>
 #include <sys/ioctl.h>
@@ -10,12 +8,11 @@
 #include <cerrno>
 #include <cstring>
 
-#include "Failure.h"
-#include "FindLine.h"
-#include "FindReport.h"
+#include "Doctor.h"
 #include "Noise.h"
+#include "OpenLine.h"
 #include "Recognise.h"
-#include "Texts.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -67,17 +64,6 @@ class ErrorCounters {
   bool known_;
 };
 
-/// The bytes of a sentence.
-std::string shown(const recognise::Bytes& bytes) {
-  const std::string text = hexText(std::span(bytes).first(std::min(bytes.size(), kShown)));
-  return bytes.size() > kShown ? text + " ..." : text;
-}
-
-std::string lineText(const Connection& connection) {
-  return connection.network ? connection.host + ':' + std::to_string(connection.tcpPort)
-                            : connection.device;
-}
-
 recognise::Evidence stream(const Heard& heard) {
   return {.origin = recognise::Origin::Stream, .pieces = {heard.unasked}};
 }
@@ -112,30 +98,16 @@ std::optional<recognise::Candidate> otherModel(const Heard& heard) {
   return best.front();
 }
 
-/// The numbers of the models that speak like this one, as an end of a sentence.
-std::string kinText(const recognise::Candidate& candidate) {
-  std::string kin;
-  for (const int number : candidate.kin) kin += (kin.empty() ? "" : ", ") + std::to_string(number);
-  return kin.empty() ? kin : fill(text::kOrKin, {kin});
-}
-
 /// Its number, and theirs behind it: "25 / 39".
 std::string numbersOf(const recognise::Candidate& candidate) {
   std::string numbers = std::to_string(candidate.model->number);
-  for (const int number : candidate.kin) numbers += " / " + std::to_string(number);
+  for (const int number : candidate.kin) numbers += fmt::format(" / {}", number);
   return numbers;
 }
 
 /// The call that finds out which scale is on this line.
 std::string findCall(const Connection& connection) {
-  return connection.network ? "weigh find --host " + connection.host + " --tcp-port " +
-                                  std::to_string(connection.tcpPort)
-                            : "weigh find --port " + connection.device;
-}
-
-std::string speedText(const Connection& connection) {
-  return connection.network ? say(text::kConvertersSpeed)
-                            : fill(text::kBaud, {std::to_string(connection.baud)});
+  return "weigh find " + connection.options(false);
 }
 
 }  // namespace
@@ -152,15 +124,15 @@ milliseconds longestListening(const ProtocolSheet& sheet) {
   return kUnaskedTime + kRequests * (kAnswerTime + milliseconds{sheet.request.pause_ms});
 }
 
-Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Interrupt& interrupt) {
+Heard listen(const Connection& connection, const ProtocolSheet& sheet) {
   const bool asks = !transmitsByItself(sheet);
   Heard heard;
   try {
     const ErrorCounters counters(connection);
-    FindLine line(connection, interrupt);
+    OpenLine line(connection);
     line.set(connection.baud, sheet.line);
     heard.unasked = line.listen(asks ? kUnaskedTime : kStreamTime);
-    for (int i = 0; asks && i < kRequests && !interrupt.asked(); ++i) {
+    for (int i = 0; asks && i < kRequests && !Ending::asked(); ++i) {
       line.ask(sheet.request);
       heard.answers.push_back(line.hear(kAnswerTime, kAnswerTime));
     }
@@ -173,16 +145,21 @@ Heard listen(const Connection& connection, const ProtocolSheet& sheet, const Int
   return heard;
 }
 
-std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model,
-                                   const Interrupt& interrupt) {
+std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model) {
   if (connection.network || transmitsByItself(*model.sheet)) return std::nullopt;
   try {
-    FindLine line(connection, interrupt);
+    OpenLine line(connection);
     line.set(connection.baud, model.sheet->line);
     const recognise::Bytes bytes = line.listen(kUnaskedTime);
     if (bytes.empty()) return std::nullopt;
-    return finding(advice::kUnasked, {connection.device, std::to_string(model.number), shown(bytes),
-                                      findCall(connection)});
+    return Finding{
+        .code = "unasked-bytes",
+        .cause = say("Bytes come in on {0} that nobody asked for, as no scale of model {1} sends "
+                     "them; the weight may be made of them: {2}.",
+                     connection.device, model.number, hexText(bytes, kShown)),
+        .remedy = say("Compare the weight with the scale's display; `{0}` tells which model the "
+                      "bytes fit.",
+                      findCall(connection))};
   } catch (const Failure&) {
     // The weight is there all the same.
     return std::nullopt;
@@ -190,39 +167,111 @@ std::optional<Finding> unaskedNote(const Connection& connection, const ScalesMod
 }
 
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {
-  const std::string number = std::to_string(model.number);
   const recognise::Bytes all = heard.all();
+  const std::string line = connection.address();
   if (all.empty() && connection.network) {
-    return finding(heard.hungUp ? advice::kHangsUp : advice::kConnectsSilent,
-                   {connection.host, std::to_string(connection.tcpPort), number});
+    if (heard.hungUp) {
+      return {.code = "hangs-up",
+              .cause = say("{0} takes the connection on TCP port {1} and ends it at once.",
+                           connection.host, connection.tcpPort),
+              .remedy = say("See that no other program is connected: most converters take one "
+                            "connection at a time.")};
+    }
+    return {.code = "connects-silent",
+            .cause = say("{0} takes the connection on TCP port {1}, and then nothing comes.",
+                         connection.host, connection.tcpPort),
+            .remedy = say("See to the converter's serial side: speed, cable, is the scale on; and "
+                          "that model {0} is the right one.",
+                          model.number)};
   }
-  if (all.empty() && heard.hungUp)
-    return finding(advice::kLineFails, {connection.device, std::strerror(EIO)});
+  if (all.empty() && heard.hungUp) return lineFails(connection.device, std::strerror(EIO));
 
-  const auto found = [&](const Advice& advice, const std::array<std::string, 3>& own = {}) {
-    return finding(advice,
-                   {lineText(connection), number, shown(all), speedText(connection),
-                    model.sheet->line.text(), findCall(connection), own[0], own[1], own[2]});
+  const std::string bytes = hexText(all, kShown);
+  const std::string find = findCall(connection);
+  const std::string wanted = model.sheet->line.text();
+  const auto wrongSpeed = [&] {
+    const std::string speed =
+        connection.network ? say("set in the converter") : say("{0} baud", connection.baud);
+    return Finding{
+        .code = "wrong-speed",
+        .cause = say("The bytes on {0} look as if the scale sent at another speed than "
+                     "the line's ({1}): {2}.",
+                     line, speed, bytes),
+        .remedy = say("Set the speed that stands in the scale's menu; `{0}` finds it out.", find)};
+  };
+  const auto wrongParity = [&](const std::string& cause) {
+    return Finding{.code = "wrong-parity",
+                   .cause = cause,
+                   .remedy = say("Set {0} in the scale's menu; if it has no such setting, it is "
+                                 "another model.",
+                                 wanted)};
+  };
+  const auto garbled = [&](const std::string& cause) {
+    return Finding{.code = "garbled",
+                   .cause = cause,
+                   .remedy = say("Set the protocol of model {0} in the scale's menu; `{1}` tells "
+                                 "which model the bytes fit.",
+                                 model.number, find)};
   };
   // What the hardware counts is certain.
-  if (heard.framingErrors > 0) return found(advice::kWrongSpeed);
-  if (heard.parityErrors > 0) return found(advice::kParityErrors);
-  if (all.empty()) return found(advice::kSilent);
-  if (isOwn(heard, model)) return found(advice::kNotRead);
-  if (isEcho(heard, model.sheet->request)) return found(advice::kEcho);
+  if (heard.framingErrors > 0) return wrongSpeed();
+  if (heard.parityErrors > 0) {
+    return wrongParity(say("The bytes on {0} come with the wrong parity; model {1} wants {2}: {3}.",
+                           line, model.number, wanted, bytes));
+  }
+  if (all.empty()) {
+    return {.code = "silent",
+            .cause = say("{0} opens, but nothing comes in at {1} baud.", line, connection.baud),
+            .remedy = say("Is the scale on, are its lines crossed (TX to RX), is its port set to "
+                          "the protocol of model {0}? `{1}` tries all models and speeds.",
+                          model.number, find)};
+  }
+  if (isOwn(heard, model)) {
+    return {
+        .code = "not-read",
+        .cause = say("Frames of model {0} come in on {1}, but no poll gets one: {2}.", model.number,
+                     line, bytes),
+        .remedy = say("Over TCP a scale that transmits by itself must pause for more than 100 ms "
+                      "now and then, and an answer must have the length that the driver asks "
+                      "for; over a serial line see to plugs and earth.")};
+  }
+  if (isEcho(heard, model.sheet->request)) {
+    return {.code = "echo",
+            .cause = say("What is sent on {0} comes back unchanged: {1}.", line, bytes),
+            .remedy = say("Take off the loop-back plug, or switch off the echo of the RS-485 "
+                          "adapter; TX and RX may be joined.")};
+  }
   if (const auto other = otherModel(heard)) {
-    return found(advice::kOtherModel,
-                 {other->model->pageText(), numbersOf(*other), kinText(*other)});
+    const std::string kin =
+        other->kin.empty() ? "" : say("; models with the same frames: {0}", joined(other->kin));
+    return {.code = "other-model",
+            .cause = say("What comes in on {0} are frames of another model than {1}: {2}{3}.", line,
+                         model.number, other->model->pageText(), kin),
+            .remedy = say("Set model {0}, or set the scale to the protocol of model {1}.",
+                          numbersOf(*other), model.number)};
   }
   switch (recognise::judgeNoise(all)) {
-    case recognise::Noise::WrongSpeed: return found(advice::kWrongSpeed);
-    case recognise::Noise::EvenParity: return found(advice::kWrongParity, {say(text::kEven)});
-    case recognise::Noise::OddParity: return found(advice::kWrongParity, {say(text::kOdd)});
-    case recognise::Noise::CleanText: return found(advice::kCleanText);
+    case recognise::Noise::WrongSpeed: return wrongSpeed();
+    case recognise::Noise::EvenParity:
+      return wrongParity(
+          say("The bytes on {0} look like 7 data bits with even parity, and model {1} "
+              "wants {2}: {3}.",
+              line, model.number, wanted, bytes));
+    case recognise::Noise::OddParity:
+      return wrongParity(
+          say("The bytes on {0} look like 7 data bits with odd parity, and model {1} "
+              "wants {2}: {3}.",
+              line, model.number, wanted, bytes));
+    case recognise::Noise::CleanText:
+      return garbled(
+          say("Readable text comes in on {0}, so speed and parity are right, but never a "
+              "frame of model {1}: {2}.",
+              line, model.number, bytes));
     case recognise::Noise::TooFew:
     case recognise::Noise::Unclear: break;
   }
-  return found(advice::kGarbled);
+  return garbled(
+      say("Bytes come in on {0}, but never a frame of model {1}: {2}.", line, model.number, bytes));
 }
 
 }  // namespace weigh

@@ -1,21 +1,17 @@
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <map>
-#include <memory>
 #include <sstream>
-#include <system_error>
 
-#include "Commands.h"
 #include "Explain.h"
-#include "ExplainTexts.h"
-#include "FindReport.h"
+#include "LongWork.h"
 #include "Records.h"
 #include "ResultCode.h"
-#include "Texts.h"
-#include "Units.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -37,17 +33,25 @@ struct ExplainOptions {
   Format format = Format::Text;
 };
 
+/// A name for programs, the same in all languages, and a text for people.
+struct Named {
+  const char* name;
+  std::string text;
+};
+
 exchange::Log readFile(const std::string& file) {
-  std::error_code error;
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) error = {errno, std::generic_category()};
-  if (std::filesystem::is_directory(file)) error = std::make_error_code(std::errc::is_a_directory);
-  if (error) throw Failure(kWrongUsage, fill(text::kNoLog, {file, error.message()}));
+  const int error = !stream ? errno : std::filesystem::is_directory(file) ? EISDIR : 0;
+  if (error != 0)
+    throw Failure(kWrongUsage, say("{0} can't be read: {1}", file, std::strerror(error)));
   std::ostringstream content;
   content << stream.rdbuf();
   exchange::Log log = exchange::readLog(content.str());
   if (log.records.empty()) {
-    throw Failure(kWrongUsage, fill(text::kNoLogRecords, {file}), say(text::kNoLogRecordsRemedy));
+    throw Failure(
+        kWrongUsage, say("{0} has no record of an exchange", file),
+        say("An exchange log comes from a folder with a file log.txt, or from `weigh read "
+            "--log DIR`."));
   }
   return log;
 }
@@ -56,255 +60,150 @@ LogModel modelOf(const ExplainOptions& options, const exchange::Log& log) {
   if (options.model < 0) {
     LogModel found = recognise::recogniseLog(log);
     if (found.model == nullptr) {
-      throw Failure(kScaleFailed, say(text::kLogModelUnknown), say(text::kLogModelUnknownRemedy));
+      throw Failure(kFailed, say("no model's driver would have written this"),
+                    say("Name the model with --model."));
     }
     return found;
   }
   const ScalesModel* model = findScalesModel(options.model);
-  if (model == nullptr || model->sheet == nullptr) {
-    throw Failure(kWrongUsage, fill(text::kModelWithoutProtocol, {std::to_string(options.model)}));
-  }
+  if (model == nullptr || model->sheet == nullptr)
+    throw Failure(kWrongUsage, say("model {0} has no protocol", options.model));
   return {.model = model, .kin = {}, .byFrames = false};
 }
 
-const char* eventText(const std::string& event) {
-  struct Event {
-    const char* name;
-    const Text& text;
-  };
-  static const std::array<Event, 6> kEvents = {{{"OPEN", text::kEventOpen},
-                                                {"ERROR_OPEN", text::kEventErrorOpen},
-                                                {"CLOSE", text::kEventClose},
-                                                {"CAN'T READ", text::kEventCantRead},
-                                                {"CAN'T WRITE", text::kEventCantWrite},
-                                                {"STOP PROGRAM", text::kEventStop}}};
-  for (const Event& known : kEvents) {
-    if (event == known.name) return say(known.text);
-  }
-  return "";
+std::string eventText(const std::string& event) {
+  static constexpr std::array<std::pair<std::string_view, const char*>, 6> kEvents = {
+      {{"OPEN", message("the port was opened")},
+       {"ERROR_OPEN", message("the port could not be opened")},
+       {"CLOSE", message("the port was closed")},
+       {"CAN'T READ", message("a read from a port that isn't open")},
+       {"CAN'T WRITE", message("a write to a port that isn't open")},
+       {"STOP PROGRAM", message("the driver ended")}}};
+  const auto* known = std::ranges::find(kEvents, event, &decltype(kEvents)::value_type::first);
+  return known == kEvents.end() ? "" : std::string(translated(known->second));
 }
 
-struct RoleName {
-  const char* name;
-  const Text* text;
-};
-RoleName nameOf(Role role) {
-  switch (role) {
-    case Role::Event: return {"event", nullptr};
-    case Role::Request: return {"request", &text::kRoleRequest};
-    case Role::RequestFirst: return {"request_first", &text::kRoleRequestFirst};
-    case Role::RequestSecond: return {"request_second", &text::kRoleRequestSecond};
-    case Role::Tare: return {"tare", &text::kRoleTare};
-    case Role::Zero: return {"zero", &text::kRoleZero};
-    case Role::Price: return {"price", &text::kRolePrice};
-    case Role::UnknownWrite: return {"unknown", &text::kRoleUnknownWrite};
-    case Role::Drained: return {"drained", &text::kRoleDrained};
-    case Role::Skipped: return {"skipped", &text::kRoleSkipped};
+Named roleOf(const ExplainedRecord& row) {
+  switch (row.role) {
+    case Role::Event: return {"event", eventText(row.record->text())};
+    case Role::Request: return {"request", say("asks for the weight")};
+    case Role::RequestFirst: return {"request_first", say("asks for the weight, first part")};
+    case Role::RequestSecond: return {"request_second", say("asks for the weight, second part")};
+    case Role::Tare: return {"tare", say("sets the tare")};
+    case Role::Zero: return {"zero", say("sets the zero")};
+    case Role::Price: return {"price", say("sends a price, or a setting in its place")};
+    case Role::UnknownWrite: return {"unknown", say("is no command of this model")};
+    case Role::Drained: return {"drained", say("thrown away before reading")};
+    case Role::Skipped: return {"skipped", say("stepped over, begins no frame")};
     case Role::FramePart: break;
   }
-  return {"answer", &text::kRoleFramePart};
+  return {"answer",
+          sayCount("answer, {0} byte so far", "answer, {0} bytes so far", row.frameBytes)};
 }
-
-std::string roleText(const ExplainedRecord& row) {
-  if (row.role == Role::Event) return eventText(row.record->text());
-  return fill(*nameOf(row.role).text, {std::to_string(row.frameBytes)});
-}
-
-const char* reasonName(Refusal::Reason reason) {
-  switch (reason) {
-    case Refusal::Reason::Silence: return "silence";
-    case Refusal::Reason::TooShort: return "too_short";
-    case Refusal::Reason::NoEnd: return "no_end";
-    case Refusal::Reason::WrongBytes: return "wrong_bytes";
-    case Refusal::Reason::Checksum: break;
-  }
-  return "checksum";
-}
-
-const Text& failureText(Refusal::Reason reason) {
-  switch (reason) {
-    case Refusal::Reason::Silence: return text::kFailSilence;
-    case Refusal::Reason::TooShort:
-    case Refusal::Reason::NoEnd: return text::kFailTooShort;
-    default: return text::kFailWrong;
-  }
-}
-
-std::string hexOf(std::uint8_t byte) { return hexText(std::span(&byte, 1)); }
 
 std::string eitherOf(std::span<const std::uint8_t> values) {
   // Where nearly everything would do, the first few say enough.
   constexpr std::size_t kShown = 4;
-  std::string list;
-  for (const std::uint8_t value : values.first(std::min(values.size(), kShown))) {
-    list += (list.empty() ? "" : say(text::kOrWord)) + hexOf(value);
-  }
-  return values.size() > kShown ? list + " ..." : list;
+  std::vector<std::string> list;
+  for (const std::uint8_t value : values.first(std::min(values.size(), kShown)))
+    list.push_back(hexText(std::span(&value, 1)));
+  const std::string text = joined(list, say(" or "));
+  return values.size() > kShown ? text + " ..." : text;
 }
 
 std::string wrongBytesText(const Verdict& verdict) {
-  std::string list;
+  std::vector<std::string> list;
   for (const auto& [position, is, wanted] : verdict.refusal.wrong) {
-    const bool last = position + 1 == verdict.frame.size();
-    if (!list.empty()) list += say(text::kAndWord);
-    list += fill(last ? text::kWhyLastByte : text::kWhyByte,
-                 {std::to_string(position + 1), hexOf(is), eitherOf(wanted)});
+    const std::string byte = hexText(std::span(&is, 1));
+    list.push_back(
+        position + 1 == verdict.frame.size()
+            ? say("byte {0} is {1}, the frame ends in {2}", position + 1, byte, eitherOf(wanted))
+            : say("byte {0} is {1}, the protocol wants {2}", position + 1, byte, eitherOf(wanted)));
   }
-  return list;
+  return joined(list, "; ");
 }
 
-std::string whyText(const Verdict& verdict, const ProtocolSheet& sheet) {
+/// Why a frame was refused.
+Named reasonOf(const Verdict& verdict, const ProtocolSheet& sheet) {
   const Refusal& refusal = verdict.refusal;
   switch (refusal.reason) {
     case Refusal::Reason::Silence:
-      return fill(text::kWhySilence, {std::to_string(sheet.asking.budget_ms)});
+      return {"silence", say("no answer came within {0} ms", sheet.asking.budget_ms)};
     case Refusal::Reason::TooShort:
-      return fill(text::kWhyTooShort,
-                  {std::to_string(refusal.size), std::to_string(refusal.wantedSize)});
+      return {"too_short", sayCount("{0} byte, the frame has {1}", "{0} bytes, the frame has {1}",
+                                    refusal.size, refusal.wantedSize)};
     case Refusal::Reason::NoEnd: {
       const auto& style = std::get<TerminatorRead>(sheet.read);
-      return fill(text::kWhyNoEnd,
-                  {style.match == TerminatorRead::Match::AnyOf ? eitherOf(style.end.view())
-                                                               : hexText(style.end.view())});
+      return {"no_end",
+              say("the frame doesn't end in {0}", style.match == TerminatorRead::Match::AnyOf
+                                                      ? eitherOf(style.end.view())
+                                                      : hexText(style.end.view()))};
     }
-    case Refusal::Reason::WrongBytes: return wrongBytesText(verdict);
+    case Refusal::Reason::WrongBytes: return {"wrong_bytes", wrongBytesText(verdict)};
     case Refusal::Reason::Checksum: break;
   }
   const auto& sum = refusal.wrong.front();
-  return fill(text::kWhyChecksum, {hexOf(sum.is), eitherOf(sum.wanted)});
+  return {"checksum", say("the checksum is {0}, the bytes make {1}", hexText(std::span(&sum.is, 1)),
+                          eitherOf(sum.wanted))};
 }
 
 /// "5-8, 11", counted from 1.
 std::string bytesText(const std::vector<std::size_t>& positions) {
-  std::string list;
+  std::vector<std::string> list;
   for (std::size_t i = 0; i < positions.size();) {
     std::size_t end = i + 1;
     while (end < positions.size() && positions[end] == positions[end - 1] + 1) ++end;
-    if (!list.empty()) list += ", ";
-    list += std::to_string(positions[i] + 1);
-    if (end - i > 1) list += "-" + std::to_string(positions[end - 1] + 1);
+    list.push_back(end - i > 1 ? fmt::format("{}-{}", positions[i] + 1, positions[end - 1] + 1)
+                               : std::to_string(positions[i] + 1));
     i = end;
   }
-  return list;
+  return joined(list);
 }
 
 std::string fieldText(FrameField::Name name, const Outputs& reading, Units units) {
   switch (name) {
-    case FrameField::Name::Weight:
-      return fill(text::kFieldWeight, {weightText(reading.weight, units)});
-    case FrameField::Name::Price: return fill(text::kFieldPrice, {moneyText(reading.price, units)});
-    case FrameField::Name::Cost: return fill(text::kFieldCost, {moneyText(reading.cost, units)});
-    case FrameField::Name::Stable: return say(reading.stable ? text::kStable : text::kMoving);
+    case FrameField::Name::Weight: return say("weight {0}", weightText(reading.weight, units));
+    case FrameField::Name::Price: return say("price {0}", moneyText(reading.price, units));
+    case FrameField::Name::Cost: return say("cost {0}", moneyText(reading.cost, units));
+    case FrameField::Name::Stable: return motionText(reading.stable);
     case FrameField::Name::Code: break;
   }
   return {};
 }
 
-std::string codeText(const Text& text, int code) {
-  return fill(text, {std::to_string(code), resultText(code)});
-}
-
 std::string verdictText(const Verdict& verdict, const ScalesModel& model) {
-  if (!verdict.good) return fill(text::kRefusedFrame, {whyText(verdict, *model.sheet)});
-  if (verdict.said.code != kSuccess) return codeText(text::kFrameSaysCode, verdict.said.code);
-  std::string fields;
+  if (!verdict.good) return say("refused: {0}", reasonOf(verdict, *model.sheet).text);
+  if (verdict.said.code != kSuccess) {
+    return say("the scale reports error {0}: {1}", verdict.said.code,
+               resultText(verdict.said.code));
+  }
+  std::vector<std::string> fields;
   for (const FrameField& field : verdict.fields) {
     const std::string value = fieldText(field.name, verdict.said.reading, unitsOf(model.number));
-    if (value.empty()) continue;
-    fields +=
-        (fields.empty() ? "" : ", ") + value + fill(text::kFieldBytes, {bytesText(field.bytes)});
+    if (!value.empty()) fields.push_back(value + say(" (bytes {0})", bytesText(field.bytes)));
   }
-  return fill(text::kGoodFrame, {fields});
-}
-
-const char* arrow(Record::Kind kind) {
-  switch (kind) {
-    case Record::Kind::System: return "--";
-    case Record::Kind::Outgoing: return ">>";
-    case Record::Kind::Incoming: break;
-  }
-  return "<<";
+  return say("good: {0}", joined(fields));
 }
 
 std::string contentText(const Record& record) {
   return record.kind == Record::Kind::System ? record.text() : hexText(record.bytes);
 }
 
-void writeModel(const LogModel& found, bool given) {
-  const Text& how = given            ? text::kLogModelGiven
-                    : found.byFrames ? text::kLogModelByFrames
-                                     : text::kLogModelByRequest;
-  std::cout << fill(how, {found.model->pageText()});
-  std::string kin;
-  for (const int number : found.kin) kin += (kin.empty() ? "" : ", ") + std::to_string(number);
-  if (!kin.empty()) std::cout << fill(text::kLogKin, {kin});
-  std::cout << '\n';
-}
-
-void writeRecords(const Explanation& explanation, const ScalesModel& model) {
-  std::string connection;
-  int poll = 0;
-  int attempt = 0;
-  for (const ExplainedRecord& row : explanation.records) {
-    if (row.record->connection != connection) {
-      connection = row.record->connection;
-      std::cout << connection << '\n';
-    }
-    if (row.poll != 0 && (row.poll != poll || row.attempt != attempt)) {
-      poll = row.poll;
-      attempt = row.attempt;
-      std::cout << fill(text::kPollAttempt, {std::to_string(poll), std::to_string(attempt)})
-                << '\n';
-    }
-    std::cout << "  " << row.record->time << "  " << arrow(row.record->kind) << "  "
-              << contentText(*row.record) << "   " << roleText(row) << '\n';
-    if (row.verdict) std::cout << "      = " << verdictText(*row.verdict, model) << '\n';
-  }
-}
-
-/// Why polls failed, with how many of them did so.
-std::map<std::string, int> failuresOf(const Explanation& explanation) {
-  std::map<std::string, int> failures;
-  for (const PollEnd& poll : explanation.polls) {
-    if (poll.good) continue;
-    ++failures[poll.code == kNoAnswer ? std::string(say(failureText(poll.reason)))
-                                      : codeText(text::kFailCode, poll.code)];
-  }
-  for (const ExplainedRecord& row : explanation.records) {
-    if (row.role == Role::Event && row.record->text() == "ERROR_OPEN") {
-      ++failures[say(text::kFailOpen)];
-    }
-  }
-  return failures;
-}
-
-std::size_t goodPolls(const Explanation& explanation) {
-  return static_cast<std::size_t>(std::ranges::count_if(explanation.polls, &PollEnd::good));
-}
-
-void writeSummary(const Explanation& explanation, const exchange::Log& log) {
-  const std::size_t polls = explanation.polls.size();
-  const std::size_t good = goodPolls(explanation);
-  for (const std::size_t line : log.damaged) {
-    std::cout << fill(text::kLogDamaged, {std::to_string(line)}) << '\n';
-  }
-  std::cout << fill(text::kLogSummary,
-                    {std::to_string(explanation.records.size()), std::to_string(polls),
-                     std::to_string(good), std::to_string(polls - good)})
-            << '\n';
-  for (const auto& [why, count] : failuresOf(explanation)) {
-    std::cout << fill(text::kLogFailures, {std::to_string(count), why}) << '\n';
-  }
-  std::cout << std::flush;
+std::string headText(const LogModel& found, bool given) {
+  const std::string name = found.model->pageText();
+  std::string text = given            ? say("Model {0}", name)
+                     : found.byFrames ? say("Model {0}, by its frames", name)
+                                      : say("Model {0}, by its request; no good frame came", name);
+  if (!found.kin.empty()) text += say("; models {0} explain the log as well", joined(found.kin));
+  return text + '\n';
 }
 
 Json verdictRecord(const Verdict& verdict, const ScalesModel& model) {
-  Json record;
-  record["good"] = verdict.good;
-  record["frame"] = hexText(verdict.frame);
-  record["text"] = verdictText(verdict, model);
+  Json record = {{"good", verdict.good},
+                 {"frame", hexText(verdict.frame)},
+                 {"text", verdictText(verdict, model)}};
   if (!verdict.good) {
-    record["reason"] = reasonName(verdict.refusal.reason);
+    record["reason"] = reasonOf(verdict, *model.sheet).name;
     return record;
   }
   const Outputs& reading = verdict.said.reading;
@@ -316,64 +215,151 @@ Json verdictRecord(const Verdict& verdict, const ScalesModel& model) {
   return record;
 }
 
-void writeJson(const Explanation& explanation, const exchange::Log& log, const LogModel& found) {
-  for (const ExplainedRecord& row : explanation.records) {
-    Json record;
-    record["line"] = row.record->line;
-    record["time"] = row.record->time;
-    record["kind"] = arrow(row.record->kind);
-    record["content"] = contentText(*row.record);
-    record["role"] = nameOf(row.role).name;
-    record["poll"] = row.poll == 0 ? Json() : Json(row.poll);
-    record["attempt"] = row.attempt == 0 ? Json() : Json(row.attempt);
-    record["verdict"] = row.verdict ? verdictRecord(*row.verdict, *found.model) : Json();
-    writeRecord(record);
+/// Writes the records one by one, with a line where a poll or an attempt begins.
+class ExplanationWriter {
+ public:
+  ExplanationWriter(const ScalesModel& model, Format format) : model_(model), format_(format) {}
+
+  void write(const ExplainedRecord& row) {
+    if (format_ == Format::Json) {
+      writeJson(row);
+    } else {
+      writeText(row);
+    }
   }
-  Json summary;
-  summary["model"] = found.model->number;
-  summary["kin"] = found.kin;
-  summary["records"] = explanation.records.size();
-  summary["damaged_lines"] = log.damaged;
-  summary["polls"] = explanation.polls.size();
-  summary["good"] = goodPolls(explanation);
-  summary["failures"] = failuresOf(explanation);
-  writeRecord(summary);
+
+ private:
+  void writeJson(const ExplainedRecord& row) const {
+    const auto orNone = [](int number) { return number == 0 ? Json() : Json(number); };
+    writeRecord({{"line", row.record->line},
+                 {"time", row.record->time},
+                 {"kind", kArrows.at(static_cast<std::size_t>(row.record->kind))},
+                 {"content", contentText(*row.record)},
+                 {"role", roleOf(row).name},
+                 {"poll", orNone(row.poll)},
+                 {"attempt", orNone(row.attempt)},
+                 {"verdict", row.verdict ? verdictRecord(*row.verdict, model_) : Json()}});
+  }
+
+  void writeText(const ExplainedRecord& row) {
+    std::string text;
+    if (row.record->connection != connection_) {
+      connection_ = row.record->connection;
+      text += connection_ + '\n';
+    }
+    if (row.poll != 0 && (row.poll != poll_ || row.attempt != attempt_)) {
+      poll_ = row.poll;
+      attempt_ = row.attempt;
+      text += say("poll {0}, attempt {1}", poll_, attempt_) + '\n';
+    }
+    text += fmt::format("  {}  {}  {}   {}\n", row.record->time,
+                        kArrows.at(static_cast<std::size_t>(row.record->kind)),
+                        contentText(*row.record), roleOf(row).text);
+    if (row.verdict) text += "      = " + verdictText(*row.verdict, model_) + '\n';
+    print(text);
+  }
+
+  /// Of an event, of what was written and of what was read.
+  static constexpr std::array kArrows = {"--", ">>", "<<"};
+
+  const ScalesModel& model_;
+  Format format_;
+  std::string connection_;
+  int poll_ = 0;
+  int attempt_ = 0;
+};
+
+/// Why a poll failed.
+Named failureOf(const PollEnd& poll) {
+  if (poll.code != kNoAnswer)
+    return {"code", say("the scale reported error {0}: {1}", poll.code, resultText(poll.code))};
+  switch (poll.reason) {
+    case Refusal::Reason::Silence: return {"silence", say("no answer came")};
+    case Refusal::Reason::TooShort:
+    case Refusal::Reason::NoEnd: return {"cut", say("the answer broke off")};
+    default: return {"damaged", say("the frame was damaged")};
+  }
+}
+
+/// Why polls failed, with how many of them did so. The names are for programs.
+std::map<std::string, std::pair<std::string, int>> failuresOf(const Explanation& explanation) {
+  std::map<std::string, std::pair<std::string, int>> failures;
+  const auto add = [&](const std::string& name, const std::string& text) {
+    auto& failure = failures[name];
+    failure.first = text;
+    ++failure.second;
+  };
+  for (const PollEnd& poll : explanation.polls) {
+    if (poll.good) continue;
+    const Named why = failureOf(poll);
+    add(poll.code == kNoAnswer ? why.name : fmt::format("{}_{}", why.name, poll.code), why.text);
+  }
+  for (const ExplainedRecord& row : explanation.records) {
+    if (row.role == Role::Event && row.record->text() == "ERROR_OPEN")
+      add("not_opened", say("the port could not be opened"));
+  }
+  return failures;
+}
+
+void writeSummary(const Explanation& explanation, const exchange::Log& log, const LogModel& found,
+                  Format format) {
+  const std::size_t polls = explanation.polls.size();
+  const auto good =
+      static_cast<std::size_t>(std::ranges::count_if(explanation.polls, &PollEnd::good));
+  Json failures = Json::object();
+  std::string text;
+  for (const std::size_t line : log.damaged)
+    text += say("line {0}: a record that lacks bytes", line) + '\n';
+  text += sayCount("{0} record", "{0} records", explanation.records.size()) + ", " +
+          sayCount("{0} poll: {1} good, {2} failed", "{0} polls: {1} good, {2} failed", polls, good,
+                   polls - good);
+  for (const auto& [name, why] : failuresOf(explanation)) {
+    failures[name] = why.second;
+    text += fmt::format("\n  {} x {}", why.second, why.first);
+  }
+  RecordWriter(format).write({{"model", found.model->number},
+                              {"kin", found.kin},
+                              {"records", explanation.records.size()},
+                              {"damaged_lines", log.damaged},
+                              {"polls", polls},
+                              {"good", good},
+                              {"failures", failures}},
+                             text);
 }
 
 ExitCode explain(const ExplainOptions& options) {
   const exchange::Log log = readFile(options.file);
   const LogModel found = modelOf(options, log);
+  if (options.format == Format::Text) print(headText(found, options.model >= 0));
   const Explanation explanation = recognise::explainLog(log, *found.model);
-  if (options.format == Format::Json) {
-    writeJson(explanation, log, found);
-  } else {
-    writeModel(found, options.model >= 0);
-    writeRecords(explanation, *found.model);
-    writeSummary(explanation, log);
+  ExplanationWriter writer(*found.model, options.format);
+  for (const ExplainedRecord& row : explanation.records) {
+    if (Ending::asked()) return kFailed;
+    writer.write(row);
   }
-  return !explanation.polls.empty() && explanation.polls.back().good ? kGood : kScaleFailed;
+  writeSummary(explanation, log, found, options.format);
+  return !explanation.polls.empty() && explanation.polls.back().good ? kGood : kFailed;
 }
 
 }  // namespace
 
 void addExplainCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<ExplainOptions>();
-  CLI::App& command = addCommand(app, {.name = "explain",
-                                       .about = text::kExplainAbout,
-                                       .example = "weigh explain log_scales_7.log --model 13",
-                                       .notes = &text::kExplainNotes});
-  command.add_option("log", options->file, say(text::kLogArgument))->required()->type_name("LOG");
-  command
-      .add_option_function<std::string>(
-          "--model,-m",
-          [options](const std::string& given) {
-            const auto last = static_cast<std::int64_t>(scalesModels().size()) - 1;
-            options->model = static_cast<int>(requireWhole("--model", given, 0, last));
-          },
-          say(text::kExplainModelOption))
-      ->type_name("N");
-  command.add_flag_callback(
-      "--json", [options] { options->format = Format::Json; }, say(text::kExplainJsonFlag));
+  CLI::App& command = addCommand(
+      app, "explain", say("Tell what happened in an exchange log, record by record"),
+      "weigh explain log_scales_7.log --model 13",
+      say("The model is recognised by what was written and read, unless it is given. Bytes are "
+          "counted from 1, as in the log.\n"
+          "Exit code 0 if the last poll was good, 1 if it wasn't or there was none."));
+  addText(command, "log", options->file, say("Exchange log, log_scales_<id>.log"))
+      ->required()
+      ->type_name("LOG");
+  const int last = static_cast<int>(scalesModels().size()) - 1;
+  addNumber(command, "--model,-m", options->model, 0, last,
+            say("Model number (default: recognised)"))
+      ->default_str("");
+  addJsonFlag(command, options->format,
+              say("One JSON record per record of the log, and one with the summary"));
   command.callback(
       [&program, options] { program.action = [options] { return explain(*options); }; });
 }

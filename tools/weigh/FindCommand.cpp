@@ -1,40 +1,25 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <iostream>
-#include <memory>
 #include <ranges>
-#include <sstream>
+#include <utility>
 
-#include "Commands.h"
-#include "FindReport.h"
 #include "FindSearch.h"
-#include "FindTexts.h"
-#include "Interrupt.h"
-#include "Progress.h"
-#include "Texts.h"
+#include "LongWork.h"
+#include "Records.h"
+#include "Text.h"
 
 namespace weigh {
 
 namespace {
 
+using recognise::Candidate;
+using recognise::Noise;
 using std::chrono::milliseconds;
 
 /// Those of the parameter page that a serial line takes; the usual ones first.
 constexpr std::array<int, 8> kSpeeds = {9600, 4800, 19200, 2400, 115200, 57600, 38400, 1200};
-
-std::string speedNames() {
-  std::string names;
-  for (const int speed : kSpeeds) names += (names.empty() ? "" : ",") + std::to_string(speed);
-  return names;
-}
-
-std::vector<std::string> parts(const std::string& list, char separator) {
-  std::vector<std::string> found;
-  std::istringstream stream(list);
-  for (std::string part; std::getline(stream, part, separator);) found.push_back(part);
-  return found;
-}
+/// Of bytes that nobody knows, so many are shown.
+constexpr std::size_t kShownBytes = 24;
 
 std::vector<const ScalesModel*> modelsWithProtocol() {
   std::vector<const ScalesModel*> models;
@@ -44,72 +29,286 @@ std::vector<const ScalesModel*> modelsWithProtocol() {
   return models;
 }
 
+/// The parts of a list such as "13,27".
+std::vector<std::string> partsOf(const std::string& list) {
+  std::vector<std::string> parts;
+  for (const auto part : std::views::split(list, ',')) parts.emplace_back(part.begin(), part.end());
+  return parts;
+}
+
 /// "13,27" or "7-12,16".
 std::vector<const ScalesModel*> modelsOf(const std::string& list) {
   const int last = static_cast<int>(scalesModels().size()) - 1;
   std::vector<const ScalesModel*> models;
-  const auto refuse = [&] {
-    throw CLI::ValidationError("--models", fill(text::kFindBadModels, {list}));
+  const auto turnDown = [&] {
+    refuse("--model", say("'{0}' is no list of models that have a protocol", list));
   };
-  for (const std::string& part : parts(list, ',')) {
+  for (const std::string& part : partsOf(list)) {
     const std::size_t dash = part.find('-');
     const auto from = wholeNumber(part.substr(0, dash), 0, last);
     const auto to = dash == std::string::npos ? from : wholeNumber(part.substr(dash + 1), 0, last);
-    if (!from || !to) refuse();
+    if (!from || !to) turnDown();
     for (const ScalesModel* model : modelsWithProtocol()) {
-      if (model->number >= *from && model->number <= *to) models.push_back(model);
+      const bool wanted = model->number >= *from && model->number <= *to;
+      if (wanted && std::ranges::count(models, model) == 0) models.push_back(model);
     }
   }
-  if (models.empty()) refuse();
+  if (models.empty()) turnDown();
   return models;
 }
 
 std::vector<int> speedsOf(const std::string& list) {
   std::vector<int> speeds;
-  for (const std::string& part : parts(list, ',')) {
-    const auto speed = wholeNumber(part, kSpeeds.back(), 115200);
-    if (!speed || std::ranges::count(kSpeeds, *speed) == 0) {
-      throw CLI::ValidationError("--speeds", fill(text::kFindBadSpeeds, {list, speedNames()}));
-    }
-    speeds.push_back(static_cast<int>(*speed));
+  for (const std::string& part : partsOf(list)) {
+    const auto speed = wholeNumber(part, 0, 115200);
+    if (!speed || std::ranges::count(kSpeeds, *speed) == 0)
+      refuse("--baud", say("'{0}' is no list of speeds; they are {1}", list, joined(kSpeeds, ",")));
+    if (std::ranges::count(speeds, *speed) == 0) speeds.push_back(static_cast<int>(*speed));
   }
+  if (speeds.empty()) refuse("--baud", say("may not be empty"));
   return speeds;
 }
 
 std::string durationText(milliseconds time) {
   const auto seconds = std::chrono::ceil<std::chrono::seconds>(time).count();
   constexpr std::int64_t kMinute = 60;
-  if (seconds < kMinute) return fill(text::kSeconds, {std::to_string(seconds)});
-  return fill(text::kMinutes,
-              {std::to_string(seconds / kMinute), std::to_string(seconds % kMinute)});
+  if (seconds < kMinute) return say("{0} s", seconds);
+  return say("{0} min {1} s", seconds / kMinute, seconds % kMinute);
 }
 
 std::string planText(const FindOptions& options, const FindPlan& plan) {
-  const std::string settings = std::to_string(plan.listening.size());
-  const std::string questions = std::to_string(plan.questions.size());
-  const std::string time = durationText(plan.longest);
-  if (plan.questions.empty()) return fill(text::kFindPlanListen, {settings, time});
-  if (options.connection.network) return fill(text::kFindPlanHost, {questions, time});
-  return fill(text::kFindPlanAsk, {settings, questions, std::to_string(plan.speeds.size()), time});
+  const std::size_t questions = plan.questions.size();
+  std::string text = options.connection.network
+                         ? say("Listening to the network scale")
+                         : sayCount("Listening at {0} setting of the line",
+                                    "Listening at {0} settings of the line", plan.listening.size());
+  if (questions > 0) {
+    text += ", " + sayCount("then asking {0} weight request", "then asking {0} weight requests",
+                            questions);
+    if (!options.connection.network)
+      text += " " + sayCount("at {0} speed", "at each of {0} speeds", plan.speeds.size());
+  }
+  return text + "; " +
+         say("this may take {0}, and ends sooner on a sure find.", durationText(plan.longest));
+}
+
+struct Named {
+  const char* name;
+  std::string text;
+};
+
+Named nameOf(Noise noise) {
+  switch (noise) {
+    case Noise::TooFew: return {"too_few", say("too few to tell")};
+    case Noise::CleanText: return {"text", say("clean text of an unknown protocol")};
+    case Noise::EvenParity: return {"even_parity", say("text with 7 data bits and even parity")};
+    case Noise::OddParity: return {"odd_parity", say("text with 7 data bits and odd parity")};
+    case Noise::WrongSpeed: return {"wrong_speed", say("looks like a wrong speed")};
+    case Noise::Unclear: break;
+  }
+  return {"unclear", say("unclear")};
+}
+
+/// Whether all that explain the same bytes as the best read the same of them.
+bool sameWeights(const std::vector<Sighting>& sightings) {
+  const Candidate& best = sightings.front().candidate;
+  const auto agrees = [&](const Sighting& other) {
+    return std::ranges::count(best.kin, other.candidate.model->number) > 0 &&
+           other.candidate.said.reading.weight == best.said.reading.weight;
+  };
+  return std::cmp_equal(std::ranges::count_if(sightings, agrees), best.kin.size());
+}
+
+/// What speaks against the best of the sightings.
+std::vector<Named> doubtsOf(const std::vector<Sighting>& sightings) {
+  const Candidate& best = sightings.front().candidate;
+  std::vector<Named> doubts;
+  const auto add = [&](recognise::Doubt doubt, const char* name, const std::string& text) {
+    if ((best.doubts & doubt) != 0) doubts.push_back({name, text});
+  };
+  add(recognise::kKin, "kin",
+      sameWeights(sightings)
+          ? say("models {0} can't be told apart from it on this line, and read the same weight; it "
+                "comes first for the plainest line settings",
+                joined(best.kin))
+          : say("models {0} explain the same bytes as well; take the one whose weight is that on "
+                "the "
+                "display",
+                joined(best.kin)));
+  add(recognise::kFewChecks, "few_checks",
+      say("the protocol checks so few bytes ({0} of {1}) that others would have passed too",
+          best.checks.guarded, best.checks.size));
+  add(recognise::kFewFrames, "few_frames", say("only one good frame came"));
+  add(recognise::kBadFrames, "bad_frames",
+      sayCount("{0} frame was refused", "{0} frames were refused", best.bad));
+  add(recognise::kStrayBytes, "stray_bytes",
+      say("{0} of {1} bytes belong to no frame", best.bytes - best.explained, best.bytes));
+  add(recognise::kImplausible, "implausible",
+      say("most of the frame plays no part in the reading, or price and cost don't agree"));
+  return doubts;
+}
+
+std::string saidText(const Candidate& candidate) {
+  if (candidate.said.code != 0) return say("error {0}", candidate.said.code);
+  return weightText(candidate.said.reading.weight, unitsOf(candidate.model->number));
+}
+
+/// The line as it was found.
+Connection foundAt(Connection connection, const Sighting& sighting) {
+  connection.model = sighting.candidate.model->number;
+  connection.baud = sighting.setting.bitsPerSecond;
+  return connection;
+}
+
+/// The settings of the parameter page by their names.
+Json pageValues(const Connection& found) {
+  Json page = {{"model", found.model}, {"conntype", found.network ? 1 : 0}};
+  page[found.network ? "ehost" : "cport"] = found.network ? found.host : found.device;
+  page[found.network ? "eport" : "cbaudrate"] = found.network ? found.tcpPort : found.baud;
+  return page;
+}
+
+std::string settingText(const LineSetting& setting) {
+  return setting.bitsPerSecond == 0 ? say("network") : setting.text();
+}
+
+std::string rankingText(const std::vector<Sighting>& sightings) {
+  Table table({say("RANK"), say("MODEL"), say("LINE"), say("HOW"), say("GOOD/BAD"), say("CHECKED"),
+               say("USED"), say("WEIGHT"), say("NAME")});
+  int rank = 0;
+  for (const auto& [candidate, setting, asked] : sightings) {
+    const recognise::Checks& checks = candidate.checks;
+    table.add({std::to_string(++rank), std::to_string(candidate.model->number),
+               settingText(setting), asked ? say("asked") : say("heard"),
+               fmt::format("{}/{}", candidate.good, candidate.bad),
+               say("{0} of {1}", checks.guarded, checks.size),
+               say("{0} of {1}", checks.used, checks.size), saidText(candidate),
+               candidate.model->pageText()});
+  }
+  return table.text() +
+         say("CHECKED: bytes of a frame whose change the protocol refuses. USED: bytes that the "
+             "reading depends on.") +
+         "\n\n";
+}
+
+std::string verdictText(const Connection& connection, const std::vector<Sighting>& sightings) {
+  const Candidate& best = sightings.front().candidate;
+  std::string text = best.uncertain()
+                         ? say("Probably model {0}, but uncertain:", best.model->number)
+                         : say("Model {0} it is.", best.model->number);
+  text += '\n';
+  for (const Named& doubt : doubtsOf(sightings)) text += "  - " + doubt.text + "\n";
+  text += say("Its last frame: {0}", hexText(best.frame)) + "\n\n" +
+          say("For the parameter page:") + "\n";
+  const Connection found = foundAt(connection, sightings.front());
+  for (const auto& [name, value] : pageValues(found).items()) {
+    const std::string shown = value.is_string() ? value.get<std::string>() : value.dump();
+    text += fmt::format("  {:<12}{}\n", name, shown);
+  }
+  return text +
+         say("Try it: {0}", fmt::format("weigh read --model {} {}", found.model, found.options())) +
+         "\n";
+}
+
+void writeText(const Connection& connection, const FindResult& result) {
+  if (result.end == FindResult::End::Interrupted)
+    print(say("Ended early: this is what there is so far.") + "\n");
+  if (result.end == FindResult::End::LineLost)
+    print(say("The line is gone: this is what there is so far.") + "\n");
+  if (!result.sightings.empty()) {
+    print(rankingText(result.sightings) + verdictText(connection, result.sightings));
+    return;
+  }
+  for (const auto& [setting, bytes, noise] : result.unexplained) {
+    print("  " +
+          sayCount("{1}: {0} byte, {2}: {3}", "{1}: {0} bytes, {2}: {3}", bytes.size(),
+                   settingText(setting), nameOf(noise).text, hexText(bytes, kShownBytes)) +
+          "\n");
+  }
+  complain(say("no model's frames were found"),
+           result.end != FindResult::End::Done
+               ? say("The search did not come to its end. Start it again for an answer.")
+           : result.bytes == 0
+               ? say("Nothing came at all. Is the scale on, is the cable the right one (crossed or "
+                     "straight), is this the port that it is on? A scale may be set to send on its "
+                     "print key only.")
+               : say("Bytes came that belong to no model. The scale's menu tells its speed and "
+                     "protocol; try the other protocols that it offers."));
+}
+
+Json candidateRecord(const Connection& connection, const std::vector<Sighting>& sightings,
+                     std::size_t index) {
+  const Sighting& sighting = sightings[index];
+  const Candidate& candidate = sighting.candidate;
+  const bool network = connection.network;
+  Json doubts = Json::array();
+  for (const Named& doubt :
+       doubtsOf({sightings.begin() + static_cast<std::ptrdiff_t>(index), sightings.end()})) {
+    doubts.push_back(doubt.name);
+  }
+  return {{"rank", index + 1},
+          {"model", candidate.model->number},
+          {"name", candidate.model->pageText()},
+          {"speed", network ? Json() : Json(sighting.setting.bitsPerSecond)},
+          {"framing", network ? Json() : Json(sighting.setting.framing.text())},
+          {"asked", sighting.asked},
+          {"good", candidate.good},
+          {"bad", candidate.bad},
+          {"frame", hexText(candidate.frame)},
+          {"frame_bytes", candidate.checks.size},
+          {"checked_bytes", candidate.checks.guarded},
+          {"used_bytes", candidate.checks.used},
+          {"kin", candidate.kin},
+          {"uncertain", candidate.uncertain()},
+          {"doubts", doubts},
+          {"weight", candidate.said.code == 0 ? Json(candidate.said.reading.weight) : Json()},
+          {"unit", orNull(unitName(unitsOf(candidate.model->number).weight))},
+          {"code", candidate.said.code},
+          {"parameters", pageValues(foundAt(connection, sighting))}};
+}
+
+void writeJson(const Connection& connection, const FindResult& result) {
+  for (std::size_t i = 0; i < result.sightings.size(); ++i)
+    writeRecord(candidateRecord(connection, result.sightings, i));
+  Json unexplained = Json::array();
+  for (const auto& [setting, bytes, noise] : result.unexplained) {
+    const auto shown = std::span(bytes).first(std::min(bytes.size(), kShownBytes));
+    unexplained.push_back({{"line", setting.text()},
+                           {"bytes", bytes.size()},
+                           {"looks_like", nameOf(noise).name},
+                           {"hex", hexText(shown)}});
+  }
+  static constexpr std::array kEnds = {"done", "interrupted", "line_lost"};
+  writeRecord({{"candidates", result.sightings.size()},
+               {"end", kEnds.at(static_cast<std::size_t>(result.end))},
+               {"bytes", result.bytes},
+               {"unexplained", unexplained}});
 }
 
 ExitCode find(const FindOptions& options, Format format) {
   const FindPlan plan(options);
-  const Interrupt interrupt;
-  std::cerr << planText(options, plan) << std::endl;
+  tell(planText(options, plan));
   FindResult result;
   {
-    Progress progress(std::chrono::ceil<std::chrono::seconds>(plan.longest));
-    result = findScale(options, plan, interrupt, [&](const LineSetting& setting, bool asks) {
+    Progress progress(plan.longest);
+    result = findScale(options, plan, [&](const LineSetting& setting, bool asks) {
       const std::string at = setting.bitsPerSecond == 0 ? options.connection.host : setting.text();
-      progress.show(fill(asks ? text::kFindAsking : text::kFindListening, {at}));
+      progress.show(asks ? say("asking {0}", at) : say("listening {0}", at));
     });
   }
   writeFindResult(options.connection, result, format);
-  return result.sightings.empty() ? kScaleFailed : kGood;
+  return result.sightings.empty() ? kFailed : kGood;
 }
 
 }  // namespace
+
+void writeFindResult(const Connection& connection, const FindResult& result, Format format) {
+  if (format == Format::Json) {
+    writeJson(connection, result);
+  } else {
+    writeText(connection, result);
+  }
+}
 
 void addFindCommand(CLI::App& app, Program& program) {
   struct Given {
@@ -120,51 +319,41 @@ void addFindCommand(CLI::App& app, Program& program) {
   };
   const auto given = std::make_shared<Given>();
   FindOptions& options = given->options;
-  CLI::App& command = addCommand(app, {.name = "find",
-                                       .about = text::kFindAbout,
-                                       .example = "weigh find --port /dev/ttyUSB0",
-                                       .notes = &text::kFindNotes});
-  const auto* device =
-      command.add_option("--port,-p,--device", options.connection.device, say(text::kPortOption))
-          ->type_name("DEVICE");
-  const auto* host =
-      command.add_option("--host,-H", options.connection.host, say(text::kHostOption))
-          ->type_name("HOST");
-  addNumber(command, "--tcp-port,-t", options.connection.tcpPort, 1, 65535, text::kTcpPortOption);
+  CLI::App& command = addCommand(
+      app, "find", say("Find out which scale is on a line, and at which speed"),
+      "weigh find --port /dev/ttyUSB0\nweigh find --host 192.168.0.200 --tcp-port 20108",
+      say("Listens first, then asks with the weight requests of the models and sends nothing else: "
+          "no scale is tared, zeroed, priced or set up. At a wrong speed a scale gets garbage, as "
+          "from any host that is set wrongly. A speed at which good frames came is the only one "
+          "that is asked on; a sure find ends it at once, Ctrl-C ends it with what it has.\n"
+          "Exit code 0 if a model was found, also an uncertain one; 1 if none was."));
+  addLineOptions(command, options.connection);
   command
       .add_option_function<std::string>(
-          "--models,-m", [&options](const std::string& list) { options.models = modelsOf(list); },
-          say(text::kFindModelsOption))
+          "--model,-m", [&options](const std::string& list) { options.models = modelsOf(list); },
+          say("Only these models, such as 13,27 or 7-12 (default: all with a protocol)"))
       ->type_name("LIST");
   command
       .add_option_function<std::string>(
-          "--speeds,-b", [&options](const std::string& list) { options.speeds = speedsOf(list); },
-          say(text::kFindSpeedsOption))
-      ->type_name("LIST")
-      ->default_str(speedNames());
-  command.add_flag("--passive", options.passive, say(text::kFindPassiveFlag));
+          "--baud,-b", [&options](const std::string& list) { options.speeds = speedsOf(list); },
+          say("Only these speeds, in this order (default: {0})", joined(kSpeeds, ",")))
+      ->type_name("LIST");
+  command.add_flag("--passive", options.passive, say("Only listen, send nothing"));
   command
       .add_option_function<std::string>(
           "--listen",
-          [&options](const std::string& seconds) {
-            const auto number = realNumber(seconds);
-            if (!number || !(*number >= 0.1 && *number <= 60)) {
-              throw CLI::ValidationError("--listen", fill(text::kFindBadListen, {seconds}));
-            }
-            options.listening =
-                std::chrono::round<milliseconds>(std::chrono::duration<double>(*number));
+          [&options](const std::string& text) {
+            const std::chrono::duration<double> seconds(requireSeconds("--listen", text, 0.1, 60));
+            options.listening = std::chrono::round<milliseconds>(seconds);
           },
-          say(text::kFindListenOption))
+          say("Seconds to listen at each speed and framing"))
       ->type_name("SECONDS")
       ->default_str("1");
-  command.add_flag_callback(
-      "--json", [given] { given->format = Format::Json; }, say(text::kFindJsonFlag));
-  command.parse_complete_callback([&options, device, host] {
-    options.connection.network = host->count() > 0;
-    if (device->count() + host->count() == 1) return;
-    throw CLI::ValidationError("find", say(text::kFindWhere));
-  });
-  command.callback([&program, given] {
+  addJsonFlag(command, given->format,
+              say("One JSON record per candidate, the best first, and one about the search"));
+  command.callback([&program, &command, given] {
+    if (command.count("--port") + command.count("--host") == 0)
+      refuse("find", say("which line? --port DEVICE or --host HOST"));
     program.action = [given] { return find(given->options, given->format); };
   });
 }

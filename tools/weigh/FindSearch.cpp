@@ -1,9 +1,8 @@
 #include "FindSearch.h"
 
 #include <algorithm>
-#include <numeric>
 
-#include "FindLine.h"
+#include "LongWork.h"
 
 namespace weigh {
 
@@ -19,14 +18,20 @@ constexpr milliseconds kConfirmation{2000};
 constexpr int kAnswers = 3;
 /// A line that doesn't fall silent answers nothing.
 constexpr milliseconds kLongestAnswer{1500};
-/// What a wait takes beyond its time, for an estimate.
+/// What a wait takes beyond its time, for an estimate: a network read waits for a tenth of a
+/// second.
 constexpr milliseconds kOverhead{15};
+constexpr milliseconds kNetworkOverhead{200};
 
 bool transmits(const ScalesModel& model) { return transmitsByItself(*model.sheet); }
 
 /// A receiver doesn't look at the number of stop bits.
 bool soundsAlike(const Framing& a, const Framing& b) {
   return a.parity == b.parity && a.dataBits == b.dataBits;
+}
+
+bool isPlain(const ScalesModel& model) {
+  return soundsAlike(model.sheet->line, {}) && model.sheet->line.stopBits == COMPort::One;
 }
 
 std::vector<Framing> framingsOf(const std::vector<const ScalesModel*>& models) {
@@ -41,20 +46,16 @@ std::vector<Framing> framingsOf(const std::vector<const ScalesModel*>& models) {
 
 class Search {
  public:
-  Search(const FindOptions& options, const FindPlan& plan, const Interrupt& interrupt,
-         const FindObserver& observer)
-      : options_(options),
-        plan_(plan),
-        interrupt_(interrupt),
-        observer_(observer),
-        line_(options.connection, interrupt) {}
+  Search(const FindOptions& options, const FindPlan& plan, const FindObserver& observer)
+      : options_(options), plan_(plan), observer_(observer), line_(options.connection) {}
 
   FindResult run() {
     for (const LineSetting& setting : plan_.listening) {
       if (!goOn()) break;
-      listenAt(setting);
+      if (mayBeAt(setting.bitsPerSecond)) listenAt(setting);
     }
     for (const int speed : plan_.speeds) {
+      if (!mayBeAt(speed)) continue;
       for (const Question& question : plan_.questions) {
         if (!goOn()) break;
         ask({speed, question.line}, question);
@@ -72,7 +73,7 @@ class Search {
   }
 
   void noteEnd() {
-    if (interrupt_.asked()) result_.end = FindResult::End::Interrupted;
+    if (Ending::asked()) result_.end = FindResult::End::Interrupted;
     if (!line_.isUp()) result_.end = FindResult::End::LineLost;
   }
 
@@ -81,6 +82,17 @@ class Search {
     rankAll();
     return !result_.sightings.empty() &&
            (result_.sightings.front().candidate.doubts & ~unsigned{recognise::kKin}) == 0;
+  }
+
+  /// False once good frames, and nothing but these, came at another speed.
+  bool mayBeAt(int bitsPerSecond) {
+    constexpr unsigned kChance =
+        recognise::kImplausible | recognise::kStrayBytes | recognise::kBadFrames;
+    rankAll();
+    const auto clean = std::ranges::find_if(result_.sightings, [](const Sighting& sighting) {
+      return (sighting.candidate.doubts & kChance) == 0;
+    });
+    return clean == result_.sightings.end() || clean->setting.bitsPerSecond == bitsPerSecond;
   }
 
   bool set(const LineSetting& setting) {
@@ -136,7 +148,7 @@ class Search {
       note(setting, answers.front());
       return;
     }
-    for (int i = 1; i < kAnswers && !interrupt_.asked(); ++i) {
+    for (int i = 1; i < kAnswers && !Ending::asked(); ++i) {
       answers.push_back(answerTo(question));
     }
     for (const auto& answer : answers) result_.bytes += answer.size();
@@ -196,6 +208,16 @@ class Search {
     for (std::size_t i = 0; i < candidates.size(); ++i) {
       result_.sightings[i].candidate = std::move(candidates[i]);
     }
+    // Of those that can't be told apart the plainest first.
+    if (result_.sightings.empty()) return;
+    const std::vector<int> kin = result_.sightings.front().candidate.kin;
+    const auto end = std::find_if(
+        result_.sightings.begin() + 1, result_.sightings.end(), [&](const Sighting& other) {
+          return std::ranges::count(kin, other.candidate.model->number) == 0;
+        });
+    std::stable_sort(result_.sightings.begin(), end, [](const Sighting& a, const Sighting& b) {
+      return isPlain(*a.candidate.model) && !isPlain(*b.candidate.model);
+    });
   }
 
   void finish() {
@@ -211,20 +233,14 @@ class Search {
 
   const FindOptions& options_;
   const FindPlan& plan_;
-  const Interrupt& interrupt_;
   const FindObserver& observer_;
-  FindLine line_;
+  OpenLine line_;
   FindResult result_;
   std::optional<LineSetting> set_;
   bool asking_ = false;
 };
 
 }  // namespace
-
-std::string LineSetting::text() const {
-  if (bitsPerSecond == 0) return {};
-  return std::to_string(bitsPerSecond) + " " + framing.text();
-}
 
 FindPlan::FindPlan(const FindOptions& options) {
   if (options.connection.network) {
@@ -238,17 +254,21 @@ FindPlan::FindPlan(const FindOptions& options) {
     }
   }
   if (!options.passive) questions = recognise::questionsFor(options.models);
-  const milliseconds asking =
-      std::accumulate(questions.begin(), questions.end(), milliseconds{0},
-                      [](milliseconds sum, const Question& question) {
-                        return sum + milliseconds{question.longest_ms()} + kOverhead;
-                      });
-  longest = options.listening * listening.size() + asking * speeds.size();
+  milliseconds asking{0};
+  milliseconds longestQuestion{0};
+  for (const Question& question : questions) {
+    const milliseconds one = milliseconds{question.longest_ms()} +
+                             (options.connection.network ? kNetworkOverhead : kOverhead);
+    asking += one;
+    longestQuestion = std::max(longestQuestion, one);
+  }
+  longest = options.listening * listening.size() + asking * speeds.size() + kConfirmation +
+            (kAnswers - 1) * longestQuestion;
 }
 
-FindResult findScale(const FindOptions& options, const FindPlan& plan, const Interrupt& interrupt,
+FindResult findScale(const FindOptions& options, const FindPlan& plan,
                      const FindObserver& observer) {
-  return Search(options, plan, interrupt, observer).run();
+  return Search(options, plan, observer).run();
 }
 
 }  // namespace weigh

@@ -6,22 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "Interrupt.h"
 #include "Noise.h"
-#include "Options.h"
+#include "OpenLine.h"
 #include "Questions.h"
 #include "Recognise.h"
 
 namespace weigh {
-
-/// Speed and framing of a serial line; no speed on a network.
-struct LineSetting {
-  int bitsPerSecond = 0;
-  Framing framing;
-
-  /// "9600 8N1"; empty on a network.
-  std::string text() const;
-};
 
 struct FindOptions {
   Connection connection;
@@ -69,15 +59,20 @@ struct FindPlan {
   std::vector<int> speeds;
   /// Asked at each speed; none in a passive search.
   std::vector<recognise::Question> questions;
-  /// Of a search that finds nothing.
+  /// With what it takes to look twice at what is found.
   std::chrono::milliseconds longest{0};
 };
 
 /// Called with what the search is at.
 using FindObserver = std::function<void(const LineSetting&, bool asks)>;
 
-/// Throws Failure where the line can't be opened. Ends early on a sure find and on an interrupt.
-FindResult findScale(const FindOptions& options, const FindPlan& plan, const Interrupt& interrupt,
+/// Throws Failure where the line can't be opened. Ends early on a sure find, and when the user has
+/// enough. A speed at which good frames came is the speed: no other is tried then.
+FindResult findScale(const FindOptions& options, const FindPlan& plan,
                      const FindObserver& observer);
+
+/// Writes what a search found: to people a ranking, its doubts and the values for the parameter
+/// page; to programs one record a candidate and one about the search.
+void writeFindResult(const Connection& connection, const FindResult& result, Format format);
 
 }  // namespace weigh

@@ -1,57 +1,44 @@
-// Commands that need no scale: the models and the parameter page.
+// weigh models and weigh page: they need no scale.
 
-#include <iostream>
-#include <memory>
-
-#include "Commands.h"
 #include "Models.h"
 #include "Records.h"
-#include "Session.h"
-#include "Table.h"
-#include "Texts.h"
+#include "Text.h"
 
 namespace weigh {
 
 namespace {
 
-struct ListOptions {
-  Format format = Format::Text;
-  bool withDriver = false;
-};
-
-ExitCode listModels(const ListOptions& options) {
-  Table table({say(text::kModelColumn), say(text::kDriverColumn), say(text::kUnitColumn),
-               say(text::kNameColumn)});
+ExitCode listModels(Format format, bool withDriver) {
+  Table table({say("MODEL"), say("DRIVER"), say("WEIGHT IN"), say("NAME")});
   for (const ScalesModel& model : scalesModels()) {
     const bool driver = model.create != nullptr;
-    if (options.withDriver && !driver) continue;
+    if (withDriver && !driver) continue;
     const Units units = unitsOf(model.number);
-    if (options.format == Format::Json) {
-      const char* unit = driver ? unitName(units.weight) : nullptr;
-      const char* money = driver ? unitName(units.money) : nullptr;
+    if (format == Format::Json) {
       writeRecord({{"model", model.number},
                    {"name", model.name},
                    {"driver", driver},
-                   {"unit", unit == nullptr ? Json() : Json(unit)},
-                   {"money_unit", money == nullptr ? Json() : Json(money)}});
-      continue;
+                   {"unit", orNull(driver ? unitName(units.weight) : "")},
+                   {"money_unit", orNull(driver ? unitName(units.money) : "")}});
     }
-    table.add({std::to_string(model.number), say(driver ? text::kYes : text::kNo),
+    // TRANSLATORS: whether a model has a driver
+    table.add({std::to_string(model.number), driver ? say("yes") : sayIn("driver", "no"),
                driver ? unitText(units.weight) : "", model.name});
   }
-  if (options.format != Format::Json) std::cout << table.text();
+  if (format != Format::Json) print(table.text());
   return kGood;
 }
 
-ExitCode printPage(const Program& program, const ListOptions& options) {
+ExitCode printPage(const Program& program, Format format) {
   Session session(program.component);
   const host::CallResult answer = session.component().call("GetParameters");
   const auto* page = std::get_if<std::string>(&answer.params.at(0));
-  if (page == nullptr) throw Failure(kScaleFailed, fill(text::kCallRefused, {"GetParameters"}));
-  if (options.format == Format::Json) {
+  if (page == nullptr)
+    throw Failure(kFailed, say("the component refused the call of {0}", "GetParameters"));
+  if (format == Format::Json) {
     writeRecord({{"page", *page}});
   } else {
-    std::cout << *page;
+    printRaw(*page);
   }
   return kGood;
 }
@@ -59,22 +46,28 @@ ExitCode printPage(const Program& program, const ListOptions& options) {
 }  // namespace
 
 void addModelsCommand(CLI::App& app, Program& program) {
+  struct ListOptions {
+    Format format = Format::Text;
+    bool withDriver = false;
+  };
   const auto options = std::make_shared<ListOptions>();
-  CLI::App& command = addCommand(
-      app, {.name = "models", .about = text::kModelsAbout, .example = "weigh models --driver"});
+  CLI::App& command = addCommand(app, "models", say("List the models, and which have a driver"),
+                                 "weigh models --driver");
   addJsonFlag(command, options->format);
-  command.add_flag("--driver", options->withDriver, say(text::kWithDriverFlag));
-  command.callback(
-      [&program, options] { program.action = [options] { return listModels(*options); }; });
+  command.add_flag("--driver", options->withDriver, say("Only models that have a driver"));
+  command.callback([&program, options] {
+    program.action = [options] { return listModels(options->format, options->withDriver); };
+  });
 }
 
 void addPageCommand(CLI::App& app, Program& program) {
-  const auto options = std::make_shared<ListOptions>();
-  CLI::App& command = addCommand(
-      app, {.name = "page", .about = text::kPageAbout, .example = "weigh page > page.xml"});
-  addJsonFlag(command, options->format);
-  command.callback([&program, options] {
-    program.action = [&program, options] { return printPage(program, *options); };
+  const auto format = std::make_shared<Format>(Format::Text);
+  CLI::App& command =
+      addCommand(app, "page", say("Print the parameter page that the platform gets, as XML"),
+                 "weigh page > page.xml");
+  addJsonFlag(command, *format);
+  command.callback([&program, format] {
+    program.action = [&program, format] { return printPage(program, *format); };
   });
 }
 

@@ -1,12 +1,9 @@
 #include "Options.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <limits>
-#include <memory>
 
-#include "Texts.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -14,168 +11,138 @@ namespace {
 
 constexpr int kMaxInt = std::numeric_limits<int>::max();
 constexpr int kMaxTcpPort = 65535;
-constexpr int kMaxIntervalSeconds = 86400;
-
-template <typename Number>
-std::optional<Number> parsed(std::string_view text) {
-  Number value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return value;
-}
-
-/// The name that stands in a message: the first of "--model,-m".
-std::string firstName(const std::string& names) { return names.substr(0, names.find(',')); }
-
-[[noreturn]] void refuse(const std::string& names, const std::string& message) {
-  throw CLI::ValidationError(firstName(names), message);
-}
-
-std::string secondsText(std::chrono::milliseconds time) {
-  std::array<char, 32> text = {};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(),
-                                 std::chrono::duration<double>(time).count());
-  return {text.data(), end.ptr};
-}
+constexpr double kMaxInterval = 86400;
 
 bool isCoefficient(std::string_view text) {
   const auto digit = [](char c) { return c >= '0' && c <= '9'; };
   const auto separator = [](char c) { return c == '.' || c == ','; };
-  return std::all_of(text.begin(), text.end(), [&](char c) { return digit(c) || separator(c); }) &&
-         std::count_if(text.begin(), text.end(), separator) <= 1 &&
-         std::any_of(text.begin(), text.end(), digit);
-}
-
-CLI::Option* addText(CLI::App& app, const std::string& names, std::string& target,
-                     const Text& text) {
-  const auto take = [names, &target](const std::string& given) {
-    if (given.empty()) refuse(names, say(text::kEmptyText));
-    target = given;
-  };
-  return app.add_option_function<std::string>(names, take, say(text))->default_str(target);
-}
-
-/// Options added while one exists stand under its heading.
-class GroupOfOptions {
- public:
-  GroupOfOptions(CLI::App& app, const Text& heading)
-      : defaults_(*app.option_defaults()), before_(defaults_) {
-    defaults_.group(say(heading));
-  }
-  ~GroupOfOptions() { std::swap(defaults_, before_); }
-  GroupOfOptions(const GroupOfOptions&) = delete;
-  GroupOfOptions& operator=(const GroupOfOptions&) = delete;
-
- private:
-  CLI::OptionDefaults& defaults_;
-  CLI::OptionDefaults before_;
-};
-
-/// Says on which side of the wire `connection` ends, once all options are known.
-void settleTransport(Connection& connection, const std::string& type, bool hostGiven,
-                     bool deviceGiven) {
-  static constexpr std::array<std::string_view, 3> kSerial = {"serial", "com", "0"};
-  static constexpr std::array<std::string_view, 4> kNetwork = {"tcp", "network", "ethernet", "1"};
-  const auto isOneOf = [&](const auto& names) {
-    return std::find(names.begin(), names.end(), type) != names.end();
-  };
-  if (!type.empty() && !isOneOf(kSerial) && !isOneOf(kNetwork)) {
-    refuse("--conntype", fill(text::kNotConnType, {type}));
-  }
-  connection.network = type.empty() ? hostGiven : isOneOf(kNetwork);
-  if (connection.network && deviceGiven && wholeNumber(connection.device, 0, kMaxInt)) {
-    refuse("--port", fill(text::kPortIsDevice, {connection.device, connection.host}));
-  }
+  return std::ranges::all_of(text, [&](char c) { return digit(c) || separator(c); }) &&
+         std::ranges::count_if(text, separator) <= 1 && std::ranges::any_of(text, digit);
 }
 
 }  // namespace
 
-std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest,
-                                        std::int64_t highest) {
-  const auto value = parsed<std::int64_t>(text);
-  return value && *value >= lowest && *value <= highest ? value : std::nullopt;
+std::string Connection::address() const {
+  return network ? fmt::format("{}:{}", host, tcpPort) : device;
 }
 
-std::optional<double> realNumber(std::string_view text) { return parsed<double>(text); }
+std::string Connection::options(bool withBaud) const {
+  if (network) return fmt::format("--host {} --tcp-port {}", shellWord(host), tcpPort);
+  const std::string port = "--port " + shellWord(device);
+  return withBaud ? fmt::format("{} --baud {}", port, baud) : port;
+}
 
-std::int64_t requireWhole(const std::string& name, const std::string& text, std::int64_t lowest,
-                          std::int64_t highest) {
-  const auto value = wholeNumber(text, lowest, highest);
-  if (!value) {
-    refuse(name, fill(text::kNotWhole, {text, std::to_string(lowest), std::to_string(highest)}));
-  }
-  return *value;
+void addLineOptions(CLI::App& app, Connection& connection) {
+  auto* device =
+      addText(app, "--port,-p", connection.device, say("Serial device"))->type_name("DEVICE");
+  auto* host = addText(app, "--host,-H", connection.host,
+                       say("Name or address of a network scale; selects the network"))
+                   ->type_name("HOST");
+  addNumber(app, "--tcp-port,-t", connection.tcpPort, 1, kMaxTcpPort,
+            say("TCP port of a network scale"));
+  app.parse_complete_callback([&connection, device, host] {
+    connection.network = host->count() > 0;
+    if (!connection.network || device->count() == 0) return;
+    refuse("--port",
+           say("a scale is on a line or on the network; the TCP port of {0} is given with "
+               "--tcp-port",
+               connection.host));
+  });
 }
 
 void addConnectionOptions(CLI::App& app, Connection& connection) {
-  const GroupOfOptions group(app, text::kScaleGroup);
-  addNumber(app, "--model,-m", connection.model, 0, kMaxInt, text::kModelOption);
-  auto* device = addText(app, "--port,-p,--cport,--device", connection.device, text::kPortOption)
-                     ->type_name("DEVICE");
-  addNumber(app, "--baud,-b,--cbaudrate,--speed", connection.baud, 1, kMaxInt, text::kBaudOption);
-  auto* host =
-      addText(app, "--host,-H,--ehost", connection.host, text::kHostOption)->type_name("HOST");
-  addNumber(app, "--tcp-port,-t,--eport", connection.tcpPort, 1, kMaxTcpPort, text::kTcpPortOption);
-  const auto type = std::make_shared<std::string>();
-  app.add_option("--conntype,-c", *type, say(text::kConnTypeOption))->type_name("serial|tcp");
-  app.add_flag("--leave,--conleave", connection.leave, say(text::kLeaveOption));
+  const GroupOfOptions group(app, say("The scale"));
+  addNumber(app, "--model,-m", connection.model, 0, kMaxInt,
+            say("Model number; `weigh models` lists them"));
+  addLineOptions(app, connection);
+  addNumber(app, "--baud,-b", connection.baud, 1, kMaxInt, say("Speed of the serial line"));
+  app.add_flag("--leave", connection.leave, say("Keep the connection between readings"));
   app.add_option_function<std::string>(
          "--coeff",
          [&connection](const std::string& given) {
-           if (!isCoefficient(given)) refuse("--coeff", fill(text::kNotCoeff, {given}));
+           if (!isCoefficient(given)) {
+             refuse("--coeff", say("'{0}' is no factor; digits with at most one point or comma, "
+                                   "such as 0.995",
+                                   given));
+           }
            connection.coeff = given;
          },
-         say(text::kCoeffOption))
+         say("Factor that the weight is multiplied by"))
       ->type_name("FACTOR")
       ->default_str(connection.coeff);
-  app.parse_complete_callback([&connection, device, host, type] {
-    settleTransport(connection, *type, host->count() > 0, device->count() > 0);
-  });
 }
 
 void addScaleOptions(CLI::App& app, ScaleOptions& options) {
   addConnectionOptions(app, options.connection);
-  const GroupOfOptions group(app, text::kScaleGroup);
+  const GroupOfOptions group(app, say("The scale"));
   app.add_option_function<std::string>(
          "--log",
-         [&options](const std::string& folder) {
-           if (folder.empty()) refuse("--log", say(text::kEmptyText));
-           options.log = folder;
+         [&options](const std::string& given) {
+           if (given.empty()) refuse("--log", say("may not be empty"));
+           options.log = given;
          },
-         say(text::kLogOption))
+         say("Write an exchange log into this folder; scales of a settings.xml in it are loaded "
+             "too"))
       ->type_name("DIR");
 }
 
-void addJsonFlag(CLI::App& app, Format& format) {
+void addFolder(CLI::App& app, std::string& folder) {
+  addText(app, "folder", folder,
+          say("Component folder with settings.xml: all of its scales in place of one given by "
+              "options"))
+      ->type_name("DIR");
+}
+
+void refuseScaleBeside(const std::string& folder, const CLI::App& app) {
+  for (const CLI::Option* option : app.get_options()) {
+    if (folder.empty() || option->count() == 0 || option->get_group() != say("The scale")) continue;
+    refuse("folder", say("a folder names its scales itself; leave out {0} or the folder",
+                         option->get_name()));
+  }
+}
+
+void addJsonFlag(CLI::App& app, Format& format, const std::string& about) {
   app.add_flag_callback(
-      "--json", [&format] { format = Format::Json; }, say(text::kJsonFlag));
+      "--json", [&format] { format = Format::Json; },
+      about.empty() ? say("One JSON record per line") : about);
 }
 
 void addFormatFlags(CLI::App& app, Format& format) {
   addJsonFlag(app, format);
   app.add_flag_callback(
-      "--csv", [&format] { format = Format::Csv; }, say(text::kCsvFlag));
+         "--csv", [&format] { format = Format::Csv; }, say("Comma-separated values with a heading"))
+      ->excludes("--json");
 }
 
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
-                       const Text& countText) {
-  const GroupOfOptions group(app, text::kOutputGroup);
-  addNumber(app, "--count,-n", options.count, fewest, std::int64_t{kMaxInt}, countText);
+                       const std::string& aboutCount) {
+  const GroupOfOptions group(app, say("Readings and output"));
+  addNumber(app, "--count,-n", options.count, fewest, std::int64_t{kMaxInt}, aboutCount);
   app.add_option_function<std::string>(
          "--interval,-i",
          [&options](const std::string& given) {
-           const auto seconds = realNumber(given);
-           if (!seconds || !(*seconds >= 0 && *seconds <= kMaxIntervalSeconds)) {
-             refuse("--interval",
-                    fill(text::kNotSeconds, {given, std::to_string(kMaxIntervalSeconds)}));
-           }
-           options.interval = std::chrono::round<std::chrono::milliseconds>(
-               std::chrono::duration<double>(*seconds));
+           const std::chrono::duration<double> seconds(
+               requireSeconds("--interval", given, 0, kMaxInterval));
+           options.interval = std::chrono::round<std::chrono::milliseconds>(seconds);
          },
-         say(text::kIntervalOption))
+         say("Seconds from one reading to the next"))
       ->type_name("SECONDS")
-      ->default_str(secondsText(options.interval));
+      ->default_str(fmt::format("{}", std::chrono::duration<double>(options.interval).count()));
   addFormatFlags(app, options.format);
+}
+
+CLI::App& addCommand(CLI::App& app, const char* name, const std::string& about,
+                     const std::string& examples, const std::string& notes) {
+  CLI::App* command = app.add_subcommand(name, about);
+  command->group(say("Commands"));
+  // Inherited from the program, but not with its heading.
+  command->set_help_flag("-h,--help", say("Print this help and end"))->group(say("Options"));
+  command->fallthrough();
+  std::string example = say("Example:");
+  for (const auto line : std::views::split(std::string_view(examples), '\n'))
+    example += "\n  " + std::string(line.begin(), line.end());
+  command->footer(notes.empty() ? example : notes + "\n\n" + example);
+  return *command;
 }
 
 }  // namespace weigh

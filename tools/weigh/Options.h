@@ -1,15 +1,12 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 
-#include <CLI/CLI.hpp>
-
-#include "Language.h"
+#include "CommandLine.h"
 
 namespace weigh {
 
@@ -24,6 +21,11 @@ struct Connection {
   bool leave = false;
   /// As a person writes it.
   std::string coeff = "1.000";
+
+  /// "/dev/ttyUSB0", "192.168.0.200:20108"
+  std::string address() const;
+  /// The same as options of a command to copy: "--port /dev/ttyUSB0 --baud 9600".
+  std::string options(bool withBaud = true) const;
 };
 
 /// Which scale, and whether its exchange is logged.
@@ -44,39 +46,47 @@ struct ReadingOptions {
   Format format = Format::Text;
 };
 
-/// The whole of `text` as a number of the range; none for anything else. No octal, no signs but
-/// minus, no spaces.
-std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest,
-                                        std::int64_t highest);
-/// A decimal number with a point; none for anything else.
-std::optional<double> realNumber(std::string_view text);
-
-/// Turns down a text that isn't a number of the range, as the command line does it.
-std::int64_t requireWhole(const std::string& name, const std::string& text, std::int64_t lowest,
-                          std::int64_t highest);
-
-/// An option or argument that takes a whole number; writes it to `target`.
-template <typename Number>
-CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, Number lowest,
-                       Number highest, const Text& text) {
-  // Not by CLI11's own conversion, which takes 08 for octal.
-  const auto take = [names, &target, lowest, highest](const std::string& given) {
-    target = static_cast<Number>(requireWhole(names, given, lowest, highest));
-  };
-  return app.add_option_function<std::string>(names, take, say(text))
-      ->type_name("N")
-      ->default_str(std::to_string(target));
-}
-
+/// --port, --host and --tcp-port.
+void addLineOptions(CLI::App& app, Connection& connection);
 /// The parameters of a scale, without its log.
 void addConnectionOptions(CLI::App& app, Connection& connection);
 void addScaleOptions(CLI::App& app, ScaleOptions& options);
+/// A component folder in place of the parameters of a scale.
+void addFolder(CLI::App& app, std::string& folder);
+/// Turns down a folder with parameters of a scale beside it; to be called behind the parse.
+void refuseScaleBeside(const std::string& folder, const CLI::App& app);
 /// `fewest` is the lowest count that is taken.
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
-                       const Text& countText);
-/// --json.
-void addJsonFlag(CLI::App& app, Format& format);
-/// --json and --csv.
+                       const std::string& aboutCount);
+/// --json; where there is a --csv too, one of them.
+void addJsonFlag(CLI::App& app, Format& format, const std::string& about = {});
 void addFormatFlags(CLI::App& app, Format& format);
+
+/// What the program is to do, once the whole command line is understood.
+struct Program {
+  std::filesystem::path component;
+  std::function<ExitCode()> action;
+};
+
+// Each adds one command; `program` outlives the parse and the action.
+
+void addCallCommand(CLI::App& app, Program& program);
+void addDoctorCommand(CLI::App& app, Program& program);
+void addExplainCommand(CLI::App& app, Program& program);
+void addFindCommand(CLI::App& app, Program& program);
+void addModelsCommand(CLI::App& app, Program& program);
+void addPageCommand(CLI::App& app, Program& program);
+void addPriceCommand(CLI::App& app, Program& program);
+void addReadCommand(CLI::App& app, Program& program);
+void addReportCommand(CLI::App& app, Program& program);
+void addSettingsCommand(CLI::App& app, Program& program);
+void addTareCommand(CLI::App& app, Program& program);
+void addTestCommand(CLI::App& app, Program& program);
+void addWatchCommand(CLI::App& app, Program& program);
+
+/// A command with its help: one line for the list of commands, what there is to know beyond the
+/// options, and calls to copy, one a line.
+CLI::App& addCommand(CLI::App& app, const char* name, const std::string& about,
+                     const std::string& examples, const std::string& notes = {});
 
 }  // namespace weigh

@@ -1,14 +1,9 @@
 #include <algorithm>
-#include <memory>
 #include <set>
 
-#include "Commands.h"
-#include "Interrupt.h"
+#include "LongWork.h"
 #include "Records.h"
-#include "Report.h"
 #include "ResultCode.h"
-#include "Session.h"
-#include "Texts.h"
 
 namespace weigh {
 
@@ -22,35 +17,41 @@ struct ReadOptions {
 
 ExitCode readScale(const Program& program, const ReadOptions& options) {
   const Connection& connection = options.scale.connection;
-  const Interrupt interrupt;
+  const Format format = options.reading.format;
   Session session(program.component, options.scale.log);
   const std::string id = session.open(connection);
-  ReadingWriter writer(options.reading.format, unitsOf(connection.model), options.withPrice);
+  RecordWriter writer(format);
+  std::int64_t written = 0;
+  const auto write = [&](const Weighing& weighing) {
+    if (!weighing.good() && format == Format::Text) return;
+    Json record = {{"reading", ++written}, {"time", timestamp()}};
+    addWeighing(record, weighing, unitsOf(connection.model));
+    writer.write(record, weighingText(weighing, unitsOf(connection.model)));
+  };
   const host::LastError opened = session.component().lastError();
   if (opened.code != kSuccess) {
-    Reading none{.error = opened, .details = {}};
+    Weighing none{.error = opened, .details = {}};
     if (options.withPrice) none.details.emplace();
-    if (options.reading.format != Format::Text) writer.write(none);
+    write(none);
     return judge(opened, connection);
   }
 
-  if (isEmulator(connection.model)) complain(say(text::kEmulatorNote));
+  if (isEmulator(connection.model))
+    complain(say("the emulator makes these weights up; a scale is chosen with --model"));
   ExitCode code = kGood;
   std::set<std::uint32_t> told;
   auto next = std::chrono::steady_clock::now();
   for (std::int64_t done = 0; done < options.reading.count; ++done) {
-    if (interrupt.askedBefore(next)) break;
+    if (Ending::askedBefore(next)) break;
     next = std::max(next, std::chrono::steady_clock::now()) + options.reading.interval;
-    const Reading reading = session.read(id, options.withPrice);
-    if (reading.good() || options.reading.format != Format::Text) writer.write(reading);
-    if (reading.good()) continue;
-    code = kScaleFailed;
+    const Weighing weighing = session.read(id, options.withPrice);
+    write(weighing);
+    if (weighing.good()) continue;
+    code = kFailed;
     // What to do about an error is said once.
-    if (told.insert(reading.error.code).second) {
-      complain(reading.error, connection);
-    } else {
-      complain(errorText(reading.error));
-    }
+    const bool first = told.insert(weighing.error.code).second;
+    complain(errorText(weighing.error),
+             first ? remedyFor(weighing.error.code, connection) : std::string());
   }
   return code;
 }
@@ -60,13 +61,13 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
 void addReadCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<ReadOptions>();
   CLI::App& command =
-      addCommand(app, {.name = "read",
-                       .about = text::kReadAbout,
-                       .example = "weigh read --model 13 --port /dev/ttyUSB0 --baud 9600 --price",
-                       .notes = &text::kReadNotes});
+      addCommand(app, "read", say("Read the weight"),
+                 "weigh read --model 13 --port /dev/ttyUSB0 --baud 9600 --price",
+                 say("Without a model the emulator answers, which needs no scale; on purpose it "
+                     "fails one reading in ten."));
   addScaleOptions(command, options->scale);
-  addReadingOptions(command, options->reading, 1, text::kCountOption);
-  command.add_flag("--price", options->withPrice, say(text::kWithPriceFlag));
+  addReadingOptions(command, options->reading, 1, say("Number of readings"));
+  command.add_flag("--price", options->withPrice, say("Read price, cost and stability too"));
   command.callback([&program, options] {
     program.action = [&program, options] { return readScale(program, *options); };
   });

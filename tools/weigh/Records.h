@@ -1,57 +1,88 @@
 #pragma once
 
-#include <memory>
+#include <chrono>
+#include <map>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "Options.h"
+#include "ProtocolSheet.h"
 #include "Session.h"
-#include "Units.h"
+
+// How what the scales say is written, for people and for programs.
 
 namespace weigh {
 
+/// What the numbers of a model's driver mean.
+struct Units {
+  WeightUnit weight = WeightUnit::Kilogram;
+  MoneyUnit money = MoneyUnit::Whole;
+};
+
+/// Kilograms and money units for the emulator and for a model that isn't in the list.
+Units unitsOf(int model);
+/// Whether the model makes its weights up.
+bool isEmulator(int model);
+
+/// "2.345 kg", "1250 g", "17 (as shown)".
+std::string weightText(double weight, Units units);
+/// "12.50", "1250/100", "1250"; "-" for a scale without prices.
+std::string moneyText(double amount, Units units);
+/// "kg", "g"; for digits without their decimal point "(as shown)".
+std::string unitText(WeightUnit unit);
+/// "stable" or "moving".
+std::string motionText(bool stable);
+/// The number of milliseconds with one digit behind the point.
+std::string msText(Milliseconds time);
+/// "error 3: ..."
+std::string codeText(std::uint32_t code, const std::string& text);
+/// One line for people, without a line end.
+std::string weighingText(const Weighing& weighing, Units units);
+
 using Json = nlohmann::ordered_json;
 
+/// Null for an empty text.
+Json orNull(const std::string& text);
+/// Names for programs, the same in all languages; empty where a scale says nothing.
+std::string unitName(WeightUnit unit);
+std::string unitName(MoneyUnit unit);
 /// Local time with its distance to UTC: 2026-01-31T12:00:00+0200; or in another form, as strftime
 /// takes it.
 std::string timestamp(const char* form = "%Y-%m-%dT%H:%M:%S%z");
-
 /// Milliseconds to the microsecond, as records have them.
 double rounded(Milliseconds time);
-
 /// A record as a line with its end.
 std::string recordLine(const Json& record);
 /// Writes one record on a line of standard output, at once.
 void writeRecord(const Json& record);
+/// The fields of a weighing; numbers of a failed one are null.
+void addWeighing(Json& record, const Weighing& weighing, Units units);
+/// The record's names, or its values, as a line of comma-separated values. Records of a kind have
+/// their fields in one order.
+std::string csvHead(const Json& record);
+std::string csvRow(const Json& record);
 
-/// The fields of a reading; numbers of a failed one are null.
-void addReading(Json& record, const Reading& reading, Units units);
-
-/// A text as a field of comma-separated values.
-std::string csvText(const std::string& text);
-/// The same fields as comma-separated values; those of a failed reading are empty.
-std::string readingCsvHead(bool withDetails);
-std::string readingCsv(const Reading& reading, Units units);
-
-/// One line of text for people, without a line end.
-std::string readingText(const Reading& reading, Units units);
-
-/// Writes readings in one format, each as it comes.
-class ReadingWriter {
+/// Writes records in one format, each as it comes.
+class RecordWriter {
  public:
-  ReadingWriter(Format format, Units units, bool withDetails)
-      : format_(format), units_(units), withDetails_(withDetails) {}
-
-  void write(const Reading& reading);
+  explicit RecordWriter(Format format) : format_(format) {}
+  /// `text` is what people get in place of the record.
+  void write(const Json& record, const std::string& text);
 
  private:
-  void writeCsv(const Reading& reading);
-
   Format format_;
-  Units units_;
-  bool withDetails_;
-  long written_ = 0;
+  bool headed_ = false;
 };
+
+/// "scale error 3: ..."
+std::string errorText(const host::LastError& error);
+/// What the user can do about an error; empty where there is nothing to say.
+std::string remedyFor(std::uint32_t code, const Connection& connection);
+using ::complain;
+/// Writes the scale's error with its code, text and remedy to standard error.
+void complain(const host::LastError& error, const Connection& connection);
+/// Complains and gives the exit code, unless the error is none.
+ExitCode judge(const host::LastError& error, const Connection& connection);
 
 }  // namespace weigh

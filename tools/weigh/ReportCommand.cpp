@@ -1,21 +1,21 @@
+#include <archive.h>
+#include <archive_entry.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <ctime>
 #include <fstream>
-#include <iostream>
-#include <memory>
 
-#include "Commands.h"
 #include "DeviceAccess.h"
-#include "DoctorOutput.h"
+#include "Doctor.h"
 #include "Holders.h"
-#include "ReportTexts.h"
-#include "SelfDescription.h"
-#include "SettingsFile.h"
-#include "SupportArchive.h"
-#include "Texts.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -42,6 +42,75 @@ struct Part {
   std::string content;
   /// Size of the file that it is the end of; its own where it is whole.
   std::uintmax_t whole = 0;
+};
+
+/// A .tar.gz that is there when it is whole: until `finish` it grows under another name, and
+/// without it nothing is left. All of these throw Failure where the file can't be written.
+class Archive {
+ public:
+  explicit Archive(fs::path file)
+      : file_(std::move(file)), part_(file_.string() + ".part"), writer_(::archive_write_new()) {
+    // A name that is there already, a link too, is somebody else's.
+    descriptor_ = ::open(part_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (descriptor_ < 0) giveUp(part_, std::strerror(errno));
+    Ending::takeAway(part_);
+    require(::archive_write_add_filter_gzip(writer_.get()));
+    // Takes names as they are; others want to convert them, which the locale C can't.
+    require(::archive_write_set_format_gnutar(writer_.get()));
+    require(::archive_write_open_fd(writer_.get(), descriptor_));
+  }
+  ~Archive() {
+    writer_.reset();
+    ::close(descriptor_);
+    std::error_code error;
+    if (!finished_) fs::remove(part_, error);
+    Ending::takeAway({});
+  }
+  Archive(const Archive&) = delete;
+  Archive& operator=(const Archive&) = delete;
+
+  /// Adds a file with this content; only its owner may read it when it is unpacked.
+  void add(const std::string& name, std::string_view content) {
+    const std::unique_ptr<archive_entry, void (*)(archive_entry*)> entry(::archive_entry_new(),
+                                                                         &::archive_entry_free);
+    ::archive_entry_set_pathname(entry.get(), name.c_str());
+    ::archive_entry_set_size(entry.get(), static_cast<la_int64_t>(content.size()));
+    ::archive_entry_set_filetype(entry.get(), AE_IFREG);
+    ::archive_entry_set_perm(entry.get(), 0600);
+    ::archive_entry_set_mtime(entry.get(), std::time(nullptr), 0);
+    require(::archive_write_header(writer_.get(), entry.get()));
+    require(::archive_write_data(writer_.get(), content.data(), content.size()));
+  }
+
+  void finish() {
+    require(::archive_write_close(writer_.get()));
+    if (::renameat2(AT_FDCWD, part_.c_str(), AT_FDCWD, file_.c_str(), RENAME_NOREPLACE) != 0)
+      giveUp(file_, std::strerror(errno));
+    finished_ = true;
+  }
+
+ private:
+  struct Free {
+    void operator()(archive* writer) const { ::archive_write_free(writer); }
+  };
+
+  [[noreturn]] static void giveUp(const fs::path& file, const std::string& why) {
+    throw Failure(kWrongUsage, say("{0} can't be written: {1}", file.string(), why),
+                  say("Give a name in a folder that this user may write to with --output."));
+  }
+
+  /// What libarchive answers; it also warns, of what would be missing then.
+  void require(la_ssize_t result) {
+    if (result >= ARCHIVE_OK) return;
+    const char* why = ::archive_error_string(writer_.get());
+    giveUp(file_, why == nullptr ? "" : why);
+  }
+
+  fs::path file_;
+  fs::path part_;
+  int descriptor_;
+  bool finished_ = false;
+  std::unique_ptr<archive, Free> writer_;
 };
 
 Part made(const std::string& name, std::string content) {
@@ -74,20 +143,14 @@ Part endOfLog(const fs::path& file) {
   return part;
 }
 
-/// The exchange logs of a folder, the newest first. Links aren't followed: what they lead to is
-/// nobody's log.
+/// The exchange logs of a folder, the newest first.
 std::vector<fs::path> logsOf(const fs::path& folder) {
   std::vector<std::pair<fs::file_time_type, fs::path>> logs;
   std::error_code error;
-  for (const auto& entry : fs::directory_iterator(folder, error)) {
-    const std::string name = entry.path().filename();
-    if (!name.starts_with("log_scales_") || !name.ends_with(".log")) continue;
-    if (!fs::is_regular_file(entry.symlink_status(error))) continue;
-    logs.emplace_back(entry.last_write_time(error), entry.path());
-  }
-  std::sort(logs.rbegin(), logs.rend());
+  for (const auto& [log, size] : LoggingFolder::logsIn(folder))
+    logs.emplace_back(fs::last_write_time(log, error), log);
+  std::ranges::sort(logs, std::ranges::greater{});
   std::vector<fs::path> files;
-  files.reserve(logs.size());
   for (auto& [time, file] : logs) files.push_back(std::move(file));
   return files;
 }
@@ -123,7 +186,7 @@ Json systemFacts() {
     locale[name] = value == nullptr ? Json() : Json(value);
   }
   return {{"distribution", distribution()},
-          {"kernel", std::string(kernel.sysname) + ' ' + kernel.release + ' ' + kernel.machine},
+          {"kernel", fmt::format("{} {} {}", kernel.sysname, kernel.release, kernel.machine)},
           {"locale", locale}};
 }
 
@@ -165,16 +228,15 @@ Part facts(const Program& program, const fs::path& folder) {
 }
 
 /// The doctor's verdicts, for people and for programs. False if they were interrupted.
-bool addVerdicts(const Program& program, const fs::path& folder, const Interrupt& interrupt,
-                 std::vector<Part>& parts) {
+bool addVerdicts(const Program& program, const fs::path& folder, std::vector<Part>& parts) {
   std::string forPeople;
   std::string forPrograms;
   bool whole = true;
   try {
-    whole = diagnoseAll(patientsOf(folder), program.component, interrupt,
-                        [&](const Patient& patient, const Diagnosis& diagnosis) {
-                          forPeople += diagnosisText(patient, diagnosis) + '\n';
-                          forPrograms += recordLine(diagnosisRecord(patient, diagnosis));
+    whole = diagnoseAll(scalesOf(folder), program.component,
+                        [&](const NamedScale& scale, const Diagnosis& diagnosis) {
+                          forPeople += diagnosisText(scale, diagnosis) + '\n';
+                          forPrograms += recordLine(diagnosisRecord(scale, diagnosis));
                         });
   } catch (const Failure& failure) {
     // Settings that can't be read are for support to see.
@@ -189,55 +251,47 @@ fs::path archiveName(const ReportOptions& options) {
   fs::path name = options.output;
   if (name.empty()) name = "orbelo-report-" + timestamp("%Y%m%d-%H%M%S") + ".tar.gz";
   std::error_code error;
-  if (fs::exists(name, error)) {
-    throw Failure(kWrongUsage, fill(text::kArchiveThere, {name.string()}),
-                  say(text::kArchiveThereRemedy));
+  if (fs::exists(fs::symlink_status(name, error))) {
+    throw Failure(kWrongUsage, say("{0} is there already", name.string()),
+                  say("Give another name with --output."));
   }
   return name;
 }
 
-void tell(const fs::path& name, const std::vector<Part>& parts,
-          const std::vector<std::string>& leftOut, Format format) {
+void tellWhatIsPacked(const fs::path& name, const std::vector<Part>& parts,
+                      const std::vector<std::string>& leftOut, Format format) {
   std::error_code error;
   const std::uintmax_t size = fs::file_size(name, error);
-  if (format == Format::Json) {
-    Json packed = Json::array();
-    for (const Part& part : parts)
-      packed.push_back(
-          {{"name", part.name}, {"bytes", part.content.size()}, {"of_bytes", part.whole}});
-    writeRecord(
-        {{"archive", name.string()}, {"bytes", size}, {"packed", packed}, {"left_out", leftOut}});
-    return;
-  }
-  std::cout << say(text::kPacking) << '\n';
+  Json packed = Json::array();
+  std::string text = say("Packed:") + '\n';
   for (const Part& part : parts) {
-    const std::string taken = std::to_string(part.content.size());
-    const bool whole = part.content.size() == part.whole;
-    std::cout << (whole ? fill(text::kPackedLine, {part.name, taken})
-                        : fill(text::kPackedTail, {part.name, taken, std::to_string(part.whole)}))
-              << '\n';
+    const std::size_t taken = part.content.size();
+    packed.push_back({{"name", part.name}, {"bytes", taken}, {"of_bytes", part.whole}});
+    text += "  " + part.name + "  " +
+            (taken == part.whole ? sayCount("{0} byte", "{0} bytes", taken)
+                                 : say("the last {0} of {1} bytes", taken, part.whole)) +
+            '\n';
   }
-  std::string names;
-  for (const std::string& log : leftOut) names += (names.empty() ? "" : ", ") + log;
-  if (!names.empty()) std::cout << fill(text::kLeftOut, {std::to_string(kMostLogs), names}) << '\n';
-  std::cout << fill(text::kArchiveMade, {name.string(), std::to_string(size)}) << std::endl;
+  if (!leftOut.empty())
+    text += say("Left out, older than the {0} newest logs: {1}", kMostLogs, joined(leftOut)) + '\n';
+  RecordWriter(format).write(
+      {{"archive", name.string()}, {"bytes", size}, {"packed", packed}, {"left_out", leftOut}},
+      text + name.string() + ", " + sayCount("{0} byte", "{0} bytes", size));
 }
 
 ExitCode pack(const Program& program, const ReportOptions& options) {
   const fs::path folder = options.folder;
   std::error_code error;
   if (!fs::is_directory(folder, error)) {
-    throw Failure(kWrongUsage, fill(text::kNoFolder, {folder.string()}),
-                  say(text::kNoFolderRemedy));
+    throw Failure(kWrongUsage, say("there is no folder {0}", folder.string()),
+                  say("Name the component's folder."));
   }
   // Before the scales are asked: a name that can't be written is to be told at once.
   const fs::path name = archiveName(options);
-  // As long as there is half an archive: it is finished or taken away, whatever happens.
-  const Interrupt interrupt;
-  SupportArchive archive(name);
+  Archive archive(name);
 
   std::vector<Part> parts;
-  const bool whole = options.noDoctor || addVerdicts(program, folder, interrupt, parts);
+  const bool whole = options.noDoctor || addVerdicts(program, folder, parts);
   parts.push_back(facts(program, folder));
   const fs::path settings = settingsFileOf(folder);
   if (fs::is_regular_file(settings, error)) parts.push_back(endOf(settings, kMostOfSettings));
@@ -253,23 +307,30 @@ ExitCode pack(const Program& program, const ReportOptions& options) {
 
   for (const Part& part : parts) archive.add("orbelo-report/" + part.name, part.content);
   archive.finish();
-  tell(name, parts, leftOut, options.format);
-  return whole ? kGood : kScaleFailed;
+  tellWhatIsPacked(name, parts, leftOut, options.format);
+  return whole ? kGood : kFailed;
 }
 
 }  // namespace
 
 void addReportCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<ReportOptions>();
-  CLI::App& command = addCommand(app, {.name = "report",
-                                       .about = text::kReportAbout,
-                                       .example = "weigh report /opt/orbelo --output report.tar.gz",
-                                       .notes = &text::kReportNotes});
-  command.add_option("folder", options->folder, say(text::kReportFolder))
+  CLI::App& command = addCommand(
+      app, "report", say("Pack what support needs to know into one archive"),
+      "weigh report /opt/orbelo --output report.tar.gz",
+      say("Packs the doctor's verdict on each scale, settings.xml, the last part of each exchange "
+          "log, facts about serial ports and system, and versions; it lists what it packs and "
+          "takes "
+          "nothing else.\n"
+          "Exit codes: 0 packed; 1 stopped before every scale was looked at, and packed without; 2 "
+          "wrong usage, or the archive can't be written."));
+  addText(command, "folder", options->folder, say("Component folder"))
       ->required()
       ->type_name("DIR");
-  command.add_option("--output,-o", options->output, say(text::kReportOutput))->type_name("FILE");
-  command.add_flag("--no-doctor", options->noDoctor, say(text::kReportNoDoctor));
+  addText(command, "--output,-o", options->output,
+          say("The archive to make (default: orbelo-report-TIME.tar.gz in the working folder)"))
+      ->type_name("FILE");
+  command.add_flag("--no-doctor", options->noDoctor, say("Ask no scale, pack the rest"));
   addJsonFlag(command, options->format);
   command.callback([&program, options] {
     program.action = [&program, options] { return pack(program, *options); };

@@ -1,15 +1,6 @@
-#include <iostream>
-#include <map>
-#include <memory>
-#include <vector>
-
-#include "Commands.h"
-#include "Records.h"
-#include "Report.h"
-#include "Session.h"
+#include "LongWork.h"
 #include "SettingsFile.h"
-#include "Table.h"
-#include "Texts.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -21,90 +12,60 @@ struct SettingsOptions {
   Format format = Format::Text;
 };
 
-std::vector<std::string> tableRow(const SettingsEntry& entry, const Reading& reading) {
-  const Units units = unitsOf(entry.model);
-  const bool good = reading.good();
-  return {entry.id(),
-          std::to_string(entry.model),
-          lineOf(entry),
-          good ? weightText(reading.weight, units) : "",
-          good ? moneyText(reading.details->price, units) : "",
-          good ? moneyText(reading.details->cost, units) : "",
-          good ? stateText(reading) : "",
-          fill(text::kMs, {milliseconds(reading.poll)}),
-          good ? "" : std::to_string(reading.error.code) + " " + reading.error.text};
-}
-
-Json jsonRecord(const SettingsEntry& entry, const Reading& reading) {
-  Json record = {{"id", entry.id()},
-                 {"model", entry.model},
-                 {"transport", entry.isSerial() ? "serial" : "tcp"},
-                 {"port", entry.port()},
-                 {"rate", entry.rate()}};
-  addReading(record, reading, unitsOf(entry.model));
+Json recordOf(const NamedScale& scale, const Weighing& weighing) {
+  const Connection& connection = scale.connection;
+  Json record = {{"id", scale.id},
+                 {"model", connection.model},
+                 {"transport", connection.network ? "tcp" : "serial"},
+                 {"port", connection.network ? connection.host : connection.device},
+                 {"rate", connection.network ? connection.tcpPort : connection.baud}};
+  addWeighing(record, weighing, unitsOf(connection.model));
   return record;
 }
 
-std::string csvRow(const SettingsEntry& entry, const Reading& reading) {
-  const char* transport = entry.isSerial() ? "serial" : "tcp";
-  return entry.id() + ',' + std::to_string(entry.model) + ',' + transport + ',' +
-         csvText(entry.port()) + ',' + std::to_string(entry.rate()) + ',' +
-         readingCsv(reading, unitsOf(entry.model));
-}
-
-/// Errors of a kind are told once, with the scales that have them.
-void complainOf(const std::map<std::uint32_t, std::vector<const SettingsEntry*>>& failed,
-                const std::map<std::uint32_t, std::string>& texts) {
-  for (const auto& [code, entries] : failed) {
-    std::string ids;
-    for (const SettingsEntry* entry : entries) ids += (ids.empty() ? "" : ", ") + entry->id();
-    complain(fill(text::kOfScales, {errorText({code, texts.at(code)}), ids}),
-             remedyFor(code, connectionOf(*entries.front())));
-  }
-}
-
 ExitCode readFolder(const Program& program, const SettingsOptions& options) {
+  const std::vector<NamedScale> scales = scalesOf(options.folder);
   const std::filesystem::path folder = options.folder;
-  const auto entries = readSettings(folder);
-  const auto log = options.log ? std::make_unique<ExchangeLog>(folder) : nullptr;
+  const auto log = options.log ? std::make_unique<LoggingFolder>(folder) : nullptr;
   Session session(program.component);
   if (const ExitCode code = judge(session.useFolder(folder), {})) return code;
 
-  Table table({say(text::kIdColumn), say(text::kModelColumn), say(text::kLineColumn),
-               say(text::kWeightColumn), say(text::kPriceColumn), say(text::kCostColumn),
-               say(text::kStateColumn), say(text::kPollColumn), say(text::kErrorColumn)});
-  std::map<std::uint32_t, std::vector<const SettingsEntry*>> failed;
-  std::map<std::uint32_t, std::string> texts;
-  if (options.format == Format::Csv)
-    std::cout << "id,model,transport,port,rate," << readingCsvHead(true) << '\n';
-  for (const SettingsEntry& entry : entries) {
-    const Reading reading = session.read(entry.id(), true);
-    if (!reading.good()) {
-      failed[reading.error.code].push_back(&entry);
-      texts[reading.error.code] = reading.error.text;
-    }
-    switch (options.format) {
-      case Format::Text: table.add(tableRow(entry, reading)); break;
-      case Format::Json: writeRecord(jsonRecord(entry, reading)); break;
-      case Format::Csv: std::cout << csvRow(entry, reading) << std::endl; break;
-    }
+  // What is known before goes into columns; each scale's row then comes when it has answered.
+  Table heads({say("ID"), say("MODEL"), say("LINE"), say("READING")});
+  for (const NamedScale& scale : scales)
+    heads.add({scale.id, std::to_string(scale.connection.model), scale.line(), "|"});
+  std::vector<std::string> rows = wrapped(heads.text(), std::string::npos);
+  if (options.format == Format::Text) print(rows.front() + "\n");
+
+  RecordWriter writer(options.format);
+  Complaints complaints;
+  for (std::size_t i = 0; i < scales.size() && !Ending::asked(); ++i) {
+    const NamedScale& scale = scales[i];
+    const Weighing weighing = session.read(scale.id, true);
+    if (!weighing.good() && Ending::asked()) break;
+    std::string& row = rows[i + 1];
+    row.pop_back();
+    writer.write(
+        recordOf(scale, weighing),
+        fmt::format("{}{}   {}", row, weighingText(weighing, unitsOf(scale.connection.model)),
+                    say("{0} ms", msText(weighing.poll))));
+    if (!weighing.good()) complaints.add(scale, weighing.error);
   }
-  if (options.format == Format::Text) std::cout << table.text() << std::flush;
-  complainOf(failed, texts);
-  return failed.empty() ? kGood : kScaleFailed;
+  const ExitCode code = complaints.conclude();
+  return Ending::asked() ? kFailed : code;
 }
 
 }  // namespace
 
 void addSettingsCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<SettingsOptions>();
-  CLI::App& command = addCommand(app, {.name = "settings",
-                                       .about = text::kSettingsAbout,
-                                       .example = "weigh settings /opt/orbelo --json"});
-  command.add_option("folder", options->folder, say(text::kFolderArgument))
+  CLI::App& command = addCommand(
+      app, "settings", say("Load a component folder and read every scale of its settings.xml"),
+      "weigh settings /opt/orbelo --json");
+  addText(command, "folder", options->folder, say("Component folder with settings.xml"))
       ->required()
       ->type_name("DIR");
-  command.add_flag("--log", options->log, say(text::kSettingsLogFlag));
+  command.add_flag("--log", options->log, say("Write exchange logs into the folder"));
   addFormatFlags(command, options->format);
   command.callback([&program, options] {
     program.action = [&program, options] { return readFolder(program, *options); };

@@ -1,17 +1,15 @@
 #include "SettingsFile.h"
 
-#include "Failure.h"
-#include "Texts.h"
+#include "SettingsEntry.h"
+#include "Text.h"
 
 namespace weigh {
 
 namespace fs = std::filesystem;
 
-std::string lineOf(const SettingsEntry& entry) {
-  return entry.port() + (entry.isSerial() ? " " : ":") + std::to_string(entry.rate());
-}
+namespace {
 
-Connection connectionOf(const SettingsEntry& entry) {
+NamedScale named(const SettingsEntry& entry) {
   Connection connection;
   connection.model = entry.model;
   connection.network = !entry.isSerial();
@@ -19,35 +17,55 @@ Connection connectionOf(const SettingsEntry& entry) {
   (connection.network ? connection.tcpPort : connection.baud) = entry.rate();
   connection.leave = entry.leaveConnection != 0;
   connection.coeff = entry.coefficient;
-  return connection;
+  return {.id = entry.id(), .connection = connection};
+}
+
+}  // namespace
+
+std::string NamedScale::line() const {
+  return connection.network ? connection.address()
+                            : fmt::format("{} {}", connection.device, connection.baud);
 }
 
 fs::path settingsFileOf(const fs::path& folder) { return folder / kSettingsFile; }
 
-std::vector<SettingsEntry> readSettings(const fs::path& folder) {
+std::vector<NamedScale> scalesOf(const fs::path& folder) {
   const fs::path file = settingsFileOf(folder);
+  const auto elements = [] {
+    return say(
+        "Scales are elements SCALES0 to SCALES99 under the root, each with its number in "
+        "fNum.");
+  };
   std::error_code error;
   if (!fs::exists(file, error)) {
-    throw Failure(kWrongUsage, fill(text::kNoSettings, {file.string()}),
-                  say(text::kNoSettingsRemedy));
+    throw Failure(kWrongUsage, say("there is no {0}", file.string()),
+                  say("Name the component's folder: the one whose settings.xml lists the scales."));
   }
   // By the component's own reader, so that both see the same in a damaged document.
-  const auto all = ::readSettings(file);
-  if (!all) {
-    throw Failure(kWrongUsage, fill(text::kBadSettings, {file.string()}),
-                  say(text::kEmptySettingsRemedy));
+  const auto entries = readSettings(file);
+  if (!entries) throw Failure(kWrongUsage, say("{0} can't be read", file.string()), elements());
+  std::vector<NamedScale> scales;
+  for (const SettingsEntry& entry : *entries) {
+    std::erase_if(scales, [&](const NamedScale& other) { return other.id == entry.id(); });
+    scales.push_back(named(entry));
   }
-  std::vector<SettingsEntry> entries;
-  for (const SettingsEntry& entry : *all) {
-    std::erase_if(entries,
-                  [&](const SettingsEntry& other) { return other.number == entry.number; });
-    entries.push_back(entry);
+  if (scales.empty())
+    throw Failure(kWrongUsage, say("{0} names no scale", file.string()), elements());
+  return scales;
+}
+
+void Complaints::add(const NamedScale& scale, const host::LastError& error) {
+  Kind& kind = kinds_.try_emplace(error.code, Kind{error, scale.connection, {}}).first->second;
+  if (!scale.id.empty()) kind.ids.push_back(scale.id);
+}
+
+ExitCode Complaints::conclude() const {
+  for (const auto& [code, kind] : kinds_) {
+    const std::string error = errorText(kind.error);
+    complain(kind.ids.empty() ? error : say("{0} (scales {1})", error, joined(kind.ids)),
+             remedyFor(code, kind.connection));
   }
-  if (entries.empty()) {
-    throw Failure(kWrongUsage, fill(text::kEmptySettings, {file.string()}),
-                  say(text::kEmptySettingsRemedy));
-  }
-  return entries;
+  return kinds_.empty() ? kGood : kFailed;
 }
 
 }  // namespace weigh

@@ -1,18 +1,9 @@
-#include <algorithm>
-#include <iostream>
-#include <map>
-#include <memory>
-#include <optional>
-#include <vector>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
-#include "Commands.h"
-#include "Interrupt.h"
-#include "Report.h"
-#include "Session.h"
-#include "SettingsFile.h"
-#include "Texts.h"
-#include "WatchScreen.h"
-#include "WatchTexts.h"
+#include <algorithm>
+
+#include "LongWork.h"
 #include "WatchedScale.h"
 
 namespace weigh {
@@ -21,6 +12,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr const char* kClearToLineEnd = "\x1B[K";
+
 struct WatchOptions {
   ScaleOptions scale;
   /// Empty for one scale by options.
@@ -28,149 +21,151 @@ struct WatchOptions {
   ReadingOptions reading{.count = 0, .interval = std::chrono::milliseconds(500)};
 };
 
-/// "0:02:10"
-std::string durationText(Clock::duration time) {
-  const std::chrono::hh_mm_ss parts(std::chrono::floor<std::chrono::seconds>(time));
-  const auto two = [](auto number) {
-    const std::string digits = std::to_string(number.count());
-    return digits.size() < 2 ? "0" + digits : digits;
-  };
-  return std::to_string(parts.hours().count()) + ":" + two(parts.minutes()) + ":" +
-         two(parts.seconds());
+ScreenSize terminalSize() {
+  constexpr unsigned kUsualColumns = 80;
+  constexpr unsigned kUsualRows = 24;
+  winsize size = {};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) size = {};
+  const unsigned columns = size.ws_col < 2 ? kUsualColumns : size.ws_col;
+  const unsigned rows = size.ws_row < 2 ? kUsualRows : size.ws_row;
+  // A full line would wrap, and the cursor stands on the line below the last.
+  return {.columns = columns - 1, .rows = rows - 1};
 }
 
 std::vector<WatchedScale> registerScales(Session& session, const WatchOptions& options) {
   std::vector<WatchedScale> scales;
   if (options.folder.empty()) {
     const Connection& connection = options.scale.connection;
-    scales.emplace_back(session.open(connection), "", connection);
+    scales.emplace_back(session.open(connection), NamedScale{.id = {}, .connection = connection});
     return scales;
   }
-  const auto entries = readSettings(options.folder);
+  auto named = scalesOf(options.folder);
   const host::LastError error = session.useFolder(options.folder);
-  if (error.code != 0) throw Failure(kScaleFailed, errorText(error), remedyFor(error.code, {}));
-  for (const SettingsEntry& entry : entries) {
-    scales.emplace_back(entry.id(), entry.id(), connectionOf(entry));
-  }
+  if (error.code != 0) throw Failure(kFailed, errorText(error), remedyFor(error.code, {}));
+  for (NamedScale& scale : named) scales.emplace_back(scale.id, std::move(scale));
   return scales;
 }
 
-/// Shows what the scales say, in the format that was asked for.
+/// Shows what the scales say: on a terminal a table over the one that was there before, otherwise
+/// each weighing as it comes.
 class Display {
  public:
   Display(const std::vector<WatchedScale>& scales, Format format)
       : scales_(scales),
-        format_(format),
-        inPlace_(format == Format::Text && WatchScreen::possible()) {
-    if (format == Format::Csv) std::cout << WatchedScale::csvHead() << '\n';
-  }
+        writer_(format),
+        inPlace_(format == Format::Text && ::isatty(STDOUT_FILENO) == 1) {}
 
-  /// After a reading of `scale`.
+  /// After a weighing of `scale`.
   void show(WatchedScale& scale) {
     const std::string notice = scale.takeNotice();
     if (inPlace_) {
       refresh();
       return;
     }
-    switch (format_) {
-      case Format::Text: std::cout << scale.readingLine() << std::endl; break;
-      case Format::Json: writeRecord(scale.record()); break;
-      case Format::Csv: std::cout << scale.csvRow() << std::endl; break;
-    }
+    writer_.write(scale.record(), scale.line());
     if (!notice.empty()) complain(notice);
   }
 
   /// Moves the last minute on.
   void refresh() {
+    static constexpr const char* kClearBelow = "\x1B[J";
     if (!inPlace_) return;
-    screen_.show(watchLines(scales_, durationText(Clock::now() - start_), WatchScreen::size()));
+    const auto watched = std::chrono::floor<std::chrono::seconds>(Clock::now() - start_).count();
+    const std::string time =
+        fmt::format("{}:{:02}:{:02}", watched / 3600, watched / 60 % 60, watched % 60);
+    std::string screen = shown_ > 0 ? fmt::format("\r\x1B[{}A", shown_) : "";
+    shown_ = 0;
+    for (const std::string& line : watchLines(scales_, time, terminalSize())) {
+      screen += line + kClearToLineEnd + "\r\n";
+      ++shown_;
+    }
+    printRaw(screen + kClearBelow);
+  }
+
+  /// Takes away what Ctrl-C left on the line below.
+  void finish() {
+    if (shown_ > 0) printRaw(fmt::format("\r{}", kClearToLineEnd));
   }
 
  private:
   const std::vector<WatchedScale>& scales_;
-  Format format_;
+  RecordWriter writer_;
   bool inPlace_;
-  WatchScreen screen_;
+  std::size_t shown_ = 0;
   Clock::time_point start_ = Clock::now();
 };
 
 /// Waits until `time`; true if the program was asked to end before.
-bool askedBefore(Clock::time_point time, const Interrupt& interrupt, Display& display) {
+bool askedBefore(Clock::time_point time, Display& display) {
   static constexpr std::chrono::seconds kRefresh{1};
   for (;;) {
     const auto soon = Clock::now() + kRefresh;
-    if (interrupt.askedBefore(std::min(time, soon))) return true;
+    if (Ending::askedBefore(std::min(time, soon))) return true;
     if (time <= soon) return false;
     display.refresh();
   }
 }
 
 void pollScales(Session& session, std::vector<WatchedScale>& scales, const ReadingOptions& options,
-                const Interrupt& interrupt) {
-  Display display(scales, options.format);
+                Display& display) {
   auto next = Clock::now();
   for (std::int64_t done = 0; options.count == 0 || done < options.count; ++done) {
-    if (askedBefore(next, interrupt, display)) return;
+    if (askedBefore(next, display)) return;
     next = std::max(next, Clock::now()) + options.interval;
     for (WatchedScale& scale : scales) {
-      const Reading reading = session.read(scale.id(), true);
+      const Weighing weighing = session.read(scale.id(), true);
       // A poll that the signal cut into says nothing about the scale.
-      if (!reading.good() && interrupt.asked()) return;
-      scale.add(reading);
+      if (!weighing.good() && Ending::asked()) return;
+      scale.add(weighing);
       display.show(scale);
-      if (interrupt.asked()) return;
+      if (Ending::asked()) return;
     }
   }
-}
-
-/// Complains of the scales that never gave a weight, once for each kind of error.
-ExitCode judge(const std::vector<WatchedScale>& scales) {
-  std::map<std::uint32_t, std::vector<const WatchedScale*>> failed;
-  for (const WatchedScale& scale : scales) {
-    if (scale.statistics().good() == 0 && scale.statistics().polls() > 0) {
-      failed[scale.lastError().code].push_back(&scale);
-    }
-  }
-  for (const auto& [code, those] : failed) {
-    std::string names;
-    for (const WatchedScale* scale : those) names += (names.empty() ? "" : ", ") + scale->name();
-    const std::string error = errorText(those.front()->lastError());
-    complain(names.empty() ? error : fill(text::kOfScales, {error, names}),
-             remedyFor(code, those.front()->connection()));
-  }
-  return failed.empty() ? kGood : kScaleFailed;
 }
 
 ExitCode watch(const Program& program, const WatchOptions& options) {
-  const Interrupt interrupt;
   Session session(program.component, options.scale.log);
   std::vector<WatchedScale> scales = registerScales(session, options);
-  pollScales(session, scales, options.reading, interrupt);
-  std::ostream& summary = options.reading.format == Format::Text ? std::cout : std::cerr;
-  for (const WatchedScale& scale : scales) summary << scale.summary() << std::endl;
-  return judge(scales);
+  if (scales.size() == 1 && isEmulator(scales.front().scale().connection.model))
+    complain(say("the emulator makes these weights up; a scale is chosen with --model"));
+  Display display(scales, options.reading.format);
+  pollScales(session, scales, options.reading, display);
+  display.finish();
+  Complaints complaints;
+  for (const WatchedScale& scale : scales) {
+    if (options.reading.format == Format::Text) {
+      print(scale.summary() + "\n");
+    } else {
+      tell(scale.summary());
+    }
+    if (scale.statistics().good() == 0 && scale.statistics().polls() > 0)
+      complaints.add(scale.scale(), scale.lastError());
+  }
+  return complaints.conclude();
 }
 
 }  // namespace
 
 void addWatchCommand(CLI::App& app, Program& program) {
   const auto options = std::make_shared<WatchOptions>();
-  CLI::App& command =
-      addCommand(app, {.name = "watch",
-                       .about = text::kWatchAbout,
-                       .example = "weigh watch --model 13 --host 192.168.0.200 --interval 0.2\n"
-                                  "         weigh watch /opt/orbelo",
-                       .notes = &text::kWatchNotes});
-  command.add_option("folder", options->folder, say(text::kWatchFolder))->type_name("DIR");
+  CLI::App& command = addCommand(
+      app, "watch",
+      say("Show one scale or a whole component folder live until Ctrl-C, then a summary"),
+      "weigh watch --model 13 --host 192.168.0.200 --interval 0.2\nweigh watch /opt/orbelo",
+      say("Each row shows the weight, its state, the last minute as bars from zero to the highest "
+          "weight (x for a failure), good and failed polls, how long a poll takes (half of them "
+          "take "
+          "less than the first number, 99 of 100 less than the second), and how often the scale "
+          "came "
+          "back after polls without connection or answer. The scales of a folder are polled one "
+          "after another, as the platform does it, so a silent one holds up the others. When a USB "
+          "adapter comes back under another device name, the new name is told. Where the output is "
+          "no terminal, each reading has a line of its own."));
+  addFolder(command, options->folder);
   addScaleOptions(command, options->scale);
-  addReadingOptions(command, options->reading, 0, text::kWatchCountOption);
+  addReadingOptions(command, options->reading, 0, say("End after so many readings (0: never)"));
   command.callback([&program, &command, options] {
-    for (const CLI::Option* option : command.get_options()) {
-      if (!options->folder.empty() && option->count() > 0 &&
-          option->get_group() == say(text::kScaleGroup)) {
-        throw CLI::ValidationError("folder", fill(text::kFolderNamesScales, {option->get_name()}));
-      }
-    }
+    refuseScaleBeside(options->folder, command);
     program.action = [&program, options] { return watch(program, *options); };
   });
 }

@@ -18,27 +18,27 @@ std::int64_t secondOf(WeightHistory::Time time) {
 
 }  // namespace
 
-void PollStatistics::add(const Reading& reading) {
+void PollStatistics::add(const Weighing& weighing) {
   const auto number = static_cast<std::size_t>(polls());
   if (times_.size() < kTimesKept) {
-    times_.push_back(reading.poll);
+    times_.push_back(weighing.poll);
   } else {
-    times_[number % kTimesKept] = reading.poll;
+    times_[number % kTimesKept] = weighing.poll;
   }
-  longest_ = std::max(longest_, reading.poll);
+  longest_ = std::max(longest_, weighing.poll);
 
-  const bool lost = reading.error.code == kNoConnection || reading.error.code == kNoAnswer;
+  const bool lost = weighing.error.code == kNoConnection || weighing.error.code == kNoAnswer;
   if (lost_ && !lost) ++reconnects_;
   lost_ = lost;
-  if (!reading.good()) {
+  if (!weighing.good()) {
     ++failed_;
     return;
   }
   ++good_;
-  if (!weights_) weights_ = Weights{reading.weight, reading.weight, reading.weight};
-  weights_->lowest = std::min(weights_->lowest, reading.weight);
-  weights_->highest = std::max(weights_->highest, reading.weight);
-  weights_->last = reading.weight;
+  if (!weights_) weights_ = Weights{weighing.weight, weighing.weight, weighing.weight};
+  weights_->lowest = std::min(weights_->lowest, weighing.weight);
+  weights_->highest = std::max(weights_->highest, weighing.weight);
+  weights_->last = weighing.weight;
 }
 
 Milliseconds PollStatistics::time(double part) const {

@@ -15,7 +15,7 @@ namespace weigh {
 /// How the polls of a scale went.
 class PollStatistics {
  public:
-  void add(const Reading& reading);
+  void add(const Weighing& weighing);
 
   std::int64_t polls() const { return good_ + failed_; }
   std::int64_t good() const { return good_; }

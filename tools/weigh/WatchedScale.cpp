@@ -1,12 +1,12 @@
 #include "WatchedScale.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "Doctor.h"
 #include "ResultCode.h"
-#include "Texts.h"
-#include "WatchTexts.h"
+#include "Text.h"
 
 namespace weigh {
 
@@ -16,37 +16,76 @@ constexpr std::size_t kBars = 15;
 
 std::string failureText(std::uint32_t code) {
   switch (code) {
-    case kNoConnection: return say(text::kNoConnectionState);
-    case kNoAnswer: return say(text::kNoAnswerState);
-    case kOverload: return say(text::kOverloadState);
-    case kNotSupported: return say(text::kNotSupportedState);
-    default: return fill(text::kErrorState, {std::to_string(code)});
+    case kNoConnection: return say("no connection");
+    case kNoAnswer: return say("no answer");
+    case kOverload: return say("overload");
+    case kNotSupported: return say("not supported");
+    default: return say("error {0}", code);
   }
+}
+
+/// The last part of a name that is too long: there adapters differ.
+std::string ending(const std::string& name, std::size_t columns) {
+  const std::size_t width = displayWidth(name);
+  if (width <= columns) return name;
+  return "…" + name.substr(clipped(name, width - columns + 1).size());
+}
+
+std::vector<std::string> headings() {
+  return {say("SCALE"),       say("WEIGHT"),   say("STATE"), say("LAST MINUTE"),
+          say("GOOD/FAILED"), say("POLL, ms"), say("BACK")};
+}
+
+std::string tableOf(const std::vector<WatchedScale>& scales, std::size_t nameColumns) {
+  Table table(headings());
+  for (const WatchedScale& scale : scales) table.add(scale.row(nameColumns));
+  std::string text = table.text();
+  text.pop_back();
+  return text;
 }
 
 }  // namespace
 
-WatchedScale::WatchedScale(std::string id, std::string name, const Connection& connection,
-                           const devices::Roots& roots)
-    : id_(std::move(id)),
-      name_(std::move(name)),
-      connection_(connection),
-      units_(unitsOf(connection.model)) {
-  if (!connection.network) device_.emplace(connection.device, roots);
+WatchedDevice::WatchedDevice(std::filesystem::path configured, devices::Roots roots)
+    : configured_(std::move(configured)), roots_(std::move(roots)) {
+  remember();
 }
 
-void WatchedScale::add(const Reading& reading) {
-  last_ = reading;
+std::optional<devices::SerialDevice> WatchedDevice::elsewhere() {
+  if (!device_) return std::nullopt;
+  auto found = devices::findAgain(*device_, others_, roots_);
+  if (!found) return std::nullopt;
+  std::error_code error;
+  if (std::filesystem::equivalent(configured_, found->path, error)) return std::nullopt;
+  return found;
+}
+
+void WatchedDevice::answered() {
+  if (!device_) remember();
+}
+
+void WatchedDevice::remember() {
+  device_ = devices::deviceAt(configured_, roots_);
+  others_ = devices::serialDevices(roots_);
+}
+
+WatchedScale::WatchedScale(std::string id, NamedScale scale, const devices::Roots& roots)
+    : id_(std::move(id)), scale_(std::move(scale)), units_(unitsOf(scale_.connection.model)) {
+  if (!scale_.connection.network) device_.emplace(scale_.connection.device, roots);
+}
+
+void WatchedScale::add(const Weighing& weighing) {
+  last_ = weighing;
   lastTime_ = timestamp();
-  statistics_.add(reading);
+  statistics_.add(weighing);
   history_.add(std::chrono::steady_clock::now(),
-               reading.good() ? std::optional(reading.weight) : std::nullopt);
-  if (reading.good()) {
+               weighing.good() ? std::optional(weighing.weight) : std::nullopt);
+  if (weighing.good()) {
     if (device_) device_->answered();
     moved_.reset();
     return;
   }
-  lastError_ = reading.error;
+  lastError_ = weighing.error;
   errorClock_ = timestamp("%H:%M:%S");
   if (!device_) return;
   auto found = device_->elsewhere();
@@ -54,45 +93,38 @@ void WatchedScale::add(const Reading& reading) {
   moved_ = std::move(found);
 }
 
-std::vector<std::string> WatchedScale::headings() {
-  return {say(text::kScaleColumn),     say(text::kWeightColumn),     say(text::kStateColumn),
-          say(text::kMinuteColumn),    say(text::kGoodFailedColumn), say(text::kTimesColumn),
-          say(text::kReconnectsColumn)};
-}
-
-std::vector<std::string> WatchedScale::row() const {
-  const auto whole = [](Milliseconds time) { return std::to_string(std::lround(time.count())); };
-  return {title(),
+std::vector<std::string> WatchedScale::row(std::size_t columns) const {
+  return {ending(title(), columns),
           last_.good() && statistics_.polls() > 0 ? weightText(last_.weight, units_) : "-",
           state(),
           history_.bars(std::chrono::steady_clock::now(), kBars),
-          std::to_string(statistics_.good()) + "/" + std::to_string(statistics_.failed()),
-          whole(statistics_.median()) + "/" + whole(statistics_.percentile99()),
+          fmt::format("{}/{}", statistics_.good(), statistics_.failed()),
+          fmt::format("{:.0f}/{:.0f}", statistics_.median().count(),
+                      statistics_.percentile99().count()),
           std::to_string(statistics_.reconnects())};
 }
 
 std::vector<std::string> WatchedScale::remarks() const {
   std::vector<std::string> lines;
   if (lastError_.code != kSuccess) {
-    lines.push_back(fill(text::kLastError,
-                         {title(), std::to_string(lastError_.code), errorClock_, lastError_.text}));
+    lines.push_back(
+        say("{0}: error {1} at {2}: {3}", title(), lastError_.code, errorClock_, lastError_.text));
   }
   if (moved_) lines.push_back(movedText());
   return lines;
 }
 
-std::string WatchedScale::readingLine() const {
-  const std::string line =
-      readingText(last_, units_) + "   " + fill(text::kMs, {milliseconds(last_.poll)});
-  return name_.empty() ? line : title() + "   " + line;
+std::string WatchedScale::line() const {
+  const std::string text = weighingText(last_, units_) + "   " + say("{0} ms", msText(last_.poll));
+  return scale_.id.empty() ? text : title() + "   " + text;
 }
 
 Json WatchedScale::record() const {
   Json record = {{"reading", statistics_.polls()}, {"time", lastTime_}};
-  if (!name_.empty()) record["id"] = id_;
-  addReading(record, last_, units_);
-  record["model"] = connection_.model;
-  record["port"] = address();
+  addWeighing(record, last_, units_);
+  record["id"] = orNull(scale_.id);
+  record["model"] = scale_.connection.model;
+  record["port"] = scale_.connection.address();
   record["polls_good"] = statistics_.good();
   record["polls_failed"] = statistics_.failed();
   record["reconnects"] = statistics_.reconnects();
@@ -102,67 +134,68 @@ Json WatchedScale::record() const {
   return record;
 }
 
-std::string WatchedScale::csvHead() {
-  return "reading,time," + readingCsvHead(true) +
-         ",id,model,port,polls_good,polls_failed,reconnects,poll_median_ms,poll_p99_ms,moved_to";
-}
-
-std::string WatchedScale::csvRow() const {
-  std::string row = std::to_string(statistics_.polls()) + ',' + lastTime_ + ',' +
-                    readingCsv(last_, units_) + ',' + name_ + ',' +
-                    std::to_string(connection_.model) + ',' + csvText(address());
-  for (const std::int64_t count :
-       {statistics_.good(), statistics_.failed(), statistics_.reconnects()}) {
-    row += ',' + std::to_string(count);
-  }
-  for (const Milliseconds time : {statistics_.median(), statistics_.percentile99()}) {
-    row += ',' + milliseconds(time);
-  }
-  return row + ',' + (moved_ ? csvText(moved_->path) : "");
-}
-
 std::string WatchedScale::summary() const {
-  std::string text =
-      fill(text::kSummary,
-           {std::to_string(statistics_.polls()), std::to_string(statistics_.good()),
-            std::to_string(statistics_.failed()), milliseconds(statistics_.median()),
-            milliseconds(statistics_.percentile99()), milliseconds(statistics_.longest())});
-  if (statistics_.reconnects() > 0) {
-    text += fill(text::kSummaryReconnects, {std::to_string(statistics_.reconnects())});
-  }
+  std::string text = sayCount(
+      "{0} reading, {1} good, {2} failed; poll {3} / {4} / {5} ms (median / 99 % / longest)",
+      "{0} readings, {1} good, {2} failed; poll {3} / {4} / {5} ms (median / 99 % / longest)",
+      statistics_.polls(), statistics_.good(), statistics_.failed(), msText(statistics_.median()),
+      msText(statistics_.percentile99()), msText(statistics_.longest()));
+  if (const auto back = statistics_.reconnects(); back > 0)
+    text += "; " + sayCount("came back {0} time", "came back {0} times", back);
   if (const auto& weights = statistics_.weights()) {
-    text += '\n' + fill(text::kSummaryWeights,
-                        {weightText(weights->lowest, units_), weightText(weights->highest, units_),
-                         weightText(weights->last, units_)});
+    text += '\n' + say("weights from {0} to {1}, last {2}", weightText(weights->lowest, units_),
+                       weightText(weights->highest, units_), weightText(weights->last, units_));
   }
-  return name_.empty() ? text : title() + ": " + text;
+  return scale_.id.empty() ? text : title() + ": " + text;
 }
 
 std::string WatchedScale::takeNotice() {
   return std::exchange(noticeDue_, false) && moved_ ? movedText() : std::string();
 }
 
-std::string WatchedScale::address() const {
-  return connection_.network ? connection_.host + ":" + std::to_string(connection_.tcpPort)
-                             : connection_.device;
-}
-
 std::string WatchedScale::title() const {
-  return name_.empty() ? address() : name_ + " " + address();
+  const std::string address = scale_.connection.address();
+  return scale_.id.empty() ? address : scale_.id + " " + address;
 }
 
 std::string WatchedScale::state() const {
   if (statistics_.polls() == 0) return {};
   if (!last_.good()) return failureText(last_.error.code);
-  return tellsMotion(connection_.model) ? stateText(last_) : say(text::kAnswers);
+  return tellsMotion(scale_.connection.model) ? motionText(last_.details->stable) : say("answers");
 }
 
 std::string WatchedScale::movedText() const {
-  const std::string now = moved_->path.string();
   const std::string stable = moved_->byAdapter.string();
-  return fill(text::kMoved, {title(), now}) + ". " +
-         (stable.empty() ? fill(text::kMovedRemedyNoName, {now})
-                         : fill(text::kMovedRemedy, {stable}));
+  return say("the adapter of {0} is back as {1}", title(), moved_->path.string()) + ". " +
+         (stable.empty() ? say("Set the port to {0}.", moved_->path.string())
+                         : say("Set the port to {0}, which stays with the adapter.", stable));
+}
+
+std::vector<std::string> watchLines(const std::vector<WatchedScale>& scales,
+                                    const std::string& watched, ScreenSize size) {
+  // What the names have left; on a narrow screen the last columns go rather than they.
+  constexpr std::size_t kShortestName = 12;
+  std::size_t others = 0;
+  for (const std::string& row : wrapped(tableOf(scales, 0), std::string::npos))
+    others = std::max(others, displayWidth(row));
+  const std::size_t heading = displayWidth(headings().front());
+  const std::size_t room = size.columns + heading > others ? size.columns + heading - others : 0;
+  std::vector<std::string> lines =
+      wrapped(tableOf(scales, std::max(room, kShortestName)), std::string::npos);
+  for (const WatchedScale& scale : scales) {
+    for (const std::string& remark : scale.remarks()) {
+      for (std::string& line : wrapped(remark, size.columns, 3)) lines.push_back(std::move(line));
+    }
+  }
+  std::string last = say("{0} watched; Ctrl-C ends", watched);
+  if (lines.size() + 1 > size.rows) {
+    const std::size_t kept = std::max<std::size_t>(size.rows, 2) - 1;
+    last += "; " + say("{0} more; a higher window shows them", lines.size() - kept);
+    lines.resize(kept);
+  }
+  lines.push_back(last);
+  for (std::string& line : lines) line = clipped(visible(line), size.columns);
+  return lines;
 }
 
 }  // namespace weigh

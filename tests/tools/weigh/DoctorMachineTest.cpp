@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "Doctor.h"
-#include "DoctorLine.h"
-#include "DoctorOutput.h"
 #include "FakeMachine.h"
 #include "Library.h"
 #include "SimulatedScale.h"
@@ -26,12 +24,9 @@ weigh::Diagnosis diagnose(const FakeMachine& machine, const std::string& device)
   connection.model = 13;
   connection.device = device;
   connection.baud = 9600;
-  const weigh::Interrupt interrupt;
   weigh::Progress progress(std::chrono::seconds{1});
-  return weigh::diagnose(connection, {.component = WEIGH_COMPONENT,
-                                      .roots = machine.roots(),
-                                      .interrupt = interrupt,
-                                      .progress = progress});
+  return weigh::diagnose(
+      connection, {.component = WEIGH_COMPONENT, .progress = progress, .roots = machine.roots()});
 }
 
 TEST(DoctorOfAMachine, NamesAnAdapterThatGathersBytesAndItsStableName) {
@@ -80,13 +75,13 @@ TEST(DoctorOfAMachine, ListsTheDevicesInPlaceOfOneThatIsNotThere) {
 /// What a pseudo-terminal can't bring about: counts of the hardware, an adapter that goes.
 TEST(DoctorOfAMachine, JudgesALineByAllThatCameOfIt) {
   useLanguage(Language::English);
-  weigh::ByteRow odd;
+  std::vector<std::uint8_t> odd;
   for (const char c : std::string("TICKET 0042 GROSS 12.5 NET 11.0\r\n")) {
     const auto byte = static_cast<std::uint8_t>(c);
     odd.push_back(byte | (std::popcount(byte) % 2 == 0 ? 0x80U : 0U));
   }
   const struct {
-    weigh::ByteRow bytes;
+    std::vector<std::uint8_t> bytes;
     bool hungUp;
     int framingErrors;
     int parityErrors;

@@ -40,8 +40,8 @@ TEST_P(FindOnALine, NamesModelAndSpeed) {
   const Unknown& unknown = GetParam();
   SimulatedScale scale(unknown.model, Transport::Pty);
   scale.setSpeed(unknown.speed);
-  const ProgramRun run = weigh({"find", "--json", "--port", scale.devicePath(), "--speeds",
-                                "19200,4800", "--listen", "0.5"});
+  const ProgramRun run = weigh(
+      {"find", "--json", "--port", scale.devicePath(), "--baud", "19200,4800", "--listen", "0.5"});
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   const json first = run.records().at(0);
   EXPECT_EQ(first["rank"], 1);
@@ -60,7 +60,7 @@ TEST_P(FindOnALine, NamesModelAndSpeed) {
 TEST(Find, AsksANetworkScaleAndTellsPeopleWhatToEnter) {
   SimulatedScale scale(24, Transport::Tcp);
   const ProgramRun run = weigh({"find", "--host", "127.0.0.1", "--tcp-port",
-                                std::to_string(scale.port()), "--models", "20-30"});
+                                std::to_string(scale.port()), "--model", "20-30"});
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   EXPECT_THAT(run.err, HasSubstr("this may take"));
   EXPECT_THAT(run.out, AllOf(HasSubstr("Model 24 it is."),
@@ -95,13 +95,13 @@ TEST(Find, PassivelySendsNothingAndSaysWhatGarbageLooksLike) {
   SimulatedScale scale(13, Transport::Pty,
                        {.endless = sim::Faults::Endless::Garbage, .bytesPerSecond = 960});
   const ProgramRun run = weigh({"find", "--json", "--passive", "--port", scale.devicePath(),
-                                "--speeds", "9600", "--listen", "0.3"});
+                                "--baud", "9600", "--listen", "0.3"});
   EXPECT_EQ(run.exitCode, kScaleFailed);
   const json end = run.records().at(0);
   EXPECT_EQ(end["candidates"], 0);
   EXPECT_EQ(end["unexplained"].at(0)["looks_like"], "wrong_speed");
-  const ProgramRun told = weigh({"find", "--passive", "--port", scale.devicePath(), "--speeds",
-                                 "9600", "--listen", "0.3", "--models", "13"});
+  const ProgramRun told = weigh({"find", "--passive", "--port", scale.devicePath(), "--baud",
+                                 "9600", "--listen", "0.3", "--model", "13"});
   EXPECT_THAT(told.out, ContainsRegex("9600 8N1: [0-9]+ bytes, looks like a wrong speed: "));
   EXPECT_THAT(told.err, HasSubstr("Bytes came that belong to no model"));
   EXPECT_TRUE(scale.received().empty());

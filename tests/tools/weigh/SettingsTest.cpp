@@ -54,7 +54,8 @@ TEST(Settings, ShowsATableAndLeavesLogsOnDemand) {
   folder.write("settings.xml", "<S>" + serialEntry(0, 41, 17, scale.devicePath()) + "</S>");
   const ProgramRun run = weigh({"settings", folder.path(), "--log"});
   EXPECT_EQ(run.exitCode, kGood) << run.err;
-  EXPECT_THAT(run.out, AllOf(HasSubstr("ID  MODEL  LINE"), HasSubstr("2.000 kg  12.50  25.00")));
+  EXPECT_THAT(run.out, AllOf(HasSubstr("ID  MODEL  LINE"),
+                             HasSubstr("2.000 kg   price 12.50   cost 25.00   stable")));
   EXPECT_TRUE(folder.has("log_scales_41.log"));
   EXPECT_FALSE(folder.has("log.txt"));
   EXPECT_EQ(weigh({"settings", folder.path(), "--csv"}).out.substr(0, 28),

@@ -1,5 +1,7 @@
 // The command line, and a component that isn't one.
 
+#include <sstream>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -21,10 +23,14 @@ TEST(Usage, HelpTellsEveryCommandWithAnExample) {
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
     const ProgramRun own = weigh({command, "--help"});
     EXPECT_EQ(own.exitCode, kGood);
-    EXPECT_THAT(own.out, HasSubstr(std::string("Example: weigh ") + command));
-    const ProgramRun russian = weigh({command, "--help", "--lang=ru"});
-    EXPECT_THAT(russian.out, AllOf(HasSubstr(std::string("Пример: weigh ") + command),
-                                   Not(HasSubstr("Options"))));
+    EXPECT_THAT(own.out, HasSubstr(std::string("Example:\n  weigh ") + command));
+    for (const auto& [language, example] :
+         {std::pair{"--lang=ru", "Пример:\n  weigh "}, {"--lang=uk", "Приклад:\n  weigh "}}) {
+      EXPECT_THAT(weigh({command, "--help", language}).out,
+                  AllOf(HasSubstr(std::string(example) + command), Not(HasSubstr("Options"))));
+    }
+    std::istringstream lines(own.out);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
   }
 }
 

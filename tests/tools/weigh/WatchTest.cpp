@@ -50,7 +50,7 @@ TEST(Watch, EndsWellOnCtrlC) {
   const ProgramRun run =
       weighUntil(SIGINT, Arguments{"watch", "--interval", "60"} + optionsOf(scale));
   EXPECT_EQ(run.exitCode, kGood) << run.err;
-  EXPECT_THAT(run.out, HasSubstr("1 readings, 1 good, 0 failed"));
+  EXPECT_THAT(run.out, HasSubstr("1 reading, 1 good, 0 failed"));
 }
 
 TEST(Watch, CountsAScaleThatComesBack) {
@@ -91,8 +91,8 @@ TEST_F(WatchFolder, TellsOfEveryScale) {
   EXPECT_THAT(
       csv.out,
       AllOf(StartsWith("reading,time,weight,unit,"),
-            ContainsRegex("\n2,[^,]+,1.25,kg,[^\n]*,7,13,\"[^\"]+\",2,0,0,"),
-            ContainsRegex("\n2,[^,]+,,,,,,1,\"[^\n]*\",[0-9.]+,8,14,\"127.0.0.1:1\",0,2,0,")));
+            ContainsRegex("\n2,[^,]+,1.25,kg,[^\n]*,7,13,[^,]+,2,0,0,"),
+            ContainsRegex("\n2,[^,]+,,,,,,1,\"[^\n]*\",[a-z]*,[0-9.]+,8,14,127.0.0.1:1,0,2,0,")));
 }
 
 TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {

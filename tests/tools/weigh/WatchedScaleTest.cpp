@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "FakeMachine.h"
-#include "Language.h"
-#include "WatchScreen.h"
+#include "Messages.h"
 #include "WatchedScale.h"
 
 namespace {
@@ -19,20 +18,19 @@ using testing::HasSubstr;
 using testing::StartsWith;
 using weigh::Milliseconds;
 using weigh::PollStatistics;
-using weigh::Reading;
-using weigh::ReadingDetails;
 using weigh::WatchedScale;
+using weigh::Weighing;
 using weigh::WeightHistory;
 
-Reading good(double weight, double poll_ms = 10) {
+Weighing good(double weight, double poll_ms = 10) {
   return {.error = {0, "OK"},
           .weight = weight,
-          .details = ReadingDetails{.stable = true},
+          .details = Weighing::Details{.stable = true},
           .poll = Milliseconds(poll_ms)};
 }
 
-Reading failed(std::uint32_t code, const std::string& text = "no answer") {
-  return {.error = {code, text}, .details = ReadingDetails{}};
+Weighing failed(std::uint32_t code, const std::string& text = "no answer") {
+  return {.error = {code, text}, .details = Weighing::Details{}};
 }
 
 TEST(PollStatistics, TellTimesByTheirRank) {
@@ -83,7 +81,7 @@ class ReplacedAdapter : public testing::Test {
     weigh::Connection connection;
     connection.model = 13;
     connection.device = device;
-    return {"id", "7", connection, machine_.roots()};
+    return {"id", {.id = "7", .connection = connection}, machine_.roots()};
   }
 
   FakeMachine machine_;
@@ -109,7 +107,7 @@ TEST_F(ReplacedAdapter, IsToldOnceWithItsNewName) {
   scale.add(failed(1));
   EXPECT_EQ(scale.takeNotice(), "");
   EXPECT_EQ(scale.record()["moved_to"], machine_.device("ttyUSB3"));
-  EXPECT_THAT(scale.csvRow(), EndsWith(",\"" + machine_.device("ttyUSB3") + "\""));
+  EXPECT_THAT(weigh::csvRow(scale.record()), EndsWith("," + machine_.device("ttyUSB3")));
   EXPECT_THAT(scale.remarks(), ElementsAre(HasSubstr("error 1"), notice));
 
   machine_.unplug("ttyUSB3", "2-4");
@@ -134,7 +132,7 @@ TEST(WatchLines, KeepToTheirRoom) {
   useLanguage(Language::English);
   std::vector<WatchedScale> scales;
   for (const char* name : {"7", "8", "9"}) {
-    scales.emplace_back(name, name, weigh::Connection{.network = true});
+    scales.emplace_back(name, weigh::NamedScale{.id = name, .connection = {.network = true}});
   }
   scales[1].add(failed(3, "a text that is longer than the screen"));
   const auto lines = weigh::watchLines(scales, "0:00:01", {.columns = 44, .rows = 24});
@@ -150,12 +148,25 @@ TEST(WatchLines, KeepToTheirRoom) {
   EXPECT_THAT(few[2], HasSubstr("4 more"));
 }
 
+/// The names that the guide recommends are longer than half a screen.
+TEST(WatchLines, ShortenNamesForTheWeights) {
+  useLanguage(Language::English);
+  weigh::Connection connection;
+  connection.model = 13;
+  connection.device = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0";
+  std::vector<WatchedScale> scales;
+  scales.emplace_back("", weigh::NamedScale{.id = {}, .connection = connection});
+  scales[0].add(good(1.25));
+  const std::string row = weigh::watchLines(scales, "0:00:01", {.columns = 79, .rows = 24})[1];
+  EXPECT_THAT(row, AllOf(StartsWith("…"), HasSubstr("port0  1.250 kg  stable"), HasSubstr("1/0")));
+}
+
 TEST(WatchLines, NameAFailureInAWordOrTwo) {
   useLanguage(Language::English);
   for (const auto& [code, words] : std::map<std::uint32_t, const char*>{
            {1, "no connection"}, {5, "not supported"}, {7, "overload"}, {1099, "error 1099"}}) {
     std::vector<WatchedScale> scales;
-    scales.emplace_back("7", "7", weigh::Connection{.network = true});
+    scales.emplace_back("7", weigh::NamedScale{.id = "7", .connection = {.network = true}});
     scales[0].add(failed(code));
     EXPECT_THAT(weigh::watchLines(scales, "0:00:01", {.columns = 80, .rows = 24})[1],
                 HasSubstr(words));

@@ -1,12 +1,11 @@
-#include "FindLine.h"
+#include "OpenLine.h"
 
 #include <array>
 
-#include "FindTexts.h"
-#include "Report.h"
+#include "LongWork.h"
+#include "Records.h"
 #include "ResultCode.h"
 #include "Sleep.h"
-#include "Texts.h"
 
 namespace weigh {
 
@@ -22,20 +21,21 @@ constexpr milliseconds kLook{5};
 
 }  // namespace
 
-FindLine::FindLine(const Connection& connection, const Interrupt& interrupt)
-    : connection_(connection), interrupt_(interrupt) {
+std::string LineSetting::text() const {
+  if (bitsPerSecond == 0) return {};
+  return std::to_string(bitsPerSecond) + " " + framing.text();
+}
+
+OpenLine::OpenLine(const Connection& connection) : connection_(connection) {
   const int code = connection.network
                        ? port_.OpenNetworkPort(connection.host.c_str(), connection.tcpPort)
                        : port_.OpenComPort(connection.device.c_str());
   if (code == 0) return;
-  const std::string name = connection.network
-                               ? connection.host + ":" + std::to_string(connection.tcpPort)
-                               : connection.device;
-  throw Failure(kScaleFailed, fill(text::kLineClosed, {name}),
+  throw Failure(kFailed, say("{0} can't be opened", connection.address()),
                 remedyFor(kNoConnection, connection));
 }
 
-bool FindLine::set(int bitsPerSecond, const Framing& settings) {
+bool OpenLine::set(int bitsPerSecond, const Framing& settings) {
   if (connection_.network) return true;
   const bool taken = port_.setBitRate(static_cast<unsigned long>(bitsPerSecond)) == 0 &&
                      port_.setParity(settings.parity) == 0 &&
@@ -46,19 +46,21 @@ bool FindLine::set(int bitsPerSecond, const Framing& settings) {
   return taken;
 }
 
-void FindLine::say(std::span<const std::uint8_t> bytes) { port_.write(bytes.data(), bytes.size()); }
+void OpenLine::send(std::span<const std::uint8_t> bytes) {
+  port_.write(bytes.data(), bytes.size());
+}
 
-void FindLine::ask(const Request& request) {
+void OpenLine::ask(const Request& request) {
   const auto head = request.first.view();
   recognise::Bytes first(head.begin(), head.end());
   first.insert(first.end(), request.frameHead, 0);
-  say(first);
+  send(first);
   if (request.second.empty()) return;
   orbSleep_mSec(request.pause_ms);
-  say(request.second.view());
+  send(request.second.view());
 }
 
-recognise::Bytes FindLine::hear(milliseconds first, milliseconds longest) {
+recognise::Bytes OpenLine::hear(milliseconds first, milliseconds longest) {
   recognise::Bytes heard;
   const Clock::time_point begin = Clock::now();
   Clock::time_point last = begin;
@@ -75,14 +77,14 @@ recognise::Bytes FindLine::hear(milliseconds first, milliseconds longest) {
       return heard;
     }
     if (now - begin >= longest || !isUp()) return heard;
-    if (got <= 0 && interrupt_.askedBefore(now + kLook)) return heard;
+    if (got <= 0 && Ending::askedBefore(now + kLook)) return heard;
   }
 }
 
-recognise::Bytes FindLine::listen(milliseconds time) {
+recognise::Bytes OpenLine::listen(milliseconds time) {
   recognise::Bytes heard;
   const Clock::time_point end = Clock::now() + time;
-  while (Clock::now() < end && isUp() && !interrupt_.asked()) {
+  while (Clock::now() < end && isUp() && !Ending::asked()) {
     const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
     const recognise::Bytes more = hear(left, left);
     heard.insert(heard.end(), more.begin(), more.end());
@@ -90,6 +92,6 @@ recognise::Bytes FindLine::listen(milliseconds time) {
   return heard;
 }
 
-bool FindLine::isUp() { return port_.getState() == COrbComLanPort::kConnected; }
+bool OpenLine::isUp() { return port_.getState() == COrbComLanPort::kConnected; }
 
 }  // namespace weigh

@@ -3,23 +3,30 @@
 #include <chrono>
 
 #include "ComLanPort.h"
-#include "Interrupt.h"
 #include "Options.h"
 #include "ProtocolSheet.h"
 #include "Recognise.h"
 
 namespace weigh {
 
+/// Speed and framing of a serial line; no speed on a network.
+struct LineSetting {
+  int bitsPerSecond = 0;
+  Framing framing;
+
+  /// "9600 8N1"; empty on a network.
+  std::string text() const;
+};
+
 /// The line to a scale that isn't known yet: the driver's port, with speed and framing to choose.
-class FindLine {
+class OpenLine {
  public:
-  /// Opens it. Throws Failure. `interrupt` ends all waiting.
-  FindLine(const Connection& connection, const Interrupt& interrupt);
+  /// Opens it. Throws Failure. Whoever asks the program to end, ends all waiting.
+  explicit OpenLine(const Connection& connection);
 
   /// Sets a serial line and drops what has come; false if the line can't be set so. Nothing to set
   /// on a network.
   bool set(int bitsPerSecond, const Framing& settings);
-  void say(std::span<const std::uint8_t> bytes);
   /// Sends a weight request as the first attempt of a poll does.
   void ask(const Request& request);
   /// Waits up to `first` for a byte, and then until nothing more comes or `longest` has passed.
@@ -30,8 +37,9 @@ class FindLine {
   bool isUp();
 
  private:
+  void send(std::span<const std::uint8_t> bytes);
+
   const Connection& connection_;
-  const Interrupt& interrupt_;
   COrbComLanPort port_;
 };
 

@@ -71,7 +71,7 @@ std::string options(const CLI::App& app) {
     for (const CLI::Option* option : app.get_options()) {
       if (group.empty() || option->get_group() != group) continue;
       std::vector<std::string> names;
-      const std::string name = words.make_option_name(option, option->get_positional());
+      const std::string name = words.make_option_name(option, !option->nonpositional());
       for (const auto part : std::views::split(name, ','))
         names.push_back("\\fB" + escaped({part.begin(), part.end()}) + "\\fR");
       list +=

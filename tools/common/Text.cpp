@@ -55,6 +55,8 @@ std::vector<std::string> wrapped(std::string_view utf8, std::size_t width, std::
     }
     lines.push_back(line);
   }
+  // No text has one line, too.
+  if (lines.empty()) lines.emplace_back();
   return lines;
 }
 

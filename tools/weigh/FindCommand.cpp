@@ -201,7 +201,8 @@ std::string verdictText(const Connection& connection, const std::vector<Sighting
   text += say("Its last frame: {0}", hexText(best.frame)) + "\n\n" +
           say("For the parameter page:") + "\n";
   const Connection found = foundAt(connection, sightings.front());
-  for (const auto& [name, value] : pageValues(found).items()) {
+  const Json page = pageValues(found);
+  for (const auto& [name, value] : page.items()) {
     const std::string shown = value.is_string() ? value.get<std::string>() : value.dump();
     text += fmt::format("  {:<12}{}\n", name, shown);
   }

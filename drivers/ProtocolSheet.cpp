@@ -54,6 +54,10 @@ std::vector<std::uint8_t> Request::bytesOfFirstAttempt() const {
   return bytes;
 }
 
+bool showsOverload(const ProtocolSheet& sheet) {
+  return sheet.overload.mask != 0 || sheet.withoutWeight == kOverload;
+}
+
 bool transmitsByItself(const ProtocolSheet& sheet) { return sheet.request.first.empty(); }
 
 std::size_t frameLength(const ProtocolSheet& sheet) {

@@ -257,6 +257,8 @@ struct ProtocolSheet {
 
 /// The scale isn't asked for its weight.
 bool transmitsByItself(const ProtocolSheet& sheet);
+/// A frame can say that the scale is overloaded.
+bool showsOverload(const ProtocolSheet& sheet);
 /// Length of a frame; 0 for a protocol whose frames end by a terminator.
 std::size_t frameLength(const ProtocolSheet& sheet);
 /// The fewest bytes of a frame.

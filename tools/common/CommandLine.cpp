@@ -139,7 +139,7 @@ CLI::Option* addText(CLI::App& app, const std::string& names, std::string& targe
 
 void addCommonOptions(CLI::App& app) {
   app.formatter(std::make_shared<HelpFormatter>());
-  app.option_defaults()->group(say("Options"));
+  app.option_defaults()->group(say("Options"))->disable_flag_override();
   app.set_help_flag("-h,--help", say("Print this help and end"))->group(say("Options"));
   app.set_version_flag("--version", versionLine(app.get_name()), say("Print the version and end"));
   // It was taken before: the texts above are in its language already.

@@ -76,10 +76,6 @@ std::string motionOf(const Motion& motion) {
   return std::array{"shown", "always 1", "always 0"}.at(static_cast<std::size_t>(motion.told));
 }
 
-bool showsOverload(const ProtocolSheet& sheet) {
-  return sheet.overload.mask != 0 || sheet.withoutWeight == kOverload;
-}
-
 std::string tcpOf(const ReadStyle& style) {
   const auto* read = std::get_if<TerminatorRead>(&style);
   if (read == nullptr) return "yes";

@@ -131,6 +131,9 @@ std::optional<Finding> lineVerdict(const Connection& connection, const ScalesMod
   if (diagnosis.weighing) {
     diagnosis.weighs = diagnosis.weighing->good();
     if (auto note = unaskedNote(connection, model)) diagnosis.notes.push_back(std::move(*note));
+    if (diagnosis.weighs) {
+      if (auto doubt = weightDoubtOn(connection, model)) return doubt;
+    }
     return weighingVerdict(*diagnosis.weighing, connection.model);
   }
   if (last.code == kNoConnection && !connection.network)

@@ -124,6 +124,13 @@ Heard listen(const Connection& connection, const ProtocolSheet& sheet);
 /// What a serial line that answers well brings without being asked; none for a model that transmits
 /// by itself. A protocol without checks takes any bytes for a weight.
 std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model);
+/// What makes the weight of a good frame doubtful: it reads 0 while a number stands in its place,
+/// or bytes of its place are no part of the number. None for a frame that is all read.
+std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame);
+/// The same of the next good frame on the line, which nothing else may have open.
+std::optional<Finding> weightDoubtOn(const Connection& connection, const ScalesModel& model);
+/// Says it on standard error, if the weight that read 0 is none.
+void tellHiddenWeight(const Connection& connection);
 /// What is the matter with a line on which no poll of `model` was answered.
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection);
 

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <fmt/ranges.h>
 #include <linux/serial.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -9,6 +10,8 @@
 #include <cstring>
 
 #include "Doctor.h"
+#include "Fields.h"
+#include "ModelNotes.h"
 #include "Noise.h"
 #include "OpenLine.h"
 #include "Recognise.h"
@@ -105,6 +108,13 @@ std::string numbersOf(const recognise::Candidate& candidate) {
   return numbers;
 }
 
+/// What to set on the scale itself, behind a remedy; nothing where nobody knows.
+std::string onTheScale(int model) {
+  const auto notes = notes::notesOf(model);
+  if (!notes || notes->settings.empty()) return {};
+  return " " + say("On the scale itself: {0}", fmt::to_string(fmt::join(notes->settings, " ")));
+}
+
 /// The call that finds out which scale is on this line.
 std::string findCall(const Connection& connection) {
   return "weigh find " + connection.options(false);
@@ -166,6 +176,48 @@ std::optional<Finding> unaskedNote(const Connection& connection, const ScalesMod
   }
 }
 
+std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame) {
+  const auto bytesAt = [&](const std::vector<std::size_t>& places) {
+    recognise::Bytes bytes;
+    for (const std::size_t place : places) bytes.push_back(frame[place]);
+    return hexText(bytes);
+  };
+  const ProtocolSheet& sheet = *model.sheet;
+  const std::string field = bytesAt(recognise::placesOf(sheet.weight, frame));
+  const std::string remedy = say(
+      "The scale sends its weight in another way than model {0} reads it; `weigh models --about "
+      "{0}` tells what to set.",
+      model.number);
+  if (recognise::hidesWeight(sheet, frame)) {
+    return Finding{
+        .code = "hidden-weight",
+        .cause = say("The weight reads 0, but that is no zero: {0} stands in its place.", field),
+        .remedy = remedy};
+  }
+  const std::vector<std::size_t> unread = recognise::unreadBytes(sheet, frame);
+  if (unread.empty()) return std::nullopt;
+  return Finding{.code = "unread-weight",
+                 .cause = say("Not all of the weight is read: of {0} the number leaves out {1}.",
+                              field, bytesAt(unread)),
+                 .remedy = remedy};
+}
+
+std::optional<Finding> weightDoubtOn(const Connection& connection, const ScalesModel& model) {
+  const Heard heard = listen(connection, *model.sheet);
+  for (const recognise::Evidence& evidence : {stream(heard), answers(heard)}) {
+    if (const auto found = recognise::examine(model, evidence)) {
+      return weightDoubt(model, found->frame);
+    }
+  }
+  return std::nullopt;
+}
+
+void tellHiddenWeight(const Connection& connection) {
+  const ScalesModel* model = findScalesModel(connection.model);
+  if (model == nullptr || model->sheet == nullptr || Ending::asked()) return;
+  if (const auto doubt = weightDoubtOn(connection, *model)) complain(doubt->cause, doubt->remedy);
+}
+
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {
   const recognise::Bytes all = heard.all();
   const std::string line = connection.address();
@@ -182,7 +234,8 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
                          connection.host, connection.tcpPort),
             .remedy = say("See to the converter's serial side: speed, cable, is the scale on; and "
                           "that model {0} is the right one.",
-                          model.number)};
+                          model.number) +
+                      onTheScale(model.number)};
   }
   if (all.empty() && heard.hungUp) return lineFails(connection.device, std::strerror(EIO));
 
@@ -224,7 +277,8 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
             .cause = say("{0} opens, but nothing comes in at {1} baud.", line, connection.baud),
             .remedy = say("Is the scale on, are its lines crossed (TX to RX), is its port set to "
                           "the protocol of model {0}? `{1}` tries all models and speeds.",
-                          model.number, find)};
+                          model.number, find) +
+                      onTheScale(model.number)};
   }
   if (isOwn(heard, model)) {
     return {
@@ -240,6 +294,13 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
             .cause = say("What is sent on {0} comes back unchanged: {1}.", line, bytes),
             .remedy = say("Take off the loop-back plug, or switch off the echo of the RS-485 "
                           "adapter; TX and RX may be joined.")};
+  }
+  if (const auto format = notes::otherFormatIn(model.number, all)) {
+    return {
+        .code = "other-format",
+        .cause = say("What comes in on {0} is another output of the scale of model {1}, {2}: {3}.",
+                     line, model.number, format->name, bytes),
+        .remedy = format->wayOut};
   }
   if (const auto other = otherModel(heard)) {
     const std::string kin =

@@ -7,6 +7,7 @@
 #include <map>
 #include <sstream>
 
+#include "Doctor.h"
 #include "Explain.h"
 #include "LongWork.h"
 #include "Records.h"
@@ -182,7 +183,9 @@ std::string verdictText(const Verdict& verdict, const ScalesModel& model) {
     const std::string value = fieldText(field.name, verdict.said.reading, unitsOf(model.number));
     if (!value.empty()) fields.push_back(value + say(" (bytes {0})", bytesText(field.bytes)));
   }
-  return say("good: {0}", joined(fields));
+  std::string text = say("good: {0}", joined(fields));
+  if (const auto doubt = weightDoubt(model, verdict.frame)) text += ". " + doubt->cause;
+  return text;
 }
 
 std::string contentText(const Record& record) {
@@ -207,6 +210,7 @@ Json verdictRecord(const Verdict& verdict, const ScalesModel& model) {
     return record;
   }
   const Outputs& reading = verdict.said.reading;
+  if (const auto doubt = weightDoubt(model, verdict.frame)) record["doubt"] = doubt->code;
   record["code"] = verdict.said.code;
   record["weight"] = reading.weight;
   record["price"] = reading.price;

@@ -1,5 +1,6 @@
 // weigh models and weigh page: they need no scale.
 
+#include "ModelNotes.h"
 #include "Models.h"
 #include "Records.h"
 #include "Text.h"
@@ -7,6 +8,8 @@
 namespace weigh {
 
 namespace {
+
+constexpr int kAllModels = -1;
 
 ExitCode listModels(Format format, bool withDriver) {
   Table table({say("MODEL"), say("DRIVER"), say("WEIGHT IN"), say("NAME")});
@@ -26,6 +29,11 @@ ExitCode listModels(Format format, bool withDriver) {
                driver ? unitText(units.weight) : "", model.name});
   }
   if (format != Format::Json) print(table.text());
+  return kGood;
+}
+
+ExitCode tellAbout(int model) {
+  print(notes::pageOf(*findScalesModel(model), 1));
   return kGood;
 }
 
@@ -49,14 +57,20 @@ void addModelsCommand(CLI::App& app, Program& program) {
   struct ListOptions {
     Format format = Format::Text;
     bool withDriver = false;
+    int about = kAllModels;
   };
   const auto options = std::make_shared<ListOptions>();
   CLI::App& command = addCommand(app, "models", say("List the models, and which have a driver"),
                                  "weigh models --driver");
   addJsonFlag(command, options->format);
   command.add_flag("--driver", options->withDriver, say("Only models that have a driver"));
+  addNumber(command, "--about", options->about, 0, static_cast<int>(scalesModels().size()) - 1,
+            say("What is known of a model's scale, and what to set on it"));
   command.callback([&program, options] {
-    program.action = [options] { return listModels(options->format, options->withDriver); };
+    program.action = [options] {
+      if (options->about != kAllModels) return tellAbout(options->about);
+      return listModels(options->format, options->withDriver);
+    };
   });
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "Doctor.h"
 #include "LongWork.h"
 #include "Records.h"
 #include "ResultCode.h"
@@ -18,7 +19,8 @@ struct ReadOptions {
 ExitCode readScale(const Program& program, const ReadOptions& options) {
   const Connection& connection = options.scale.connection;
   const Format format = options.reading.format;
-  Session session(program.component, options.scale.log);
+  std::optional<Session> attached(std::in_place, program.component, options.scale.log);
+  Session& session = *attached;
   const std::string id = session.open(connection);
   RecordWriter writer(format);
   std::int64_t written = 0;
@@ -39,6 +41,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
   if (isEmulator(connection.model))
     complain(say("the emulator makes these weights up; a scale is chosen with --model"));
   ExitCode code = kGood;
+  bool zero = false;
   std::set<std::uint32_t> told;
   auto next = std::chrono::steady_clock::now();
   for (std::int64_t done = 0; done < options.reading.count; ++done) {
@@ -46,6 +49,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
     next = std::max(next, std::chrono::steady_clock::now()) + options.reading.interval;
     const Weighing weighing = session.read(id, options.withPrice);
     write(weighing);
+    zero |= weighing.good() && weighing.weight == 0;
     if (weighing.good()) continue;
     code = kFailed;
     // What to do about an error is said once.
@@ -53,6 +57,9 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
     complain(errorText(weighing.error),
              first ? remedyFor(weighing.error.code, connection) : std::string());
   }
+  // Its frame tells a zero that is none; the line is the component's until it is gone.
+  attached.reset();
+  if (zero) tellHiddenWeight(connection);
   return code;
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "Doctor.h"
 #include "LongWork.h"
 #include "WatchedScale.h"
 
@@ -42,7 +43,10 @@ std::vector<WatchedScale> registerScales(Session& session, const WatchOptions& o
   auto named = scalesOf(options.folder);
   const host::LastError error = session.useFolder(options.folder);
   if (error.code != 0) throw Failure(kFailed, errorText(error), remedyFor(error.code, {}));
-  for (NamedScale& scale : named) scales.emplace_back(scale.id, std::move(scale));
+  for (NamedScale& scale : named) {
+    std::string id = scale.id;
+    scales.emplace_back(std::move(id), std::move(scale));
+  }
   return scales;
 }
 
@@ -124,13 +128,14 @@ void pollScales(Session& session, std::vector<WatchedScale>& scales, const Readi
 }
 
 ExitCode watch(const Program& program, const WatchOptions& options) {
-  Session session(program.component, options.scale.log);
-  std::vector<WatchedScale> scales = registerScales(session, options);
+  std::optional<Session> session(std::in_place, program.component, options.scale.log);
+  std::vector<WatchedScale> scales = registerScales(*session, options);
   if (scales.size() == 1 && isEmulator(scales.front().scale().connection.model))
     complain(say("the emulator makes these weights up; a scale is chosen with --model"));
   Display display(scales, options.reading.format);
-  pollScales(session, scales, options.reading, display);
+  pollScales(*session, scales, options.reading, display);
   display.finish();
+  session.reset();
   Complaints complaints;
   for (const WatchedScale& scale : scales) {
     if (options.reading.format == Format::Text) {
@@ -140,6 +145,8 @@ ExitCode watch(const Program& program, const WatchOptions& options) {
     }
     if (scale.statistics().good() == 0 && scale.statistics().polls() > 0)
       complaints.add(scale.scale(), scale.lastError());
+    const auto& weights = scale.statistics().weights();
+    if (weights && weights->last == 0) tellHiddenWeight(scale.scale().connection);
   }
   return complaints.conclude();
 }

@@ -6,6 +6,7 @@
 
 #include "FakeMachine.h"
 #include "Messages.h"
+#include "Text.h"
 #include "WatchedScale.h"
 
 namespace {
@@ -141,7 +142,7 @@ TEST(WatchLines, KeepToTheirRoom) {
   EXPECT_THAT(lines[2], HasSubstr("no answer"));
   EXPECT_THAT(lines[4], StartsWith("8 192.168.0.200:20108: error 3 at "));
   EXPECT_THAT(lines[5], StartsWith("   "));
-  for (const std::string& line : lines) EXPECT_LE(line.size(), 44U);
+  for (const std::string& line : lines) EXPECT_LE(displayWidth(line), 44U);
 
   const auto few = weigh::watchLines(scales, "0:00:01", {.columns = 80, .rows = 3});
   ASSERT_EQ(few.size(), 3U);

@@ -1,0 +1,74 @@
+// What the notes on the models and the sheets make of bytes that are read wrongly or not at all.
+
+#include <gtest/gtest.h>
+
+#include "Doctor.h"
+#include "HexBytes.h"
+#include "ModelNotes.h"
+#include "Models.h"
+
+namespace weigh {
+namespace {
+
+TEST(Notes, TellWeightsThatAreNotWhatTheyRead) {
+  struct Row {
+    int model;
+    const char* frame;
+    const char* code;
+  };
+  for (const Row& row : {
+           // Digits as numbers where characters are read.
+           Row{17, "05 07 02 00 00 00 00 00 03 02 01 03 08 03 03 00 00", "hidden-weight"},
+           Row{30, "05 07 02 00 00 00 00 00 03 02 01 00 03 08 03 03 00 00", "hidden-weight"},
+           Row{0, "05 07 02 00 00 00 00 00 03 02 01 00 03 08 03 03 00 00", ""},
+           // A plus before the number, and a blank in its place.
+           Row{39, "0A 'ST,GS,+011.120kg' 0D", "hidden-weight"},
+           Row{39, "0A 'ST,GS,-011.120kg' 0D", ""},
+           // Binary where characters are read; letters for underload; a status that says invalid.
+           Row{26, "00 03 E8 06 0D 0A", "hidden-weight"},
+           Row{23, "40 50 0D '0    UF' 0D 0A", "hidden-weight"},
+           Row{31, "02 2D 34 '   1250     0' 0D", "hidden-weight"},
+           // A blank that ends the number early; zeros that are zeros.
+           Row{25, "0D 0A 'ST,GS  24 5.6 kg' 0D 0A", "unread-weight"},
+           Row{25, "0D 0A 'ST,GS    20.7g  ' 0D 0A", ""},
+           Row{13, "06 01 02 'S 00.000kg' 61 03 04", ""},
+       }) {
+    const auto doubt = weightDoubt(*findScalesModel(row.model), fixture::bytes(row.frame));
+    EXPECT_EQ(doubt ? doubt->code : "", row.code) << row.model << ": " << row.frame;
+  }
+}
+
+TEST(Notes, KnowOtherOutputsOfTheSameScale) {
+  struct Row {
+    int model;
+    const char* bytes;
+    bool known;
+  };
+  for (const Row& row : {
+           Row{8, "'WG004.139kg3D' 0D 0A", true},
+           Row{11, "'   1.250KG ' 0D 0A", true},
+           Row{13, "06 01 02 'S   123.7 g' 1D 03 04", true},
+           Row{16, "02 'GW:0023.45(kg)' 03", true},
+           Row{24, "02 '   1.250KG ' 0D 0A", true},
+           Row{35, "'SUI I' 0D 0A", true},
+           Row{8, "'ww012.345kg' 0D 0A", false},
+           Row{13, "06 01 02 'S  1.250kg' 20 03 04", false},
+           Row{1, "02 '   1.250KG ' 0D 0A", false},
+       }) {
+    EXPECT_EQ(notes::otherFormatIn(row.model, fixture::bytes(row.bytes)).has_value(), row.known)
+        << row.model << ": " << row.bytes;
+  }
+}
+
+TEST(Notes, AreOfModelsWithADriver) {
+  int known = 0;
+  for (const ScalesModel& model : scalesModels()) {
+    if (!notes::notesOf(model.number)) continue;
+    ++known;
+    EXPECT_NE(model.sheet, nullptr) << model.number;
+  }
+  EXPECT_EQ(known, 29);
+}
+
+}  // namespace
+}  // namespace weigh

@@ -1,5 +1,6 @@
 // The road from any bytes to a tree. The first byte chooses the options, the rest is the document.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -73,11 +74,16 @@ void checkTree(const UncountedTree& tree) {
   }
 }
 
-/// True if all of the one stands at its place in the other.
+/// True if all of the one stands at its place in the other. Content may be trimmed when its element
+/// ends, so that of the part may still have its blanks.
 bool isPart(const TreeNode& part, const TreeNode& whole) {
-  if (!whole.tagEquals(part.getTag()) || !whole.getContent().starts_with(part.getContent())) {
-    return false;
+  constexpr std::string_view kBlanks = " \t\r\n";
+  std::string_view content = part.getContent();
+  if (!whole.getContent().starts_with(content)) {
+    content.remove_prefix(std::min(content.find_first_not_of(kBlanks), content.size()));
+    content = content.substr(0, content.find_last_not_of(kBlanks) + 1);
   }
+  if (!whole.tagEquals(part.getTag()) || !whole.getContent().starts_with(content)) return false;
   if (const AttributeSet* const attributes = part.getAttributes()) {
     const AttributeSet* const all = whole.getAttributes();
     for (std::size_t i = 0; i < attributes->getNumAttributes(); ++i) {

@@ -11,8 +11,8 @@ BUILD_PACKAGES=(g++ cmake ninja-build)
 # What weigh and scalesim are built with.
 TOOL_PACKAGES=(libcli11-dev nlohmann-json3-dev libarchive-dev libfmt-dev gettext)
 # What the tests are built with; zip and unzip make and open the bundle, groff formats the manual
-# pages.
-TEST_PACKAGES=(libgtest-dev libgmock-dev libpugixml-dev zip unzip groff-base)
+# pages, jq reads the notes on the models.
+TEST_PACKAGES=(libgtest-dev libgmock-dev libpugixml-dev zip unzip groff-base jq)
 # What a release is packed with.
 RELEASE_PACKAGES=(git zip unzip dpkg-dev)
 # The second compiler, for the preset of its name.

@@ -10,7 +10,8 @@
 #include "StringBuffer.h"
 #include "ValidityWord.h"
 
-/// A map from texts to objects that it owns; the DNS cache is its one user. Not locked: one thread at a time.
+/// A map from texts to objects that it owns; the DNS cache is its one user. Not locked: one thread
+/// at a time.
 class _ckHashMap : public NonRefCountedObj {
  public:
   static constexpr int kDefaultBuckets = 521;

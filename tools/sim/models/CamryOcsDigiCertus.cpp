@@ -20,9 +20,9 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .stableReading = StableReading::AlwaysStable,
        .hundredth = 0.01,
        .variants = {{.name = "numbers",
-                     .about = message(
-                         "sends digits as numbers instead of characters; the component "
-                         "reads a stable zero"),
+                     .about =
+                         message("sends digits as numbers instead of characters; the component "
+                                 "reads a stable zero"),
                      .layout = unitsFirst(Form::UnitsFirstNumbers, 5)}}},
       {// OCS, ВК ЗЕВС III с радиоканалом
        .number = 18,
@@ -39,9 +39,9 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .hasStartByte = false,
        .noTcp = kEndMarkNeedsSerialLine,
        .variants = {{.name = "underflow",
-                     .about = message(
-                         "a load far below zero, which shows as letters; the component "
-                         "reads zero, not stable"),
+                     .about =
+                         message("a load far below zero, which shows as letters; the component "
+                                 "reads zero, not stable"),
                      .layout = {is("@P", CR, "0    UF"), lineEnd()}}}},
       {// CERTUS CBA
        .number = 25,
@@ -50,8 +50,7 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .layout = {lineEnd(), kStableOrUnstable, grossOrNet, kPlusOrMinus, Number{.places = 7},
                   is(" kg"), lineEnd()},
        .variants = {{.name = "comma",
-                     .about =
-                         message("sends a second comma; the component loses the last digit"),
+                     .about = message("sends a second comma; the component loses the last digit"),
                      .layout = {lineEnd(), kStableOrUnstable, grossOrNet, is(','), kSign,
                                 Number{.places = 7}, is(" g"), lineEnd()},
                      .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},

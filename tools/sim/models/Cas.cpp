@@ -63,9 +63,9 @@ std::vector<ScaleModel> casModels() {
   };
   models.front().variants = {
       {.name = "long",
-       .about = message(
-           "a weight of seven characters beside its sign; the frame is a byte longer than "
-           "the component takes"),
+       .about =
+           message("a weight of seven characters beside its sign; the frame is a byte longer than "
+                   "the component takes"),
        .layout = cas({kSign, Number{.places = 7}, is(" g")}),
        .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
        .unit = kGrams}};

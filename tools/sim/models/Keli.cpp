@@ -23,8 +23,7 @@ std::vector<ScaleModel> keliModels() {
        .stableReading = StableReading::AlwaysMoving,
        .variants =
            {{.name = "nine-bytes",
-             .about =
-                 message("sends a ninth byte with the sign; the component loses the minus"),
+             .about = message("sends a ninth byte with the sign; the component loses the minus"),
              .layout = {is('='), Number{.form = Form::Backwards,
                                         .places = 8,
                                         .minus = Minus::First,
@@ -38,9 +37,9 @@ std::vector<ScaleModel> keliModels() {
        .layout = addressed(kPlusOrMinus, {.places = 7, .fill = '0'}),
        .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "decimals-digit",
-                     .about = message(
-                         "sends six digits and the number of decimals; the component takes "
-                         "that for a digit of the weight"),
+                     .about =
+                         message("sends six digits and the number of decimals; the component takes "
+                                 "that for a digit of the weight"),
                      .layout = addressedWithDecimals()}}},
       {// KELI: D12, a reply of Modbus RTU whose registers hold text
        .number = 40,

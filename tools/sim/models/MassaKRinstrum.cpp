@@ -18,8 +18,7 @@ std::vector<ScaleModel> massaKAndRinstrumModels() {
        .reads = kRawCount,
        .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "unasked",
-                     .about =
-                         message("another protocol of the maker, which sends by itself; the "
+                     .about = message("another protocol of the maker, which sends by itself; the "
                                       "component takes the first two bytes, always the same, for a "
                                       "weight"),
                      .layout = {is(0x55, 0xAA), Number{.form = Form::LowFirst, .places = 2},
@@ -33,20 +32,19 @@ std::vector<ScaleModel> massaKAndRinstrumModels() {
        .hasStartByte = false,
        .reads = kGramsCut,
        .stableReading = StableReading::AlwaysMoving,
-       .noTcp = message(
-           "the component asks for 30 bytes and the indicator's line is shorter; over TCP "
-           "it gets all the bytes that it asked for or none"),
-       .variants = {{.name = "error",
-                     .about = message(
-                         "answers with an error, as while its menus are open; the component "
-                         "reads the error's number as a weight"),
-                     .layout = {is("C1050027:0601"), lineEnd()}},
-                    {.name = "auto",
-                     .about = message(
-                         "sends by itself, as an indicator set to AUTO instead of NET; the "
-                         "component finds no answer in it"),
-                     .layout = streamLine({}),
-                     .streams = true}}},
+       .noTcp =
+           message("the component asks for 30 bytes and the indicator's line is shorter; over TCP "
+                   "it gets all the bytes that it asked for or none"),
+       .variants =
+           {{.name = "error",
+             .about = message("answers with an error, as while its menus are open; the component "
+                              "reads the error's number as a weight"),
+             .layout = {is("C1050027:0601"), lineEnd()}},
+            {.name = "auto",
+             .about = message("sends by itself, as an indicator set to AUTO instead of NET; the "
+                              "component finds no answer in it"),
+             .layout = streamLine({}),
+             .streams = true}}},
   };
 }
 

@@ -54,14 +54,14 @@ std::vector<ScaleModel> mirvesovModels() {
        .reads = kGramsByDecimalCode,
        .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "four-decimals",
-                     .about = message(
-                         "shows four decimals; the component reads ten times too much"),
+                     .about =
+                         message("shows four decimals; the component reads ten times too much"),
                      .layout = addressedWithDecimals(),
                      .decimals = Decimals{.fewest = 4, .most = 4, .usual = 4}},
                     {.name = "address-1",
-                     .about = message(
-                         "answers to its own address 1 only, as the maker's paper has it; "
-                         "the component asks another and hears nothing"),
+                     .about =
+                         message("answers to its own address 1 only, as the maker's paper has it; "
+                                 "the component asks another and hears nothing"),
                      .layout = addressedWithDecimals(),
                      .commands = {{Action::Weigh, is(STX, "AD05", ETX)}}}}},
       {// А12 (Мирвесов)
@@ -79,9 +79,9 @@ std::vector<ScaleModel> mirvesovModels() {
                      .layout = {is("ww"), a12Weight, is("lb"), lineEnd()},
                      .unit = kPounds},
                     {.name = "new",
-                     .about = message(
-                         "the newer A12(E): other letters and a checksum; the component "
-                         "finds no frame"),
+                     .about =
+                         message("the newer A12(E): other letters and a checksum; the component "
+                                 "finds no frame"),
                      .layout = {is('W'), Mark{.usual = "G", .net = "N"}, a12Weight, is("kg"),
                                 Checksum{.kind = Checksum::Kind::Characters}, lineEnd()}}}},
       {// DS2 (Мирвесов)
@@ -92,14 +92,14 @@ std::vector<ScaleModel> mirvesovModels() {
        .usualWeight = 25.0,
        .reads = {WeightUnit::Grams, digitsRunTogether},
        .stableReading = StableReading::AlwaysMoving,
-       .remark = message(
-           "the component leaves the point of the weight out, so a weight with decimals "
-           "comes out too large; by default the simulator shows whole kilograms, which "
-           "come out as grams"),
+       .remark =
+           message("the component leaves the point of the weight out, so a weight with decimals "
+                   "comes out too large; by default the simulator shows whole kilograms, which "
+                   "come out as grams"),
        .variants = {{.name = "decimals-digit",
-                     .about = message(
-                         "sends six digits and the number of decimals; the component takes "
-                         "that for a digit of the weight"),
+                     .about =
+                         message("sends six digits and the number of decimals; the component takes "
+                                 "that for a digit of the weight"),
                      .layout = addressedWithDecimals(),
                      .decimals = Decimals{}}}},
       {// A12EH (и некоторые модели BDU)
@@ -108,8 +108,8 @@ std::vector<ScaleModel> mirvesovModels() {
        .reads = kKilogramsByFactor,
        .readSpecial = notValidIsZero,
        .variants = {{.name = "division-2",
-                     .about = message(
-                         "weighs in steps of 2; the component then leaves the point out"),
+                     .about =
+                         message("weighs in steps of 2; the component then leaves the point out"),
                      .layout = a12eh(0x32, 0x30, ' ')}}},
       {// А9 (непрерывный режим передачи)
        .number = 34,

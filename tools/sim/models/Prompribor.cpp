@@ -43,10 +43,10 @@ std::vector<ScaleModel> prompriborModels() {
        .stableReading = StableReading::AlwaysStable,
        .hundredth = 1.0,
        .readSpecial = costIsWorkedOutAgain,
-       .remark = message(
-           "a cost whose hundredths equal the weight's grams (any weight at the price "
-           "10.00) is worked out again by the component, and some such readings end with "
-           "code 1")},
+       .remark =
+           message("a cost whose hundredths equal the weight's grams (any weight at the price "
+                   "10.00) is worked out again by the component, and some such readings end with "
+                   "code 1")},
       {// ВН-..-а-СI (блок ІЕ04, Промприбор)
        .number = 1,
        .commands = vnCommands(),

@@ -41,9 +41,9 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .reads = kGramsCut,
        .stableReading = StableReading::AlwaysStable,
        .variants = {{.name = "grams",
-                     .about = message(
-                         "shows grams; the component doesn't look at the unit and reads a "
-                         "thousand times too much"),
+                     .about =
+                         message("shows grams; the component doesn't look at the unit and reads a "
+                                 "thousand times too much"),
                      .layout = {kSign, Number{.places = 9}, is("  g "), lineEnd()},
                      .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
                      .unit = kGrams}}},

@@ -34,9 +34,9 @@ std::vector<ScaleModel> terminalModels() {
                   is("kg"), lineEnd()},
        .stableReading = StableReading::AlwaysStable,
        .variants = {{.name = "stream",
-                     .about = message(
-                         "sends by itself, as an indicator with STREAM = ON; the component "
-                         "finds no answer in it"),
+                     .about =
+                         message("sends by itself, as an indicator with STREAM = ON; the component "
+                                 "finds no answer in it"),
                      .layout = streamLine({is(STX)}),
                      .streams = true}}},
       {// HBM WE2110
@@ -47,19 +47,18 @@ std::vector<ScaleModel> terminalModels() {
        .checkedByte = {},
        .stableReading = StableReading::AlwaysMoving,
        .noTcp = kEndMarkNeedsSerialLine,
-       .variants = {{.name = "cof9",
-                     .about = message(
-                         "output format 9 without decimals: address and status stand behind "
-                         "the weight, and the component takes the address for decimals"),
-                     .layout = {kSign, Number{.places = 7, .fill = '0'}, is(",01,00"),
-                                Mark{.usual = "6", .moving = "4"}, lineEnd()},
-                     .decimals = kNone},
-                    {.name = "binary",
-                     .about = message("output format 8, binary; the component reads zero"),
-                     .layout = {Number{
-                                    .form = Form::HighFirst, .places = 3, .minus = Minus::Binary},
-                                Status{.always = 0x04, .stable = 0x02}, lineEnd()},
-                     .decimals = kNone}}},
+       .variants =
+           {{.name = "cof9",
+             .about = message("output format 9 without decimals: address and status stand behind "
+                              "the weight, and the component takes the address for decimals"),
+             .layout = {kSign, Number{.places = 7, .fill = '0'}, is(",01,00"),
+                        Mark{.usual = "6", .moving = "4"}, lineEnd()},
+             .decimals = kNone},
+            {.name = "binary",
+             .about = message("output format 8, binary; the component reads zero"),
+             .layout = {Number{.form = Form::HighFirst, .places = 3, .minus = Minus::Binary},
+                        Status{.always = 0x04, .stable = 0x02}, lineEnd()},
+             .decimals = kNone}}},
       {// ICS NT
        .number = 30,
        .line = {.parity = Parity::Even},
@@ -75,23 +74,24 @@ std::vector<ScaleModel> terminalModels() {
        // The price is handed out in hundredths, with the weight in kilograms.
        .hundredth = 1.0,
        .variants = {{.name = "numbers",
-                     .about = message(
-                         "sends digits as numbers instead of characters; the component "
-                         "reads a stable zero"),
+                     .about =
+                         message("sends digits as numbers instead of characters; the component "
+                                 "reads a stable zero"),
                      .layout = unitsFirst(Form::UnitsFirstNumbers, 6)}}},
       {// WPT/4  RADWAG
        .number = 35,
        .commands = {{Action::Weigh, is("SUI\r\n")},
                     {.action = Action::Tare, .fixed = is("I\r\n"), .reply = is("I A\r\n")}},
        .layout = radwag(""),
-       .variants =
-           {{.name = "busy",
-             .about = message("answers that it can't weigh now; the component hears no frame"),
-             .layout = {is("SUI I"), lineEnd()}},
-            {.name = "acknowledged",
-             .about = message("acknowledges the command in a line of its own; the component "
-                                   "takes that for the frame and refuses it"),
-             .layout = radwag("SUI A\r\n")}}},
+       .variants = {{.name = "busy",
+                     .about =
+                         message("answers that it can't weigh now; the component hears no frame"),
+                     .layout = {is("SUI I"), lineEnd()}},
+                    {.name = "acknowledged",
+                     .about =
+                         message("acknowledges the command in a line of its own; the component "
+                                 "takes that for the frame and refuses it"),
+                     .layout = radwag("SUI A\r\n")}}},
   };
 }
 

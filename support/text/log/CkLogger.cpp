@@ -40,7 +40,9 @@ class LogFile {
     if (::fstat(descriptor, &info) != 0 || !S_ISFIFO(info.st_mode)) return;
     const int reader = ::open(path, O_RDONLY | kForAnyPath);
     if (reader >= 0) m_reader.reset(::fdopen(reader, "rb"));
-    if (!m_reader) m_file.reset();
+    if (m_reader) return;
+    if (reader >= 0) ::close(reader);
+    m_file.reset();
   }
 
   std::FILE* get() const { return m_file.get(); }

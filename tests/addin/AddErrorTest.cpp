@@ -15,6 +15,9 @@
 #include "MemoryWatch.h"
 #include "PlatformObject.h"
 
+extern "C" long GetClassObject(const WCHAR_T* name, IComponentBase** object);
+extern "C" long DestroyObject(IComponentBase** object);
+
 namespace {
 
 using Values = std::vector<host::Value>;
@@ -161,6 +164,26 @@ TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
     constexpr std::size_t kFirstWithText = 2;
     EXPECT_EQ(refused > 0, method >= kFirstWithText && !calls[method].empty()) << method;
   }
+}
+
+/// An object whose parts can't all be made is none.
+TEST(Boundary, MakesAWholeObjectOrNone) {
+  bool hit = true;
+  int refused = 0;
+  for (int blocks = 0; hit && blocks < 1000; ++blocks) {
+    IComponentBase* object = nullptr;
+    long number = 0;
+    {
+      const fixture::MemoryShortage shortage(blocks);
+      number = GetClassObject(nullptr, &object);
+      hit = shortage.isHit();
+    }
+    EXPECT_EQ(number, reinterpret_cast<long>(object));
+    EXPECT_EQ(object == nullptr, hit) << blocks;
+    refused += object == nullptr ? 1 : 0;
+    DestroyObject(&object);
+  }
+  EXPECT_GT(refused, 0);
 }
 
 }  // namespace

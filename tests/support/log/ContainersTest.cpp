@@ -100,6 +100,8 @@ TEST(HashMap, HoldsOneValueForAKey) {
     EXPECT_EQ(static_cast<Number*>(map.hashLookup(key(7)))->value, 70);
     EXPECT_EQ(static_cast<Number*>(map.hashLookup(key(999)))->value, 999);
     EXPECT_TRUE(map.hashDelete(key(7)));
+    EXPECT_FALSE(map.hashDelete(key(7)));
+    EXPECT_EQ(map.hashLookup(key(7)), nullptr);
     EXPECT_EQ(map.getSize(), 999);
   }
   EXPECT_EQ(deaths, 1001);

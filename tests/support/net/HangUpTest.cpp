@@ -158,6 +158,27 @@ TEST_F(HighDescriptor, ConnectsSendsReceivesAndWaitsThroughPoll) {
   EXPECT_TRUE(socket.Close(5000));
 }
 
+TEST_F(HighDescriptor, APollThatFailsOrIsInterruptedFindsNothingReady) {
+  TcpPeer peer(fixture::sending(fixture::text("12")));
+  CkSocket socket;
+  SystemCalls calls;
+  fixture::connectTo(socket, peer.port());
+  calls.sender = [](std::size_t) { return -EAGAIN; };
+  int error = 0;
+  calls.poller = [&] { return std::exchange(error, 0); };
+  for (const int failure : {EINTR, ENOMEM}) {
+    error = failure;
+    EXPECT_FALSE(sendBytes(socket, "W"));
+    EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::TimedOut);
+  }
+  error = ENOMEM;
+  EXPECT_FALSE(receiveBytes(socket, 2).ok);
+  EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
+  // The time of an answer isn't over with a signal.
+  error = EINTR;
+  EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "12"}));
+}
+
 TEST_F(HighDescriptor, TellsRefusalFromSilence) {
   const fixture::SilentPort silent;
   CkSocket socket;

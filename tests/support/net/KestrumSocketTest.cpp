@@ -13,6 +13,7 @@
 #include "KestrumSocket.h"
 #include "LogBase.h"
 #include "NetTesting.h"
+#include "SystemCalls.h"
 #include "TcpPeer.h"
 #include "XString.h"
 
@@ -78,6 +79,23 @@ TEST_F(Plain, LeavesBufferSizesOutsideTheRangeAlone) {
   }
 }
 
+TEST_F(Plain, SendsInPiecesOfTheSizeThatIsAskedForWithinItsLimits) {
+  TcpPeer peer(fixture::silent());
+  ASSERT_TRUE(connectTo(peer));
+  fixture::SystemCalls calls;
+  calls.sender = [](std::size_t n) { return static_cast<ssize_t>(n); };
+  const std::vector<unsigned char> data(20'000);
+  for (const auto& [packetSize, piece] : {std::pair(0U, 16'800), std::pair(1U, 1024),
+                                          std::pair(5000U, 5000), std::pair(16'801U, 16'800)}) {
+    calls.forget();
+    std::uint32_t sent = 0;
+    EXPECT_TRUE(socket.sockSend(data.data(), 20'000, packetSize, 1000, sent, log, params));
+    EXPECT_EQ(sent, 20'000U);
+    EXPECT_EQ(calls.all().front(), "send " + std::to_string(piece));
+    EXPECT_EQ(calls.all().back(), "send " + std::to_string((20'000 - 1) % piece + 1));
+  }
+}
+
 TEST_F(Plain, ACloseInAnotherThreadEndsAWait) {
   TcpPeer peer([](TcpWire& wire) { wire.pause(60'000); });
   ASSERT_TRUE(connectTo(peer));
@@ -91,6 +109,24 @@ TEST_F(Plain, ACloseInAnotherThreadEndsAWait) {
   closer.join();
   EXPECT_LT(clock.ms(), 10'000);
   EXPECT_EQ(socket.getSocketFd(), -1);
+}
+
+TEST_F(Plain, ASecondReceiverIsTurnedAwayASenderIsNot) {
+  TcpPeer peer(fixture::answering(fixture::text("W"), fixture::text("1")));
+  ASSERT_TRUE(connectTo(peer));
+  std::thread receiver([&] {
+    SocketParams own;
+    LogNull quiet;
+    unsigned char byte = 0;
+    std::uint32_t n = 0;
+    EXPECT_TRUE(socket.sockRecv_nb(&byte, 1, 20'000, n, own, quiet));
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_FALSE(receive(20'000));
+  EXPECT_FALSE(params.timedOut);
+  std::uint32_t sent = 0;
+  EXPECT_TRUE(socket.sockSend(fixture::text("W").data(), 1, 0, 1000, sent, log, params));
+  receiver.join();
 }
 
 TEST(TwoThreads, OnOneObjectTheSecondReceiverIsTurnedAway) {

@@ -67,8 +67,10 @@ TEST(SocketMemory, TheCacheOfNamesKeepsWhatItHas) {
     DnsCache::dnsCacheInsert(StringBuffer(), address);
     DnsCache::dnsCacheInsert(StringBuffer(), address);
   }
+  const StringBuffer next("next");
+  DnsCache::dnsCacheInsert(next, address);
   StringBuffer found;
-  EXPECT_TRUE(DnsCache::dnsCacheLookup(kept, found));
+  EXPECT_TRUE(DnsCache::dnsCacheLookup(kept, found) && DnsCache::dnsCacheLookup(next, found));
   DnsCache::m_dnsCachingEnabled = false;
 }
 

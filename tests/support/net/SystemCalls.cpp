@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <dlfcn.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -143,6 +144,16 @@ ssize_t recv(int fd, void* data, size_t n, int flags) {
     }
   }
   return fixture::real<decltype(::recv)>("recv")(fd, data, n, flags);
+}
+
+int poll(pollfd* descriptors, nfds_t n, int ms) {
+  if (SystemCalls* watch = SystemCalls::current()) {
+    if (const int error = watch->poller ? watch->poller() : 0; error != 0) {
+      errno = error;
+      return -1;
+    }
+  }
+  return fixture::real<decltype(::poll)>("poll")(descriptors, n, ms);
 }
 
 }  // extern "C"

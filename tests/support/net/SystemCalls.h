@@ -41,6 +41,8 @@ class SystemCalls {
   int noSocket = 0;
   /// An errno that connect fails with at once; 0 leaves it to the system.
   std::function<int()> connecter;
+  /// An errno that poll fails with; 0 leaves it to the system.
+  std::function<int()> poller;
   /// The type argument of each socket call.
   std::vector<int> socketTypes;
 

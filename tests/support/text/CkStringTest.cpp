@@ -131,6 +131,15 @@ TEST_F(CkStringTest, ItsBytesBecomeTextAndBack) {
   }
 }
 
+TEST_F(CkStringTest, OrdersByCodePoint) {
+  CkString less;
+  CkString more;
+  less.setStringUtf8("\xEF\xBD\xA1");  // behind the surrogates of the other in UTF-16
+  more.setStringUtf8("😀");
+  EXPECT_LT(less.compareStr(more), 0);
+  EXPECT_GT(more.compareStr(less), 0);
+}
+
 TEST_F(CkStringTest, ComparesNamesInTheFormAtHand) {
   for (const auto set : {+[](CkString& text) { text.setStringAnsi("cport"); },
                          +[](CkString& text) { text.setStringUtf8("cport"); },

@@ -42,6 +42,23 @@ TEST(WipingTest, TheWatchSeesWhatIsNotWiped) {
   EXPECT_EQ(leaks([&] { CkString(secret.c_str()).clear(); }), 1);
 }
 
+TEST(WipingTest, AShortSecretInsideItsObjectIsWiped) {
+  using End = void (*)(StringBuffer&);
+  for (const End end :
+       {End{[](StringBuffer& text) { text.~StringBuffer(); }},
+        End{[](StringBuffer& text) { text.strongClear(); }},
+        End{[](StringBuffer& text) { text.setSecureBuf(false), text.secureClear(); }},
+        End{[](StringBuffer& text) { text.expectNumBytes(1000); }}}) {
+    alignas(StringBuffer) unsigned char memory[sizeof(StringBuffer)];
+    const std::string_view bytes(reinterpret_cast<const char*>(memory), sizeof memory);
+    auto* const text = new (memory) StringBuffer(kSecret);
+    text->setSecureBuf(true);
+    EXPECT_NE(bytes.find(kSecret), bytes.npos);
+    end(*text);
+    EXPECT_EQ(bytes.find(kSecret), bytes.npos);
+  }
+}
+
 TEST(WipingTest, SecureObjectsWipeWhateverTheyFree) {
   Psdk::setAnsiCodePage(1251);
   const std::string secret = longSecret();

@@ -151,6 +151,19 @@ TEST(ClsXml, SharesItsTreeWithCopies) {
   EXPECT_EQ(value.view(), "1");
 }
 
+// Only the hook is called for an object whose mark was overwritten, and it ends as any other.
+TEST(ClsXml, EndsWithItsMarkOverwritten) {
+  constexpr std::uint32_t kAlive = 0x11BBDCE9;
+  const Cursor first(ClsXml::createNewCls());
+  Cursor second(new ClsXml(*first));
+  EXPECT_EQ(first->getTree()->getTreeRefCount(), 2);
+  auto* mark = reinterpret_cast<std::uint32_t*>(second.get());
+  while (*mark != kAlive) ++mark;
+  *mark = 0;
+  second.reset();
+  EXPECT_EQ(first->getTree()->getTreeRefCount(), 1);
+}
+
 // For the thread sanitizer: cursors of one tree come, move and go in two threads.
 TEST(ClsXml, LetsThreadsWorkOnOneTree) {
   constexpr int kRounds = 200;

@@ -84,6 +84,31 @@ TEST(XmlMemory, MayRunShortAnywhereInAParse) {
   EXPECT_TRUE(hadFirstAttributeOnly);
 }
 
+// An attribute that finds no memory is refused, and the one that it was to replace stays.
+TEST(XmlMemory, MayRunShortForAnAttribute) {
+  const std::string longValue(200, 'v');
+  const auto valueOf = [](const AttributeSet& attributes, std::string_view name) {
+    return std::string(attributes.valueOf(name).value_or("none"));
+  };
+  int refused = 0;
+  for (bool added = false; !added && refused < 10;) {
+    AttributeSet attributes(/*preventDuplicates=*/true, /*lowercaseNames=*/false);
+    attributes.addAttribute("a", "1");
+    attributes.addAttribute("b", "2");
+    try {
+      const MemoryShortage shortage(refused);
+      attributes.addAttribute("a", longValue);
+      added = true;
+    } catch (const std::bad_alloc&) {
+      ++refused;
+    }
+    EXPECT_EQ(attributes.getNumAttributes(), 2U);
+    EXPECT_EQ(valueOf(attributes, "a"), added ? longValue : "1");
+    EXPECT_EQ(valueOf(attributes, "b"), "2");
+  }
+  EXPECT_GE(refused, 2);
+}
+
 // A name that can't be copied is no empty name, and a handle without its text takes none.
 TEST(XmlMemory, MayRunShortAnywhereInASearch) {
   const fixture::TempFolder folder;

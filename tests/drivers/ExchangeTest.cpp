@@ -95,9 +95,9 @@ class Exchange : public testing::TestWithParam<ExchangeRow> {
     return scales_->SetComPort(line_.path().c_str(), 9600, nullptr);
   }
   void logInto(const fixture::TempFolder& folder) {
-    folder.write("log.txt", "");
     CkString path;
-    path.setStringUtf8(folder.path().c_str());
+    path.setStringUtf8(folder.makeFolder("Весы").c_str());
+    folder.write("Весы/log.txt", "");
     scales_->SetPathToDll(path);
     scales_->SetScalesName("id");
   }
@@ -138,7 +138,7 @@ TEST_P(Exchange, Line) {
   // Pseudo-terminals carry no parity; the log shows what the port was told.
   const std::string wanted =
       ";9600\\" + std::string(GetParam().line) + ", Handshaking=0, xONxOFF=0";
-  EXPECT_THAT(folder.read("log_scales_id.log"), HasSubstr(line_.path() + wanted));
+  EXPECT_THAT(folder.read("Весы/log_scales_id.log"), HasSubstr(line_.path() + wanted));
 }
 
 TEST_P(Exchange, SilentScale) {
@@ -222,7 +222,7 @@ TEST_P(ExchangeTail, ReplyIsReadAndDropped) {
   line_.play(answers.script());
   EXPECT_EQ(price ? scales_->setPrice(1250) : scales_->pressT(0.0), kSuccess);
   scales_->CloseComPort();
-  const std::string log = folder.read("log_scales_id.log");
+  const std::string log = folder.read("Весы/log_scales_id.log");
   const std::size_t reply = log.find("IN <<<<<<");
   ASSERT_NE(reply, std::string::npos) << log;
   // The price of model 21 goes out twice, and both replies wait for its one read.

@@ -16,19 +16,9 @@
 
 namespace {
 
-/// A frame in a heap block of just its length, so that the address sanitizer sees a read of the
-/// first byte behind it.
-class TightFrame {
- public:
-  explicit TightFrame(Frame bytes) : size_(bytes.size()), block_(new std::uint8_t[bytes.size()]) {
-    std::copy(bytes.begin(), bytes.end(), block_.get());
-  }
-  operator Frame() const { return {block_.get(), size_}; }
-
- private:
-  std::size_t size_;
-  std::unique_ptr<std::uint8_t[]> block_;
-};
+/// In a heap block of just its length, so that the address sanitizer sees a read of the first byte
+/// behind it.
+fixture::Bytes tight(Frame bytes) { return {bytes.begin(), bytes.end()}; }
 
 /// The rows of a model in tests/data/frames.txt; the first one is good. Wrong lengths stand there
 /// only where length is nearly all that is checked: the tests below try them with every model.
@@ -48,7 +38,7 @@ class FrameTable : public testing::TestWithParam<int> {
   /// Whatever bytes come: nothing outside them is read, no frame of a wrong length is taken, and
   /// the caller gets something to live with.
   void judge(const fixture::Bytes& bytes) {
-    const TightFrame frame(bytes);
+    const fixture::Bytes frame = tight(bytes);
     if (!isGood(sheet_, frame)) return;
     SCOPED_TRACE(fixture::hex(frame));
     ASSERT_GE(bytes.size(), shortestFrame(sheet_));
@@ -66,7 +56,7 @@ TEST_P(FrameTable, SaysWhatTheProtocolSays) {
   int bad = 0;
   for (const fixture::DataRow& row : rowsOf(GetParam())) {
     SCOPED_TRACE(row.left + " (" + row.remark + ")");
-    const TightFrame frame(fixture::bytes(row.left));
+    const fixture::Bytes frame = tight(fixture::bytes(row.left));
     auto says = fixture::dataFields(row.right);
     Outputs outputs = outputsAtEntry(sheet_, {kOfCaller, kOfCaller, kOfCaller});
     Outputs expected = outputs;
@@ -136,7 +126,7 @@ TEST(LongAnswers, CountWithTheirHead) {
     double weight;
   } rows[] = {{16, keli, 11111111111111111111111111111111111111111111111111.0}, {26, hbm, -7.0}};
   for (const auto& row : rows) {
-    const TightFrame frame(row.bytes);
+    const fixture::Bytes frame = tight(row.bytes);
     Outputs outputs;
     ASSERT_TRUE(isGood(sheetOf(row.model), frame));
     parse(sheetOf(row.model), frame, outputs);

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <iomanip>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -18,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include "ComLanPort.h"
+#include "ExchangeRecords.h"
 #include "PtyLine.h"
 #include "TcpPeer.h"
 #include "TempFolder.h"
@@ -41,40 +44,22 @@ std::string header(const std::string& label, const std::string& size,
          "\r\n  N     1  2  3  4  5  6  7  8  9 10   11 12 13 14 15 16 17 18 19 20\r\n\r\n";
 }
 
-/// Calls `visit(begin, end)` for the header line of each record, which holds label, time and size.
-template <typename Visit>
-void eachHeader(const std::string& log, Visit visit) {
-  for (std::size_t at = 0; (at = log.find(" ---- Bytes:", at)) != std::string::npos; ++at) {
-    visit(log.rfind('\n', at) + 1, at);
-  }
-}
-
+/// Without the times of its headers.
 std::string masked(const std::string& log) {
-  constexpr std::size_t kLabel = 11;  // nine characters and two blanks
-  std::string result;
-  std::size_t copied = 0;
-  eachHeader(log, [&](std::size_t begin, std::size_t end) {
-    result += log.substr(copied, begin + kLabel - copied) + "<time>";
-    copied = end;
-  });
-  return result + log.substr(copied);
+  static const std::regex kTime(R"(\d{3}(-\d\d){2} \d\d(:\d\d){2}\.000 ---- Bytes)");
+  return std::regex_replace(log, kTime, "<time> ---- Bytes");
 }
 
-/// The log as "kind size" a record, and system records as their text.
+/// The log as "IN size" or "OUT size" a record, and system records as their text.
 std::vector<std::string> records(const std::string& log) {
-  constexpr std::size_t kTextColumn = 72;  // position, twenty bytes and the bar between
+  using exchange::Record;
   std::vector<std::string> result;
-  eachHeader(log, [&](std::size_t begin, std::size_t end) {
-    std::istringstream record(log.substr(begin));
-    std::string kind;
-    std::string line;
-    record >> kind;
-    for (int i = 0; i < 5; ++i) std::getline(record, line);  // header, connection, ruler, blank
-    std::string text = line.substr(kTextColumn);
-    text.erase(text.find_last_not_of(" \r") + 1);
-    const int size = std::stoi(log.substr(end + std::string(" ---- Bytes:").size()));
-    result.push_back(kind == "SYS" ? text : kind + " " + std::to_string(size));
-  });
+  for (const Record& record : exchange::readLog(log).records) {
+    const std::string size = std::to_string(record.bytes.size());
+    result.push_back(record.kind == Record::Kind::System     ? record.text()
+                     : record.kind == Record::Kind::Incoming ? "IN " + size
+                                                             : "OUT " + size);
+  }
   return result;
 }
 
@@ -129,22 +114,21 @@ TEST_F(PortLog, ShowsTheTimeOfTheZone) {
   for (const auto& [zone, hours] : {std::pair{"AAA0", 0}, std::pair{"BBB-5", 5}}) {
     ::setenv("TZ", zone, 1);
     std::remove(folder_.file(kLogName).c_str());
-    const std::time_t begin = std::time(nullptr) + hours * 3600;
+    const std::time_t begin = std::time(nullptr);
     {
       COrbComLanPort port;
       port.SetLogName(folder_.path().c_str(), "7");
     }
     std::vector<std::string> possible;
-    for (std::time_t at = begin; at <= std::time(nullptr) + hours * 3600; ++at) {
-      std::tm time = {};
-      ::gmtime_r(&at, &time);
-      std::array<char, 64> text = {};
-      std::snprintf(text.data(), text.size(), "%d-%02d-%02d %02d:%02d:%02d.000 ----", time.tm_year,
-                    time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
-      possible.emplace_back(text.data());
+    for (std::time_t at = begin; at <= std::time(nullptr); ++at) {
+      const std::time_t there = at + hours * 3600;
+      std::ostringstream text;
+      text << std::put_time(std::gmtime(&there), "%Y-%m-%d %H:%M:%S");
+      possible.push_back(text.str());
     }
-    const std::string written = log().substr(log().find("SYS") + 11, possible.front().size());
-    EXPECT_THAT(possible, testing::Contains(written)) << zone;
+    const auto records = exchange::readLog(log()).records;
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_THAT(possible, testing::Contains(records[0].time)) << zone;
   }
   ::unsetenv("TZ");
 }
@@ -213,28 +197,31 @@ TEST_F(PortLog, TellsTheStoryOfAPort) {
 
 /// A connection that died is closed by the next opening or transfer, whoever found it dead.
 TEST_F(PortLog, TellsOfADeadConnection) {
-  TcpPeer peer([](TcpWire& wire) {
-    wire.receive(1);
-    wire.hangUp();
-  });
-  const auto request = bytes("05");
-  std::array<unsigned char, 1> answer = {};
-  {
-    COrbComLanPort port;
-    port.SetLogName(folder_.path().c_str(), "7");
-    port.OpenNetworkPort(TcpPeer::kHost, peer.port());
-    const auto useUp = [&] {
-      port.write(request.data(), request.size());
-      while (port.getState() == COrbComLanPort::kConnected) ::usleep(1000);
-    };
-    useUp();
-    port.Open();
-    useUp();
-    port.read(answer.data(), answer.size());
-    port.write(request.data(), request.size());
+  for (const auto end : {&TcpWire::hangUp, &TcpWire::reset}) {
+    TcpPeer peer([&](TcpWire& wire) {
+      wire.receive(1);
+      (wire.*end)();
+    });
+    const auto request = bytes("05");
+    std::array<unsigned char, 1> answer = {};
+    std::remove(folder_.file(kLogName).c_str());
+    {
+      COrbComLanPort port;
+      port.SetLogName(folder_.path().c_str(), "7");
+      port.OpenNetworkPort(TcpPeer::kHost, peer.port());
+      const auto useUp = [&] {
+        EXPECT_EQ(port.write(request.data(), request.size()), 1);
+        while (port.getState() == COrbComLanPort::kConnected) ::usleep(1000);
+      };
+      useUp();
+      EXPECT_EQ(port.Open(), 0);  // a dead transport is no open one
+      useUp();
+      EXPECT_EQ(port.read(answer.data(), answer.size()), 0);
+      EXPECT_EQ(port.write(request.data(), request.size()), 0);
+    }
+    EXPECT_THAT(records(log()), ElementsAre("OPEN", "OUT 1", "CLOSE", "OPEN", "OUT 1", "CAN'T READ",
+                                            "CLOSE", "CAN'T WRITE", "STOP PROGRAM"));
   }
-  EXPECT_THAT(records(log()), ElementsAre("OPEN", "OUT 1", "CLOSE", "OPEN", "OUT 1", "CAN'T READ",
-                                          "CLOSE", "CAN'T WRITE", "STOP PROGRAM"));
 }
 
 /// A program that the host starts gets neither the line nor the log.

@@ -7,13 +7,11 @@
 #include "PtyLine.h"
 #include "ScalesObject.h"
 #include "TcpPeer.h"
-#include "TempFolder.h"
 
 namespace {
 
 using fixture::PtyLine;
 using fixture::TcpPeer;
-using fixture::TempFolder;
 using testing::ElementsAre;
 
 /// A driver that only notes which of the base's steps reach it.
@@ -134,21 +132,6 @@ TEST(ScalesObject, CutsNamesAt255Bytes) {
   scale.SetScalesName("n");
   EXPECT_TRUE(scale.isComPortCmp("n"));
   EXPECT_FALSE(scale.isComPortCmp(whole.c_str()));
-}
-
-TEST(ScalesObject, LogsUnderItsIdInTheComponentsFolder) {
-  TempFolder folder;
-  const std::string cyrillic = folder.makeFolder("Весы");
-  folder.write("Весы/log.txt", "");
-  CkString path;
-  path.setStringUtf8(cyrillic.c_str());
-  {
-    NotingScale scale;
-    EXPECT_EQ(scale.SetPathToDll(path), 0);
-    path.clear();  // the scale has its own copy
-    scale.SetScalesName("7");
-  }
-  EXPECT_THAT(folder.read("Весы/log_scales_7.log"), testing::HasSubstr("STOP PROGRAM"));
 }
 
 }  // namespace

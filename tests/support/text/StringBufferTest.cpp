@@ -48,35 +48,15 @@ TEST(StringBufferTest, NulBytesAtTheEndDontCount) {
   EXPECT_FALSE(text.expectNumBytes(0xFFFFFFFF));
 }
 
-TEST(StringBufferTest, ReplacesEveryOccurrenceOnce) {
-  struct Case {
-    std::string text;
-    const char* from;
-    const char* to;
-    int count;
-    std::string result;
-  };
-  const std::string big(1000, 'a');
-  const Case cases[] = {{"aaa", "aa", "b", 1, "ba"},
-                        {"abcabc", "b", nullptr, 2, "acac"},
-                        {"abc", "", "x", 0, "abc"},
-                        {"abc", nullptr, "x", 0, "abc"},
-                        {"abc", "x", "y", 0, "abc"},
-                        {"aXa", "X", "XX", 1, "aXXa"},
-                        {"aa", "a", "bc", 2, "bcbc"},
-                        {"ab\0ab"s, "ab", "x", 1, "x\0ab"s},  // a NUL ends the search
-                        {big, "a", "bcd", 1000, [] {
-                           std::string all;
-                           for (int i = 0; i < 1000; ++i) all += "bcd";
-                           return all;
-                         }()}};
-  for (const Case& test : cases) {
-    StringBuffer text;
-    text.append(std::string_view(test.text));
-    EXPECT_EQ(text.replaceAllOccurances(test.from, test.to), test.count) << test.text;
-    EXPECT_EQ(text.view(), test.result);
-  }
-  StringBuffer text("One oNe two");
+// Random texts are replaced in by a fuzz target.
+TEST(StringBufferTest, ReplacesNothingByNullAndBehindANul) {
+  StringBuffer text;
+  text.appendN("abcab\0ab", 8);
+  EXPECT_EQ(text.replaceAllOccurances("b", nullptr), 2);
+  EXPECT_EQ(text.replaceAllOccurances(nullptr, "x"), 0);
+  EXPECT_EQ(text.replaceAllOccurances("a", "aa"), 2);
+  EXPECT_EQ(text.view(), "aacaa\0ab"s);
+  text.setString("One oNe two");
   EXPECT_EQ(text.replaceAllOccurancesNoCase("ONE", "1"), 2);
   EXPECT_EQ(text.replaceFirstOccurance("TWO", text.getString(), true), 1);
   EXPECT_STREQ(text.getString(), "1 1 1 1 two");
@@ -97,25 +77,14 @@ TEST(StringBufferTest, SearchesInLinearTime) {
 }
 
 TEST(StringBufferTest, Trims) {
-  struct Case {
-    const char* text;
-    const char* trimmed;
-    const char* trimmed2;
-  };
-  for (const Case& test : {Case{"\t a b \r\n", "a b \r\n", "a b"},
-                           {"  ", "", ""},
-                           {"", "", ""},
-                           {"x", "x", "x"},
-                           {"\r\n x\t", "\r\n x", "x"}}) {
-    StringBuffer text(test.text);
-    const std::uint32_t before = text.getSize();
-    const std::uint32_t removed = text.trim();
-    EXPECT_EQ(removed, before - text.getSize());
-    EXPECT_STREQ(text.getString(), test.trimmed);
-    text.setString(test.text);
-    text.trim2();
-    EXPECT_STREQ(text.getString(), test.trimmed2);
-  }
+  StringBuffer text("\t a b \r\n");
+  EXPECT_EQ(text.trim(), 2U);
+  EXPECT_STREQ(text.getString(), "a b \r\n");
+  text.trim2();
+  EXPECT_STREQ(text.getString(), "a b");
+  text.setString("  ");
+  EXPECT_EQ(text.trim(), 2U);
+  EXPECT_STREQ(text.getString(), "");
 }
 
 TEST(StringBufferTest, HandsItsBlockOver) {

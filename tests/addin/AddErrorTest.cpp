@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -51,15 +52,20 @@ TEST(WstringToP, PutsATextIntoAVariant) {
   EXPECT_EQ(value.data()->value.wide.pwstrVal[0], 0);
 }
 
-/// A platform whose memory manager throws.
-class ThrowingManager final : public IMemoryManager {
+/// A platform's memory manager as a test wants it. The component frees nothing.
+class Manager final : public IMemoryManager {
  public:
-  bool AllocMemory(void**, unsigned long) override { throw std::runtime_error("no memory"); }
-  void FreeMemory(void**) override {}
+  using Give = std::function<bool(void** memory, unsigned long bytes)>;
+  explicit Manager(Give give) : give_(std::move(give)) {}
+  bool AllocMemory(void** memory, unsigned long bytes) override { return give_(memory, bytes); }
+  void FreeMemory(void**) override { ADD_FAILURE(); }
+
+ private:
+  Give give_;
 };
 
 TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
-  ThrowingManager throwing;
+  Manager throwing([](void**, unsigned long) -> bool { throw std::runtime_error("no memory"); });
   fixture::MemoryManager memory;
   CAddInNative component;
   component.setMemManager(&throwing);
@@ -77,19 +83,13 @@ TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
   EXPECT_EQ(params.values(), kUntouched);
 }
 
-/// A platform that ends the calling thread while it is asked for memory.
-class CancellingManager final : public IMemoryManager {
- public:
-  bool AllocMemory(void**, unsigned long) override {
+/// The platform may end the calling thread while it is asked for memory.
+TEST(Boundary, LetsTheEndOfAThreadThrough) {
+  Manager manager([](void**, unsigned long) {
     ::pthread_cancel(::pthread_self());
     ::pthread_testcancel();
     return false;
-  }
-  void FreeMemory(void**) override {}
-};
-
-TEST(Boundary, LetsTheEndOfAThreadThrough) {
-  CancellingManager manager;
+  });
   CAddInNative component;
   component.setMemManager(&manager);
   pthread_t thread = {};
@@ -104,25 +104,15 @@ TEST(Boundary, LetsTheEndOfAThreadThrough) {
   EXPECT_EQ(result, PTHREAD_CANCELED);
 }
 
-/// Memory of the platform that isn't short when the component's is.
-class PlentifulManager final : public IMemoryManager {
- public:
-  explicit PlentifulManager(fixture::MemoryManager& memory) : memory_(memory) {}
-  bool AllocMemory(void** memory, unsigned long bytes) override {
-    const int left = std::exchange(fixture::memoryWatch().left, -1);
-    const bool given = memory_.AllocMemory(memory, bytes);
-    fixture::memoryWatch().left = left;
-    return given;
-  }
-  void FreeMemory(void** memory) override { memory_.FreeMemory(memory); }
-
- private:
-  fixture::MemoryManager& memory_;
-};
-
 TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
   fixture::MemoryManager memory;
-  PlentifulManager plentiful(memory);
+  // The platform's memory isn't short when the component's is.
+  Manager plentiful([&](void** block, unsigned long bytes) {
+    const int left = std::exchange(fixture::memoryWatch().left, -1);
+    const bool given = memory.AllocMemory(block, bytes);
+    fixture::memoryWatch().left = left;
+    return given;
+  });
   const std::string longText(200, 'x');
   const host::Value none;
   const std::vector<Values> calls = {{},

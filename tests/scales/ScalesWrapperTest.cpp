@@ -181,13 +181,4 @@ TEST_F(ScalesWrapper, MakesScalesFromItsParameters) {
   EXPECT_EQ(scales_.GetLastError(), 0);
 }
 
-TEST_F(ScalesWrapper, EndsWithAllItsScales) {
-  {
-    CScalesWrapper scales(makeFake);
-    for (const char* id : {"1", "2", "3"}) scales.AddScalesObject("port", 9600, 1, 0, id, 0, 1.0);
-    EXPECT_EQ(world_.alive, 3);
-  }
-  EXPECT_EQ(world_.alive, 0);
-}
-
 }  // namespace

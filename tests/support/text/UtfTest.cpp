@@ -54,16 +54,6 @@ TEST(UtfTest, ChecksLeadsAndContinuations) {
   EXPECT_FALSE(_ckUtf::isValidUtf8(bytesOf(late), late.size(), late.size()));
 }
 
-TEST(UtfTest, IllegalSequencesLoseTheirFirstByte) {
-  const std::pair<std::string, std::u32string> cases[] = {
-      {"a\xC0\x80z", U"az"}, {"a\xED\xA0\x80z", U"az"}, {"\xD0z", U"z"}, {"ж\xE2\x82", U"ж"}};
-  for (const auto& [text, characters] : cases) {
-    DataBuffer out;
-    EXPECT_FALSE(_ckUtf::utf8toUtf32(false, bytesOf(text), text.size(), out));
-    EXPECT_EQ(toString(out), asUtf32(characters)) << text;
-  }
-}
-
 TEST(UtfTest, WritesSurrogatesForModifiedUtf8) {
   StringBuffer text("a😀ж");
   bool changed = false;

@@ -21,32 +21,28 @@ struct CallOptions {
   std::vector<std::string> arguments;
 };
 
-using Int32 = std::numeric_limits<std::int32_t>;
-using Uint32 = std::numeric_limits<std::uint32_t>;
-
 [[noreturn]] void refuse(const std::string& argument, const std::string& why) {
   throw Failure(kWrongUsage, say("parameter '{0}': {1}", argument, why));
 }
 
-std::int64_t whole(const std::string& argument, const std::string& text, std::int64_t lowest,
-                   std::int64_t highest) {
-  const auto number = wholeNumber(text, lowest, highest);
-  if (!number) {
-    refuse(argument, say("'{0}' is no whole number from {1} to {2}", text, lowest, highest));
-  }
-  return *number;
+template <typename Number>
+Number whole(const std::string& argument, const std::string& text) {
+  using Limits = std::numeric_limits<Number>;
+  const auto number = wholeNumber(text, Limits::min(), Limits::max());
+  if (number) return static_cast<Number>(*number);
+  refuse(argument,
+         say("'{0}' is no whole number from {1} to {2}", text, Limits::min(), Limits::max()));
 }
 
 host::Value typed(char type, const std::string& argument, const std::string& text) {
   switch (type) {
-    case 'i': return static_cast<std::int32_t>(whole(argument, text, Int32::min(), Int32::max()));
-    case 'u': return static_cast<std::uint32_t>(whole(argument, text, 0, Uint32::max()));
+    case 'i': return whole<std::int32_t>(argument, text);
+    case 'u': return whole<std::uint32_t>(argument, text);
     case 'd':
       if (const auto number = realNumber(text)) return *number;
       refuse(argument, say("no number"));
     case 'b':
-      if (text == "true") return true;
-      if (text == "false") return false;
+      if (text == "true" || text == "false") return text == "true";
       refuse(argument, say("neither true nor false"));
     case 'n': return host::NarrowText{text};
     case 'e': return {};
@@ -54,59 +50,47 @@ host::Value typed(char type, const std::string& argument, const std::string& tex
   }
 }
 
-bool isDecimal(const std::string& text) {
-  return text.find_first_not_of("-0123456789.") == std::string::npos;
-}
-
 /// A parameter as it is typed: "i:5", "u:5", "d:1.5", "b:true", "s:text", "n:text" (narrow), "e:"
 /// (empty); without a type whole numbers, decimal numbers, true and false are such, and all else is
 /// text. Throws Failure.
 host::Value callArgument(const std::string& argument) {
   static constexpr std::string_view kTypes = "iudbsne";
-  if (argument.size() >= 2 && argument[1] == ':' && kTypes.find(argument[0]) != kTypes.npos) {
+  using Int32 = std::numeric_limits<std::int32_t>;
+  if (argument.size() >= 2 && argument[1] == ':' && kTypes.find(argument[0]) != kTypes.npos)
     return typed(argument[0], argument, argument.substr(2));
-  }
   if (argument == "true" || argument == "false") return argument == "true";
-  if (const auto number = wholeNumber(argument, Int32::min(), Int32::max())) {
+  if (const auto number = wholeNumber(argument, Int32::min(), Int32::max()))
     return static_cast<std::int32_t>(*number);
-  }
-  if (isDecimal(argument)) {
-    if (const auto number = realNumber(argument)) return *number;
-  }
+  const bool decimal = argument.find_first_not_of("-0123456789.") == argument.npos;
+  if (const auto number = realNumber(argument); number && decimal) return *number;
   return argument;
 }
 
-/// "int32", "text" and so on.
-std::string typeName(const host::Value& value) {
+/// With the name of the type, "int32", "text" and so on.
+Json asJson(const host::Value& value) {
   static constexpr std::array kNames = {"empty",  "bool", "int32", "uint32",
                                         "double", "text", "narrow"};
   if (const auto* other = std::get_if<host::OtherValue>(&value))
-    return "type " + std::to_string(other->type);
-  return kNames.at(value.index());
+    return {{"type", "type " + std::to_string(other->type)}, {"value", Json()}};
+  const auto plain = [](const auto& held) -> Json {
+    using Kind = std::decay_t<decltype(held)>;
+    if constexpr (std::is_same_v<Kind, host::NarrowText>)
+      return held.bytes;
+    else if constexpr (std::is_constructible_v<Json, Kind>)
+      return held;
+    else
+      return {};
+  };
+  return {{"type", kNames.at(value.index())}, {"value", std::visit(plain, value)}};
 }
 
-Json valueAsJson(const host::Value& value) {
-  return std::visit(
-      [](const auto& plain) -> Json {
-        using Kind = std::decay_t<decltype(plain)>;
-        if constexpr (std::is_same_v<Kind, host::NarrowText>) {
-          return plain.bytes;
-        } else if constexpr (std::is_same_v<Kind, std::monostate> ||
-                             std::is_same_v<Kind, host::OtherValue>) {
-          return {};
-        } else {
-          return plain;
-        }
-      },
-      value);
-}
-
-std::string valueText(const host::Value& value) {
-  const Json plain = valueAsJson(value);
-  return typeName(value) + " " +
-         (plain.is_null()     ? ""
-          : plain.is_string() ? plain.get<std::string>()
-                              : plain.dump());
+/// "int32 5"
+std::string valueText(const Json& value) {
+  const Json& held = value["value"];
+  return value["type"].get<std::string>() + " " +
+         (held.is_null()     ? ""
+          : held.is_string() ? held.get<std::string>()
+                             : held.dump());
 }
 
 host::Method methodOf(host::Component& component, const std::string& name) {
@@ -132,10 +116,6 @@ std::vector<host::Value> parametersOf(const CallOptions& options, const host::Me
   return values;
 }
 
-Json asJson(const host::Value& value) {
-  return {{"type", typeName(value)}, {"value", valueAsJson(value)}};
-}
-
 Json recordOf(const host::Method& method, const host::CallResult& answer,
               const host::LastError& last) {
   Json params = Json::array();
@@ -148,15 +128,16 @@ Json recordOf(const host::Method& method, const host::CallResult& answer,
           {"last_error", {{"code", last.code}, {"text", last.text}}}};
 }
 
-std::string textOf(const host::Method& method, const host::CallResult& answer,
-                   const host::LastError& last) {
+std::string textOf(const host::Method& method, const Json& record) {
   Table table(
       {say("method"), fmt::format("{} {} ({})", method.number, method.name, method.russianName)});
-  table.add({say("call"), answer.executed ? say("executed") : sayIn("call", "refused")});
-  table.add({say("returned"), valueText(answer.result)});
-  for (std::size_t i = 0; i < answer.params.size(); ++i)
-    table.add({say("param {0}", i), valueText(answer.params[i])});
-  table.add({say("last error"), fmt::format("{} {}", last.code, last.text)});
+  table.add({say("call"), record["executed"] ? say("executed") : sayIn("call", "refused")});
+  table.add({say("returned"), valueText(record["returned"])});
+  for (std::size_t i = 0; i < record["params"].size(); ++i)
+    table.add({say("param {0}", i), valueText(record["params"][i])});
+  const Json& last = record["last_error"];
+  table.add({say("last error"), fmt::format("{} {}", last["code"].get<std::uint32_t>(),
+                                            last["text"].get<std::string>())});
   std::string text = table.text();
   text.pop_back();
   return text;
@@ -169,7 +150,8 @@ ExitCode callMethod(const Program& program, const CallOptions& options) {
   session.setParameters(options.scale.connection);
   const host::CallResult answer = component.call(method, parametersOf(options, method, session));
   const host::LastError last = component.lastError();
-  RecordWriter(options.format).write(recordOf(method, answer, last), textOf(method, answer, last));
+  const Json record = recordOf(method, answer, last);
+  RecordWriter(options.format).write(record, textOf(method, record));
   // One method answers with a value and refuses all the same; that is no failure.
   if (!answer.executed && answer.result == host::Value()) {
     complain(say("the component refused the call of {0}", method.name));
@@ -200,9 +182,7 @@ void addCallCommand(CLI::App& app, Program& program) {
       ->type_name("VALUE");
   addScaleOptions(command, options->scale);
   addJsonFlag(command, options->format);
-  command.callback([&program, options] {
-    program.action = [&program, options] { return callMethod(program, *options); };
-  });
+  setAction(command, program, options, callMethod);
 }
 
 }  // namespace weigh

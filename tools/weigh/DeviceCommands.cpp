@@ -61,13 +61,12 @@ ExitCode testDevice(const Program& program, const DeviceOptions& options) {
   return conclude(outcome, options, outcome.text);
 }
 
-/// Gives a command its options and what it does.
-void finish(CLI::App& command, Program& program, const std::shared_ptr<DeviceOptions>& options,
-            const std::function<ExitCode(const DeviceOptions&)>& act) {
+/// Gives a command its options.
+std::shared_ptr<DeviceOptions> addOptions(CLI::App& command) {
+  auto options = std::make_shared<DeviceOptions>();
   addScaleOptions(command, options->scale);
   addJsonFlag(command, options->format);
-  command.callback(
-      [&program, options, act] { program.action = [options, act] { return act(*options); }; });
+  return options;
 }
 
 }  // namespace
@@ -75,22 +74,22 @@ void finish(CLI::App& command, Program& program, const std::shared_ptr<DeviceOpt
 void addTareCommand(CLI::App& app, Program& program) {
   CLI::App& added = addCommand(app, "tare", say("Make what lies on the scale its tare"),
                                "weigh tare --model 13 --host 192.168.0.200");
-  finish(added, program, std::make_shared<DeviceOptions>(),
-         [&program](const DeviceOptions& options) {
-           return command(program, options, "Calibrate", {}, say("tare set"));
-         });
+  setAction(added, program, addOptions(added),
+            [](const Program& with, const DeviceOptions& options) {
+              return command(with, options, "Calibrate", {}, say("tare set"));
+            });
 }
 
 void addPriceCommand(CLI::App& app, Program& program) {
   CLI::App& added = addCommand(app, "price", say("Send a price to the scale"),
                                "weigh price 1250 --model 14 --port /dev/ttyUSB0");
-  const auto options = std::make_shared<DeviceOptions>();
-  addNumber(added, "price", options->price, 0, std::numeric_limits<std::int32_t>::max(),
+  const auto given = addOptions(added);
+  addNumber(added, "price", given->price, 0, std::numeric_limits<std::int32_t>::max(),
             say("Whole number in the scale's own unit, as a rule hundredths (12.50 is 1250)"))
       ->required()
       ->default_str("");
-  finish(added, program, options, [&program](const DeviceOptions& given) {
-    return command(program, given, "SetPrice", given.price, say("price {0} sent", given.price));
+  setAction(added, program, given, [](const Program& with, const DeviceOptions& options) {
+    return command(with, options, "SetPrice", options.price, say("price {0} sent", options.price));
   });
 }
 
@@ -98,8 +97,7 @@ void addTestCommand(CLI::App& app, Program& program) {
   CLI::App& added =
       addCommand(app, "test", say("Test the connection as the platform's settings form does"),
                  "weigh test --model 13 --host 192.168.0.200 --tcp-port 4001");
-  finish(added, program, std::make_shared<DeviceOptions>(),
-         [&program](const DeviceOptions& options) { return testDevice(program, options); });
+  setAction(added, program, addOptions(added), testDevice);
 }
 
 }  // namespace weigh

@@ -132,7 +132,7 @@ std::optional<Finding> lineVerdict(const Connection& connection, const ScalesMod
     diagnosis.weighs = diagnosis.weighing->good();
     if (auto note = unaskedNote(connection, model)) diagnosis.notes.push_back(std::move(*note));
     if (diagnosis.weighs) {
-      if (auto doubt = weightDoubtOn(connection, model)) return doubt;
+      if (auto doubt = weightDoubtOn(connection)) return doubt;
     }
     return weighingVerdict(*diagnosis.weighing, connection.model);
   }

@@ -15,14 +15,6 @@
 
 namespace weigh {
 
-/// One thing found out, in the current language.
-struct Finding {
-  /// For scripts, the same in all languages.
-  std::string code;
-  std::string cause;
-  std::string remedy;
-};
-
 /// The polls that were made through the component.
 struct PollTimes {
   int done = 0;
@@ -127,10 +119,14 @@ std::optional<Finding> unaskedNote(const Connection& connection, const ScalesMod
 /// What makes the weight of a good frame doubtful: it reads 0 while a number stands in its place,
 /// or bytes of its place are no part of the number. None for a frame that is all read.
 std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame);
-/// The same of the next good frame on the line, which nothing else may have open.
-std::optional<Finding> weightDoubtOn(const Connection& connection, const ScalesModel& model);
-/// Says it on standard error, if the weight that read 0 is none.
-void tellHiddenWeight(const Connection& connection);
+/// The same of the next good frame on the line, which nothing else may have open. None for a model
+/// without a line.
+std::optional<Finding> weightDoubtOn(const Connection& connection);
+/// The other output of the model's scale that these bytes are of; none if the notes know none.
+std::optional<Finding> otherFormat(const ScalesModel& model, std::span<const std::uint8_t> bytes,
+                                   const std::string& line);
+/// What to set on the scale itself, to stand behind a remedy; empty where nobody knows.
+std::string onTheScale(int model);
 /// What is the matter with a line on which no poll of `model` was answered.
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection);
 

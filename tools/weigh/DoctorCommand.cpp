@@ -11,24 +11,13 @@ struct DoctorOptions {
   Format format = Format::Text;
 };
 
-Json jsonOf(const Finding& finding) {
-  return {{"code", finding.code}, {"cause", finding.cause}, {"remedy", finding.remedy}};
-}
-
-Json jsonOf(const devices::SerialDevice& device) { return deviceRecord(device); }
-
 Json jsonOf(std::optional<Milliseconds> time) { return time ? Json(rounded(*time)) : Json(); }
 
 template <typename Item>
-Json listOf(const std::vector<Item>& items) {
+Json listOf(const std::vector<Item>& items, Json (*record)(const Item&)) {
   Json list = Json::array();
-  for (const Item& item : items) list.push_back(jsonOf(item));
+  for (const Item& item : items) list.push_back(record(item));
   return list;
-}
-
-std::string findingText(const std::string& heading, const Finding& finding) {
-  return fmt::format("{}: {} - {}\n  {}: {}\n", heading, finding.code, finding.cause, say("Remedy"),
-                     finding.remedy);
 }
 
 std::string pollsText(const PollTimes& polls, const Connection& connection) {
@@ -117,8 +106,8 @@ Json diagnosisRecord(const NamedScale& scale, const Diagnosis& diagnosis) {
             {"worst_ms", jsonOf(polls.worst)},
             {"wire_ms", jsonOf(polls.wire)}}},
           {"bytes", diagnosis.bytes},
-          {"notes", listOf(diagnosis.notes)},
-          {"devices", listOf(diagnosis.devices)}};
+          {"notes", listOf(diagnosis.notes, findingRecord)},
+          {"devices", listOf(diagnosis.devices, deviceRecord)}};
 }
 
 Json deviceRecord(const devices::SerialDevice& device) {
@@ -145,10 +134,7 @@ void addDoctorCommand(CLI::App& app, Program& program) {
   addFolder(command, options->folder);
   addConnectionOptions(command, options->connection);
   addJsonFlag(command, options->format);
-  command.callback([&program, &command, options] {
-    refuseScaleBeside(options->folder, command);
-    program.action = [&program, options] { return examine(program, *options); };
-  });
+  setAction(command, program, options, examine);
 }
 
 }  // namespace weigh

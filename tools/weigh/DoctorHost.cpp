@@ -1,16 +1,13 @@
-#include <fcntl.h>
 #include <netdb.h>
-#include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <future>
 #include <memory>
-#include <string>
 #include <thread>
-#include <utility>
 
 #include "Doctor.h"
 #include "Text.h"
@@ -19,97 +16,31 @@ namespace weigh {
 
 namespace {
 
-using std::chrono::milliseconds;
-using Clock = std::chrono::steady_clock;
-
-/// How soon an interruption is noticed.
-constexpr milliseconds kSlice{100};
-
-/// What a host name leads to.
-struct Address {
+/// How far a connection came, and what it failed with.
+struct Reached {
   /// 0, or what getaddrinfo failed with.
-  int status = 0;
-  int systemError = 0;
-  sockaddr_storage address = {};
-  socklen_t size = 0;
+  int name = 0;
+  /// An errno.
+  int error = 0;
 };
 
-Address addressOf(const std::string& host, const std::string& port) {
+Reached reach(const std::string& host, const std::string& port, std::chrono::seconds longest) {
   addrinfo hints = {};
   // The component connects to the first address of this kind.
   hints.ai_family = AF_INET;
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* list = nullptr;
-  Address result;
-  result.status = ::getaddrinfo(host.c_str(), port.c_str(), &hints, &list);
-  result.systemError = errno;
-  if (result.status != 0) return result;
+  const int name = ::getaddrinfo(host.c_str(), port.c_str(), &hints, &list);
+  if (name != 0) return {.name = name, .error = errno};
   const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(list, &::freeaddrinfo);
-  result.size = list->ai_addrlen;
-  std::memcpy(&result.address, list->ai_addr, result.size);
-  return result;
-}
-
-/// One name on its way to the name server and back. The system's call can't be ended, so it has a
-/// thread of its own, which is left behind if it takes too long.
-class Question {
- public:
-  Question(const std::string& host, const std::string& port) {
-    std::packaged_task<Address()> task([host, port] { return addressOf(host, port); });
-    answer_ = task.get_future();
-    std::thread(std::move(task)).detach();
-  }
-
-  /// False as long as there is no answer.
-  bool waitFor(milliseconds time) { return answer_.wait_for(time) == std::future_status::ready; }
-  Address take() { return answer_.get(); }
-
- private:
-  std::future<Address> answer_;
-};
-
-class Connecting {
- public:
-  explicit Connecting(const Address& to)
-      : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
-    const auto* address = reinterpret_cast<const sockaddr*>(&to.address);
-    const bool failed = socket_ < 0 || ::connect(socket_, address, to.size) != 0;
-    error_ = failed ? errno : 0;
-  }
-  ~Connecting() {
-    if (socket_ >= 0) ::close(socket_);
-  }
-  Connecting(const Connecting&) = delete;
-  Connecting& operator=(const Connecting&) = delete;
-
-  /// False as long as it is neither connected nor refused.
-  bool waitFor(milliseconds time) {
-    if (error_ != EINPROGRESS) return true;
-    pollfd ready = {.fd = socket_, .events = POLLOUT, .revents = 0};
-    if (::poll(&ready, 1, static_cast<int>(time.count())) <= 0) return false;
-    socklen_t size = sizeof error_;
-    ::getsockopt(socket_, SOL_SOCKET, SO_ERROR, &error_, &size);
-    return true;
-  }
-  /// 0 for a connection.
-  int error() const { return error_; }
-
- private:
-  int socket_;
-  int error_;
-};
-
-enum class Wait { Done, TooLong, Interrupted };
-
-/// Waits in slices for what the network does.
-template <typename Work>
-Wait waitFor(Work& work) {
-  const Clock::time_point end = Clock::now() + kLongestConnect;
-  while (Clock::now() < end) {
-    if (Ending::asked()) return Wait::Interrupted;
-    if (work.waitFor(kSlice)) return Wait::Done;
-  }
-  return Wait::TooLong;
+  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (socket < 0) return {.error = errno};
+  // A connection takes no longer than what is sent may.
+  const timeval most = {.tv_sec = longest.count(), .tv_usec = 0};
+  ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &most, sizeof most);
+  const int error = ::connect(socket, list->ai_addr, list->ai_addrlen) == 0 ? 0 : errno;
+  ::close(socket);
+  return {.error = error == EINPROGRESS ? ETIMEDOUT : error};
 }
 
 }  // namespace
@@ -125,26 +56,30 @@ std::optional<Finding> hostTrouble(const Connection& connection) {
             say("Check the spelling, or give the address in numbers, such as 192.168.0.200.")};
   };
 
-  Question question(host, std::to_string(port));
-  const Wait named = waitFor(question);
-  if (named == Wait::Interrupted) return std::nullopt;
-  if (named == Wait::TooLong) return noSuchName(::gai_strerror(EAI_AGAIN));
-  const Address address = question.take();
-  if (address.status == EAI_SYSTEM) return noSuchName(std::strerror(address.systemError));
-  if (address.status != 0) return noSuchName(::gai_strerror(address.status));
-
-  Connecting connecting(address);
-  const Wait connected = waitFor(connecting);
-  if (connected == Wait::Interrupted) return std::nullopt;
-  if (connected == Wait::TooLong || connecting.error() == ETIMEDOUT) {
+  // Neither call can be ended, so they have a thread of their own, which is left behind if the user
+  // has enough, or if a name server takes too long.
+  std::packaged_task<Reached()> task(
+      [host, port] { return reach(host, std::to_string(port), kLongestConnect); });
+  std::future<Reached> outcome = task.get_future();
+  std::thread(std::move(task)).detach();
+  const auto end = std::chrono::steady_clock::now() + 2 * kLongestConnect;
+  constexpr std::chrono::milliseconds kSlice{100};
+  while (outcome.wait_for(kSlice) != std::future_status::ready) {
+    if (Ending::asked()) return std::nullopt;
+    if (std::chrono::steady_clock::now() >= end) return noSuchName(::gai_strerror(EAI_AGAIN));
+  }
+  const auto [name, error] = outcome.get();
+  if (name != 0)
+    return noSuchName(name == EAI_SYSTEM ? std::strerror(error) : ::gai_strerror(name));
+  if (error == 0) return std::nullopt;
+  if (error == ETIMEDOUT) {
     return Finding{.code = "no-answer",
                    .cause = say("{0} did not answer on TCP port {1} within {2} s.", host, port,
                                 kLongestConnect.count()),
                    .remedy = say("Is the scale or its converter switched on, is the address right, "
                                  "does a firewall stand between?")};
   }
-  if (connecting.error() == 0) return std::nullopt;
-  if (connecting.error() == ECONNREFUSED) {
+  if (error == ECONNREFUSED) {
     return Finding{.code = "refused",
                    .cause = say("{0} is there but refuses TCP port {1}.", host, port),
                    .remedy = say("Set the port that the scale or its converter listens on, and see "
@@ -152,7 +87,7 @@ std::optional<Finding> hostTrouble(const Connection& connection) {
   }
   return Finding{
       .code = "unreachable",
-      .cause = say("{0} can't be reached: {1}.", host, std::strerror(connecting.error())),
+      .cause = say("{0} can't be reached: {1}.", host, std::strerror(error)),
       .remedy = say("Check network cable, address and mask on both sides; `ping {0}` must answer.",
                     shellWord(host))};
 }

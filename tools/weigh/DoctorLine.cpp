@@ -108,13 +108,6 @@ std::string numbersOf(const recognise::Candidate& candidate) {
   return numbers;
 }
 
-/// What to set on the scale itself, behind a remedy; nothing where nobody knows.
-std::string onTheScale(int model) {
-  const auto notes = notes::notesOf(model);
-  if (!notes || notes->settings.empty()) return {};
-  return " " + say("On the scale itself: {0}", fmt::to_string(fmt::join(notes->settings, " ")));
-}
-
 /// The call that finds out which scale is on this line.
 std::string findCall(const Connection& connection) {
   return "weigh find " + connection.options(false);
@@ -202,20 +195,42 @@ std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame) {
                  .remedy = remedy};
 }
 
-std::optional<Finding> weightDoubtOn(const Connection& connection, const ScalesModel& model) {
-  const Heard heard = listen(connection, *model.sheet);
-  for (const recognise::Evidence& evidence : {stream(heard), answers(heard)}) {
-    if (const auto found = recognise::examine(model, evidence)) {
-      return weightDoubt(model, found->frame);
+std::optional<Finding> weightDoubtOn(const Connection& connection) {
+  const ScalesModel* model = findScalesModel(connection.model);
+  if (model == nullptr || model->sheet == nullptr) return std::nullopt;
+  const ProtocolSheet& sheet = *model->sheet;
+  const bool asks = !transmitsByItself(sheet);
+  recognise::Evidence evidence{asks ? recognise::Origin::Answer : recognise::Origin::Stream, {}};
+  try {
+    OpenLine line(connection);
+    line.set(connection.baud, sheet.line);
+    for (int i = 0; i < kRequests && !Ending::asked(); ++i) {
+      if (asks) line.ask(sheet.request);
+      evidence.pieces.push_back(line.hear(kAnswerTime, kAnswerTime));
+      const auto found = recognise::examine(*model, evidence);
+      if (found) return weightDoubt(*model, found->frame);
     }
+  } catch (const Failure&) {
+    // The weight is there all the same.
   }
   return std::nullopt;
 }
 
-void tellHiddenWeight(const Connection& connection) {
-  const ScalesModel* model = findScalesModel(connection.model);
-  if (model == nullptr || model->sheet == nullptr || Ending::asked()) return;
-  if (const auto doubt = weightDoubtOn(connection, *model)) complain(doubt->cause, doubt->remedy);
+std::optional<Finding> otherFormat(const ScalesModel& model, std::span<const std::uint8_t> bytes,
+                                   const std::string& line) {
+  const auto format = notes::otherFormatIn(model.number, bytes);
+  if (!format) return std::nullopt;
+  return Finding{
+      .code = "other-format",
+      .cause = say("What comes in on {0} is another output of the scale of model {1}, {2}: {3}.",
+                   line, model.number, format->name, hexText(bytes, kShown)),
+      .remedy = format->wayOut};
+}
+
+std::string onTheScale(int model) {
+  const auto notes = notes::notesOf(model);
+  if (!notes || notes->settings.empty()) return {};
+  return " " + say("On the scale itself: {0}", fmt::to_string(fmt::join(notes->settings, " ")));
 }
 
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {
@@ -295,13 +310,7 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
             .remedy = say("Take off the loop-back plug, or switch off the echo of the RS-485 "
                           "adapter; TX and RX may be joined.")};
   }
-  if (const auto format = notes::otherFormatIn(model.number, all)) {
-    return {
-        .code = "other-format",
-        .cause = say("What comes in on {0} is another output of the scale of model {1}, {2}: {3}.",
-                     line, model.number, format->name, bytes),
-        .remedy = format->wayOut};
-  }
+  if (auto format = otherFormat(model, all, line)) return *format;
   if (const auto other = otherModel(heard)) {
     const std::string kin =
         other->kin.empty() ? "" : say("; models with the same frames: {0}", joined(other->kin));

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -32,12 +34,6 @@ struct ExplainOptions {
   std::string file;
   int model = -1;
   Format format = Format::Text;
-};
-
-/// A name for programs, the same in all languages, and a text for people.
-struct Named {
-  const char* name;
-  std::string text;
 };
 
 exchange::Log readFile(const std::string& file) {
@@ -84,7 +80,7 @@ std::string eventText(const std::string& event) {
   return known == kEvents.end() ? "" : std::string(translated(known->second));
 }
 
-Named roleOf(const ExplainedRecord& row) {
+Finding roleOf(const ExplainedRecord& row) {
   switch (row.role) {
     case Role::Event: return {"event", eventText(row.record->text())};
     case Role::Request: return {"request", say("asks for the weight")};
@@ -125,7 +121,7 @@ std::string wrongBytesText(const Verdict& verdict) {
 }
 
 /// Why a frame was refused.
-Named reasonOf(const Verdict& verdict, const ProtocolSheet& sheet) {
+Finding reasonOf(const Verdict& verdict, const ProtocolSheet& sheet) {
   const Refusal& refusal = verdict.refusal;
   switch (refusal.reason) {
     case Refusal::Reason::Silence:
@@ -173,7 +169,7 @@ std::string fieldText(FrameField::Name name, const Outputs& reading, Units units
 }
 
 std::string verdictText(const Verdict& verdict, const ScalesModel& model) {
-  if (!verdict.good) return say("refused: {0}", reasonOf(verdict, *model.sheet).text);
+  if (!verdict.good) return say("refused: {0}", reasonOf(verdict, *model.sheet).cause);
   if (verdict.said.code != kSuccess) {
     return say("the scale reports error {0}: {1}", verdict.said.code,
                resultText(verdict.said.code));
@@ -206,7 +202,7 @@ Json verdictRecord(const Verdict& verdict, const ScalesModel& model) {
                  {"frame", hexText(verdict.frame)},
                  {"text", verdictText(verdict, model)}};
   if (!verdict.good) {
-    record["reason"] = reasonOf(verdict, *model.sheet).name;
+    record["reason"] = reasonOf(verdict, *model.sheet).code;
     return record;
   }
   const Outputs& reading = verdict.said.reading;
@@ -239,7 +235,7 @@ class ExplanationWriter {
                  {"time", row.record->time},
                  {"kind", kArrows.at(static_cast<std::size_t>(row.record->kind))},
                  {"content", contentText(*row.record)},
-                 {"role", roleOf(row).name},
+                 {"role", roleOf(row).code},
                  {"poll", orNone(row.poll)},
                  {"attempt", orNone(row.attempt)},
                  {"verdict", row.verdict ? verdictRecord(*row.verdict, model_) : Json()}});
@@ -258,7 +254,7 @@ class ExplanationWriter {
     }
     text += fmt::format("  {}  {}  {}   {}\n", row.record->time,
                         kArrows.at(static_cast<std::size_t>(row.record->kind)),
-                        contentText(*row.record), roleOf(row).text);
+                        contentText(*row.record), roleOf(row).cause);
     if (row.verdict) text += "      = " + verdictText(*row.verdict, model_) + '\n';
     print(text);
   }
@@ -274,7 +270,7 @@ class ExplanationWriter {
 };
 
 /// Why a poll failed.
-Named failureOf(const PollEnd& poll) {
+Finding failureOf(const PollEnd& poll) {
   if (poll.code != kNoAnswer)
     return {"code", say("the scale reported error {0}: {1}", poll.code, resultText(poll.code))};
   switch (poll.reason) {
@@ -295,8 +291,8 @@ std::map<std::string, std::pair<std::string, int>> failuresOf(const Explanation&
   };
   for (const PollEnd& poll : explanation.polls) {
     if (poll.good) continue;
-    const Named why = failureOf(poll);
-    add(poll.code == kNoAnswer ? why.name : fmt::format("{}_{}", why.name, poll.code), why.text);
+    const Finding why = failureOf(poll);
+    add(poll.code == kNoAnswer ? why.code : fmt::format("{}_{}", why.code, poll.code), why.cause);
   }
   for (const ExplainedRecord& row : explanation.records) {
     if (row.role == Role::Event && row.record->text() == "ERROR_OPEN")
@@ -306,12 +302,12 @@ std::map<std::string, std::pair<std::string, int>> failuresOf(const Explanation&
 }
 
 void writeSummary(const Explanation& explanation, const exchange::Log& log, const LogModel& found,
-                  Format format) {
+                  Format format, bool whole) {
   const std::size_t polls = explanation.polls.size();
   const auto good =
       static_cast<std::size_t>(std::ranges::count_if(explanation.polls, &PollEnd::good));
   Json failures = Json::object();
-  std::string text;
+  std::string text = whole ? "" : say("Ended early; this is of the whole log:") + '\n';
   for (const std::size_t line : log.damaged)
     text += say("line {0}: a record that lacks bytes", line) + '\n';
   text += sayCount("{0} record", "{0} records", explanation.records.size()) + ", " +
@@ -327,21 +323,35 @@ void writeSummary(const Explanation& explanation, const exchange::Log& log, cons
                               {"damaged_lines", log.damaged},
                               {"polls", polls},
                               {"good", good},
-                              {"failures", failures}},
+                              {"failures", failures},
+                              {"end", whole ? "done" : "interrupted"}},
                              text);
 }
 
-ExitCode explain(const ExplainOptions& options) {
+/// False if the user had enough.
+bool writeAll(const Explanation& explanation, ExplanationWriter& writer) {
+  constexpr std::size_t kSeldom = 1000;
+  const std::size_t all = explanation.records.size();
+  // On a terminal the records themselves show how far it is.
+  std::optional<Progress> progress;
+  if (::isatty(STDOUT_FILENO) == 0) progress.emplace(std::chrono::milliseconds{0});
+  for (std::size_t i = 0; i < all; ++i) {
+    if (Ending::asked()) return false;
+    if (progress && i % kSeldom == 0) progress->show(say("record {0} of {1}", i + 1, all));
+    writer.write(explanation.records[i]);
+  }
+  return true;
+}
+
+ExitCode explain(const Program& /*program*/, const ExplainOptions& options) {
   const exchange::Log log = readFile(options.file);
   const LogModel found = modelOf(options, log);
   if (options.format == Format::Text) print(headText(found, options.model >= 0));
   const Explanation explanation = recognise::explainLog(log, *found.model);
   ExplanationWriter writer(*found.model, options.format);
-  for (const ExplainedRecord& row : explanation.records) {
-    if (Ending::asked()) return kFailed;
-    writer.write(row);
-  }
-  writeSummary(explanation, log, found, options.format);
+  const bool whole = writeAll(explanation, writer);
+  writeSummary(explanation, log, found, options.format, whole);
+  if (!whole) return kFailed;
   return !explanation.polls.empty() && explanation.polls.back().good ? kGood : kFailed;
 }
 
@@ -364,8 +374,7 @@ void addExplainCommand(CLI::App& app, Program& program) {
       ->default_str("");
   addJsonFlag(command, options->format,
               say("One JSON record per record of the log, and one with the summary"));
-  command.callback(
-      [&program, options] { program.action = [options] { return explain(*options); }; });
+  setAction(command, program, options, explain);
 }
 
 }  // namespace weigh

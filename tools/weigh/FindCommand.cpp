@@ -3,6 +3,7 @@
 #include <ranges>
 #include <utility>
 
+#include "Doctor.h"
 #include "FindSearch.h"
 #include "LongWork.h"
 #include "Records.h"
@@ -92,12 +93,7 @@ std::string planText(const FindOptions& options, const FindPlan& plan) {
          say("this may take {0}, and ends sooner on a sure find.", durationText(plan.longest));
 }
 
-struct Named {
-  const char* name;
-  std::string text;
-};
-
-Named nameOf(Noise noise) {
+Finding nameOf(Noise noise) {
   switch (noise) {
     case Noise::TooFew: return {"too_few", say("too few to tell")};
     case Noise::CleanText: return {"text", say("clean text of an unknown protocol")};
@@ -120,9 +116,9 @@ bool sameWeights(const std::vector<Sighting>& sightings) {
 }
 
 /// What speaks against the best of the sightings.
-std::vector<Named> doubtsOf(const std::vector<Sighting>& sightings) {
+std::vector<Finding> doubtsOf(const std::vector<Sighting>& sightings) {
   const Candidate& best = sightings.front().candidate;
-  std::vector<Named> doubts;
+  std::vector<Finding> doubts;
   const auto add = [&](recognise::Doubt doubt, const char* name, const std::string& text) {
     if ((best.doubts & doubt) != 0) doubts.push_back({name, text});
   };
@@ -197,7 +193,7 @@ std::string verdictText(const Connection& connection, const std::vector<Sighting
                          ? say("Probably model {0}, but uncertain:", best.model->number)
                          : say("Model {0} it is.", best.model->number);
   text += '\n';
-  for (const Named& doubt : doubtsOf(sightings)) text += "  - " + doubt.text + "\n";
+  for (const Finding& doubt : doubtsOf(sightings)) text += "  - " + doubt.cause + "\n";
   text += say("Its last frame: {0}", hexText(best.frame)) + "\n\n" +
           say("For the parameter page:") + "\n";
   const Connection found = foundAt(connection, sightings.front());
@@ -211,30 +207,66 @@ std::string verdictText(const Connection& connection, const std::vector<Sighting
          "\n";
 }
 
-void writeText(const Connection& connection, const FindResult& result) {
+/// What is to be said beside the ranking: a weight that isn't what it reads, and bytes that are
+/// another output of a scale that is known.
+std::vector<Finding> notesOn(const FindOptions& options, const FindResult& result) {
+  std::vector<Finding> notes;
+  const auto add = [&](std::optional<Finding> note) {
+    if (note && std::ranges::count(notes, note->remedy, &Finding::remedy) == 0)
+      notes.push_back(std::move(*note));
+  };
+  const std::string line = options.connection.address();
+  if (!result.sightings.empty()) {
+    const Candidate& best = result.sightings.front().candidate;
+    add(weightDoubt(*best.model, best.frame));
+    for (const ScalesModel* model : options.models) add(otherFormat(*model, best.frame, line));
+  }
+  for (const Unexplained& other : result.unexplained) {
+    for (const ScalesModel* model : options.models) add(otherFormat(*model, other.bytes, line));
+  }
+  return notes;
+}
+
+/// What helps where nothing came: the settings of the scale itself, where it is known which it is.
+std::string silenceText(const FindOptions& options) {
+  std::string text =
+      say("Nothing came at all. Is the scale on, is the cable the right one (crossed or "
+          "straight), is this the port that it is on? A scale may be set to send on its "
+          "print key only.");
+  constexpr std::size_t kFew = 3;
+  if (options.models.size() > kFew)
+    return text + " " + say("`weigh models --about N` tells what to set on the scale of model N.");
+  for (const ScalesModel* model : options.models) text += onTheScale(model->number);
+  return text;
+}
+
+void writeText(const FindOptions& options, const FindResult& result) {
+  const Connection& connection = options.connection;
   if (result.end == FindResult::End::Interrupted)
     print(say("Ended early: this is what there is so far.") + "\n");
   if (result.end == FindResult::End::LineLost)
     print(say("The line is gone: this is what there is so far.") + "\n");
   if (!result.sightings.empty()) {
     print(rankingText(result.sightings) + verdictText(connection, result.sightings));
-    return;
   }
   for (const auto& [setting, bytes, noise] : result.unexplained) {
+    if (!result.sightings.empty()) break;
     print("  " +
           sayCount("{1}: {0} byte, {2}: {3}", "{1}: {0} bytes, {2}: {3}", bytes.size(),
-                   settingText(setting), nameOf(noise).text, hexText(bytes, kShownBytes)) +
+                   settingText(setting), nameOf(noise).cause, hexText(bytes, kShownBytes)) +
           "\n");
   }
+  const std::vector<Finding> notes = notesOn(options, result);
+  for (const Finding& note : notes) print(findingText(say("Note"), note));
+  if (!result.sightings.empty()) return;
   complain(say("no model's frames were found"),
            result.end != FindResult::End::Done
                ? say("The search did not come to its end. Start it again for an answer.")
-           : result.bytes == 0
-               ? say("Nothing came at all. Is the scale on, is the cable the right one (crossed or "
-                     "straight), is this the port that it is on? A scale may be set to send on its "
-                     "print key only.")
-               : say("Bytes came that belong to no model. The scale's menu tells its speed and "
-                     "protocol; try the other protocols that it offers."));
+           : result.bytes == 0 ? silenceText(options)
+           : notes.empty()
+               ? say("Bytes came that belong to no model. The scale's menu tells its speed and "
+                     "protocol; try the other protocols that it offers.")
+               : notes.front().remedy);
 }
 
 Json candidateRecord(const Connection& connection, const std::vector<Sighting>& sightings,
@@ -243,9 +275,9 @@ Json candidateRecord(const Connection& connection, const std::vector<Sighting>& 
   const Candidate& candidate = sighting.candidate;
   const bool network = connection.network;
   Json doubts = Json::array();
-  for (const Named& doubt :
+  for (const Finding& doubt :
        doubtsOf({sightings.begin() + static_cast<std::ptrdiff_t>(index), sightings.end()})) {
-    doubts.push_back(doubt.name);
+    doubts.push_back(doubt.code);
   }
   return {{"rank", index + 1},
           {"model", candidate.model->number},
@@ -268,22 +300,25 @@ Json candidateRecord(const Connection& connection, const std::vector<Sighting>& 
           {"parameters", pageValues(foundAt(connection, sighting))}};
 }
 
-void writeJson(const Connection& connection, const FindResult& result) {
+void writeJson(const FindOptions& options, const FindResult& result) {
   for (std::size_t i = 0; i < result.sightings.size(); ++i)
-    writeRecord(candidateRecord(connection, result.sightings, i));
+    writeRecord(candidateRecord(options.connection, result.sightings, i));
   Json unexplained = Json::array();
   for (const auto& [setting, bytes, noise] : result.unexplained) {
     const auto shown = std::span(bytes).first(std::min(bytes.size(), kShownBytes));
     unexplained.push_back({{"line", setting.text()},
                            {"bytes", bytes.size()},
-                           {"looks_like", nameOf(noise).name},
+                           {"looks_like", nameOf(noise).code},
                            {"hex", hexText(shown)}});
   }
+  Json notes = Json::array();
+  for (const Finding& note : notesOn(options, result)) notes.push_back(findingRecord(note));
   static constexpr std::array kEnds = {"done", "interrupted", "line_lost"};
   writeRecord({{"candidates", result.sightings.size()},
                {"end", kEnds.at(static_cast<std::size_t>(result.end))},
                {"bytes", result.bytes},
-               {"unexplained", unexplained}});
+               {"unexplained", unexplained},
+               {"notes", notes}});
 }
 
 ExitCode find(const FindOptions& options, Format format) {
@@ -297,19 +332,15 @@ ExitCode find(const FindOptions& options, Format format) {
       progress.show(asks ? say("asking {0}", at) : say("listening {0}", at));
     });
   }
-  writeFindResult(options.connection, result, format);
+  if (format == Format::Json) {
+    writeJson(options, result);
+  } else {
+    writeText(options, result);
+  }
   return result.sightings.empty() ? kFailed : kGood;
 }
 
 }  // namespace
-
-void writeFindResult(const Connection& connection, const FindResult& result, Format format) {
-  if (format == Format::Json) {
-    writeJson(connection, result);
-  } else {
-    writeText(connection, result);
-  }
-}
 
 void addFindCommand(CLI::App& app, Program& program) {
   struct Given {

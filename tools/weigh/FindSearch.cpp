@@ -21,7 +21,7 @@ constexpr milliseconds kLongestAnswer{1500};
 /// What a wait takes beyond its time, for an estimate: a network read waits for a tenth of a
 /// second.
 constexpr milliseconds kOverhead{15};
-constexpr milliseconds kNetworkOverhead{200};
+constexpr milliseconds kNetworkOverhead{150};
 
 bool transmits(const ScalesModel& model) { return transmitsByItself(*model.sheet); }
 
@@ -50,9 +50,12 @@ class Search {
       : options_(options), plan_(plan), observer_(observer), line_(options.connection) {}
 
   FindResult run() {
+    // What is silent at one framing is so at all others of that speed.
+    std::optional<int> silent;
     for (const LineSetting& setting : plan_.listening) {
       if (!goOn()) break;
-      if (mayBeAt(setting.bitsPerSecond)) listenAt(setting);
+      const int speed = setting.bitsPerSecond;
+      if (speed != silent && mayBeAt(speed) && !listenAt(setting)) silent = speed;
     }
     for (const int speed : plan_.speeds) {
       if (!mayBeAt(speed)) continue;
@@ -106,18 +109,20 @@ class Search {
     return true;
   }
 
-  void listenAt(const LineSetting& setting) {
+  /// False if nothing came.
+  bool listenAt(const LineSetting& setting) {
     observer_(setting, false);
-    if (!set(setting)) return;
+    if (!set(setting)) return true;
     recognise::Bytes bytes = line_.listen(options_.listening);
     if (examineStream(bytes).empty()) {
       note(setting, bytes);
-      return;
+      return !bytes.empty();
     }
     const recognise::Bytes more = line_.listen(kConfirmation);
     bytes.insert(bytes.end(), more.begin(), more.end());
     result_.bytes += bytes.size();
     add(examineStream(bytes), setting, false);
+    return true;
   }
 
   /// Models that transmit by themselves; others only if none of them explains the bytes.
@@ -262,8 +267,8 @@ FindPlan::FindPlan(const FindOptions& options) {
     asking += one;
     longestQuestion = std::max(longestQuestion, one);
   }
-  longest = options.listening * listening.size() + asking * speeds.size() + kConfirmation +
-            (kAnswers - 1) * longestQuestion;
+  longest = options.listening * listening.size() + asking * speeds.size() +
+            std::max(kConfirmation, (kAnswers - 1) * longestQuestion);
 }
 
 FindResult findScale(const FindOptions& options, const FindPlan& plan,

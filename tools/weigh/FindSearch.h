@@ -71,8 +71,4 @@ using FindObserver = std::function<void(const LineSetting&, bool asks)>;
 FindResult findScale(const FindOptions& options, const FindPlan& plan,
                      const FindObserver& observer);
 
-/// Writes what a search found: to people a ranking, its doubts and the values for the parameter
-/// page; to programs one record a candidate and one about the search.
-void writeFindResult(const Connection& connection, const FindResult& result, Format format);
-
 }  // namespace weigh

@@ -9,9 +9,19 @@ namespace weigh {
 
 namespace {
 
-constexpr int kAllModels = -1;
+struct ListOptions {
+  Format format = Format::Text;
+  bool withDriver = false;
+  /// None for the list.
+  int about = -1;
+};
 
-ExitCode listModels(Format format, bool withDriver) {
+ExitCode listModels(const Program& /*program*/, const ListOptions& options) {
+  const auto& [format, withDriver, about] = options;
+  if (about >= 0) {
+    print(notes::pageOf(*findScalesModel(about), 1));
+    return kGood;
+  }
   Table table({say("MODEL"), say("DRIVER"), say("WEIGHT IN"), say("NAME")});
   for (const ScalesModel& model : scalesModels()) {
     const bool driver = model.create != nullptr;
@@ -32,11 +42,6 @@ ExitCode listModels(Format format, bool withDriver) {
   return kGood;
 }
 
-ExitCode tellAbout(int model) {
-  print(notes::pageOf(*findScalesModel(model), 1));
-  return kGood;
-}
-
 ExitCode printPage(const Program& program, Format format) {
   Session session(program.component);
   const host::CallResult answer = session.component().call("GetParameters");
@@ -54,11 +59,6 @@ ExitCode printPage(const Program& program, Format format) {
 }  // namespace
 
 void addModelsCommand(CLI::App& app, Program& program) {
-  struct ListOptions {
-    Format format = Format::Text;
-    bool withDriver = false;
-    int about = kAllModels;
-  };
   const auto options = std::make_shared<ListOptions>();
   CLI::App& command = addCommand(app, "models", say("List the models, and which have a driver"),
                                  "weigh models --driver");
@@ -66,12 +66,7 @@ void addModelsCommand(CLI::App& app, Program& program) {
   command.add_flag("--driver", options->withDriver, say("Only models that have a driver"));
   addNumber(command, "--about", options->about, 0, static_cast<int>(scalesModels().size()) - 1,
             say("What is known of a model's scale, and what to set on it"));
-  command.callback([&program, options] {
-    program.action = [options] {
-      if (options->about != kAllModels) return tellAbout(options->about);
-      return listModels(options->format, options->withDriver);
-    };
-  });
+  setAction(command, program, options, listModels);
 }
 
 void addPageCommand(CLI::App& app, Program& program) {
@@ -80,9 +75,7 @@ void addPageCommand(CLI::App& app, Program& program) {
       addCommand(app, "page", say("Print the parameter page that the platform gets, as XML"),
                  "weigh page > page.xml");
   addJsonFlag(command, *format);
-  command.callback([&program, format] {
-    program.action = [&program, format] { return printPage(program, *format); };
-  });
+  setAction(command, program, format, printPage);
 }
 
 }  // namespace weigh

@@ -87,18 +87,20 @@ void addScaleOptions(CLI::App& app, ScaleOptions& options) {
 }
 
 void addFolder(CLI::App& app, std::string& folder) {
-  addText(app, "folder", folder,
-          say("Component folder with settings.xml: all of its scales in place of one given by "
-              "options"))
+  const auto take = [&app, &folder](const std::string& given) {
+    if (given.empty()) refuse("folder", say("may not be empty"));
+    for (const CLI::Option* option : app.get_options()) {
+      if (option->count() == 0 || option->get_group() != say("The scale")) continue;
+      refuse("folder", say("a folder names its scales itself; leave out {0} or the folder",
+                           option->get_name()));
+    }
+    folder = given;
+  };
+  app.add_option_function<std::string>(
+         "folder", take,
+         say("Component folder with settings.xml: all of its scales in place of one given by "
+             "options"))
       ->type_name("DIR");
-}
-
-void refuseScaleBeside(const std::string& folder, const CLI::App& app) {
-  for (const CLI::Option* option : app.get_options()) {
-    if (folder.empty() || option->count() == 0 || option->get_group() != say("The scale")) continue;
-    refuse("folder", say("a folder names its scales itself; leave out {0} or the folder",
-                         option->get_name()));
-  }
 }
 
 void addJsonFlag(CLI::App& app, Format& format, const std::string& about) {

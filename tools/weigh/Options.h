@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -53,8 +54,6 @@ void addConnectionOptions(CLI::App& app, Connection& connection);
 void addScaleOptions(CLI::App& app, ScaleOptions& options);
 /// A component folder in place of the parameters of a scale.
 void addFolder(CLI::App& app, std::string& folder);
-/// Turns down a folder with parameters of a scale beside it; to be called behind the parse.
-void refuseScaleBeside(const std::string& folder, const CLI::App& app);
 /// `fewest` is the lowest count that is taken.
 void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewest,
                        const std::string& aboutCount);
@@ -88,5 +87,14 @@ void addWatchCommand(CLI::App& app, Program& program);
 /// options, and calls to copy, one a line.
 CLI::App& addCommand(CLI::App& app, const char* name, const std::string& about,
                      const std::string& examples, const std::string& notes = {});
+
+/// What the command does with its options, which live as long.
+template <typename Options, typename Act>
+void setAction(CLI::App& command, Program& program, const std::shared_ptr<Options>& options,
+               Act act) {
+  command.callback([&program, options, act] {
+    program.action = [&program, options, act] { return act(program, *options); };
+  });
+}
 
 }  // namespace weigh

@@ -41,7 +41,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
   if (isEmulator(connection.model))
     complain(say("the emulator makes these weights up; a scale is chosen with --model"));
   ExitCode code = kGood;
-  bool zero = false;
+  bool any = false;
   std::set<std::uint32_t> told;
   auto next = std::chrono::steady_clock::now();
   for (std::int64_t done = 0; done < options.reading.count; ++done) {
@@ -49,7 +49,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
     next = std::max(next, std::chrono::steady_clock::now()) + options.reading.interval;
     const Weighing weighing = session.read(id, options.withPrice);
     write(weighing);
-    zero |= weighing.good() && weighing.weight == 0;
+    any |= weighing.good();
     if (weighing.good()) continue;
     code = kFailed;
     // What to do about an error is said once.
@@ -57,9 +57,11 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
     complain(errorText(weighing.error),
              first ? remedyFor(weighing.error.code, connection) : std::string());
   }
-  // Its frame tells a zero that is none; the line is the component's until it is gone.
+  // A frame tells a weight that isn't what it reads; the line is the component's until it is gone.
   attached.reset();
-  if (zero) tellHiddenWeight(connection);
+  if (any && !Ending::asked()) {
+    if (const auto doubt = weightDoubtOn(connection)) complain(doubt->cause, doubt->remedy);
+  }
   return code;
 }
 
@@ -75,9 +77,7 @@ void addReadCommand(CLI::App& app, Program& program) {
   addScaleOptions(command, options->scale);
   addReadingOptions(command, options->reading, 1, say("Number of readings"));
   command.add_flag("--price", options->withPrice, say("Read price, cost and stability too"));
-  command.callback([&program, options] {
-    program.action = [&program, options] { return readScale(program, *options); };
-  });
+  setAction(command, program, options, readScale);
 }
 
 }  // namespace weigh

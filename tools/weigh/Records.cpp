@@ -115,6 +115,15 @@ std::string weighingText(const Weighing& weighing, Units units) {
   return line + "   " + motionText(weighing.details->stable);
 }
 
+std::string findingText(const std::string& heading, const Finding& finding) {
+  return fmt::format("{}: {} - {}\n  {}: {}\n", heading, finding.code, finding.cause, say("Remedy"),
+                     finding.remedy);
+}
+
+Json findingRecord(const Finding& finding) {
+  return {{"code", finding.code}, {"cause", finding.cause}, {"remedy", finding.remedy}};
+}
+
 Json orNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
 std::string unitName(WeightUnit unit) {

@@ -42,6 +42,19 @@ std::string weighingText(const Weighing& weighing, Units units);
 
 using Json = nlohmann::ordered_json;
 
+/// One thing found out, in the current language.
+struct Finding {
+  /// For scripts, the same in all languages.
+  std::string code;
+  std::string cause;
+  /// May be empty.
+  std::string remedy = {};
+};
+
+/// "Verdict: silent - nothing comes in", and the remedy on a line of its own.
+std::string findingText(const std::string& heading, const Finding& finding);
+Json findingRecord(const Finding& finding);
+
 /// Null for an empty text.
 Json orNull(const std::string& text);
 /// Names for programs, the same in all languages; empty where a scale says nothing.

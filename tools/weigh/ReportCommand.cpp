@@ -335,9 +335,7 @@ void addReportCommand(CLI::App& app, Program& program) {
       ->type_name("FILE");
   command.add_flag("--no-doctor", options->noDoctor, say("Ask no scale, pack the rest"));
   addJsonFlag(command, options->format);
-  command.callback([&program, options] {
-    program.action = [&program, options] { return pack(program, *options); };
-  });
+  setAction(command, program, options, pack);
 }
 
 }  // namespace weigh

@@ -33,6 +33,8 @@ fs::path absoluteFolder(const fs::path& folder) {
   return absolute;
 }
 
+bool g_logIsWhole = true;
+
 bool isFull(const fs::path& folder) {
   struct statvfs disk = {};
   return ::statvfs(folder.c_str(), &disk) == 0 && disk.f_bavail == 0;
@@ -86,11 +88,14 @@ LoggingFolder::~LoggingFolder() {
     any = true;
   }
   if (isFull(folder_)) {
+    g_logIsWhole = false;
     complain(say("the disk of {0} is full, so the exchange log isn't whole", folder_.string()));
   } else if (!any) {
     tell(say("no exchange log came into {0}", folder_.string()));
   }
 }
+
+bool LoggingFolder::isWhole() { return g_logIsWhole; }
 
 LoggingFolder::Sizes LoggingFolder::logsIn(const fs::path& folder) {
   Sizes sizes;

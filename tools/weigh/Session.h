@@ -44,6 +44,8 @@ class LoggingFolder {
   LoggingFolder& operator=(const LoggingFolder&) = delete;
 
   const std::filesystem::path& path() const { return folder_; }
+  /// False once a log of this run lacks records.
+  static bool isWhole();
 
   /// The exchange logs of a folder with their sizes. Links aren't followed: what they lead to is
   /// nobody's log.

@@ -67,9 +67,7 @@ void addSettingsCommand(CLI::App& app, Program& program) {
       ->type_name("DIR");
   command.add_flag("--log", options->log, say("Write exchange logs into the folder"));
   addFormatFlags(command, options->format);
-  command.callback([&program, options] {
-    program.action = [&program, options] { return readFolder(program, *options); };
-  });
+  setAction(command, program, options, readFolder);
 }
 
 }  // namespace weigh

@@ -68,6 +68,7 @@ class Display {
     }
     writer_.write(scale.record(), scale.line());
     if (!notice.empty()) complain(notice);
+    tellDoubt(scale);
   }
 
   /// Moves the last minute on.
@@ -84,6 +85,12 @@ class Display {
       ++shown_;
     }
     printRaw(screen + kClearBelow);
+  }
+
+  /// What stands below the table, for those who see none.
+  void tellDoubt(WatchedScale& scale) const {
+    const auto doubt = scale.takeDoubt();
+    if (doubt && !inPlace_) complain(scale.title() + ": " + doubt->cause, doubt->remedy);
   }
 
   /// Takes away what Ctrl-C left on the line below.
@@ -121,6 +128,8 @@ void pollScales(Session& session, std::vector<WatchedScale>& scales, const Readi
       // A poll that the signal cut into says nothing about the scale.
       if (!weighing.good() && Ending::asked()) return;
       scale.add(weighing);
+      // A connection that is kept is the component's alone.
+      scale.lookAtFrame(!scale.scale().connection.leave);
       display.show(scale);
       if (Ending::asked()) return;
     }
@@ -137,7 +146,9 @@ ExitCode watch(const Program& program, const WatchOptions& options) {
   display.finish();
   session.reset();
   Complaints complaints;
-  for (const WatchedScale& scale : scales) {
+  for (WatchedScale& scale : scales) {
+    if (!Ending::asked()) scale.lookAtFrame(true);
+    display.tellDoubt(scale);
     if (options.reading.format == Format::Text) {
       print(scale.summary() + "\n");
     } else {
@@ -145,8 +156,6 @@ ExitCode watch(const Program& program, const WatchOptions& options) {
     }
     if (scale.statistics().good() == 0 && scale.statistics().polls() > 0)
       complaints.add(scale.scale(), scale.lastError());
-    const auto& weights = scale.statistics().weights();
-    if (weights && weights->last == 0) tellHiddenWeight(scale.scale().connection);
   }
   return complaints.conclude();
 }
@@ -171,10 +180,7 @@ void addWatchCommand(CLI::App& app, Program& program) {
   addFolder(command, options->folder);
   addScaleOptions(command, options->scale);
   addReadingOptions(command, options->reading, 0, say("End after so many readings (0: never)"));
-  command.callback([&program, &command, options] {
-    refuseScaleBeside(options->folder, command);
-    program.action = [&program, options] { return watch(program, *options); };
-  });
+  setAction(command, program, options, watch);
 }
 
 }  // namespace weigh

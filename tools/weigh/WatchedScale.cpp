@@ -1,6 +1,7 @@
 #include "WatchedScale.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -13,6 +14,11 @@ namespace weigh {
 namespace {
 
 constexpr std::size_t kBars = 15;
+constexpr std::int64_t kMinute = 60;
+
+std::int64_t secondOf(WeightHistory::Time time) {
+  return std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count();
+}
 
 std::string failureText(std::uint32_t code) {
   switch (code) {
@@ -45,6 +51,75 @@ std::string tableOf(const std::vector<WatchedScale>& scales, std::size_t nameCol
 }
 
 }  // namespace
+
+void PollStatistics::add(const Weighing& weighing) {
+  const auto number = static_cast<std::size_t>(polls());
+  if (times_.size() < kTimesKept) {
+    times_.push_back(weighing.poll);
+  } else {
+    times_[number % kTimesKept] = weighing.poll;
+  }
+  longest_ = std::max(longest_, weighing.poll);
+
+  const bool lost = weighing.error.code == kNoConnection || weighing.error.code == kNoAnswer;
+  if (lost_ && !lost) ++reconnects_;
+  lost_ = lost;
+  if (!weighing.good()) {
+    ++failed_;
+    return;
+  }
+  ++good_;
+  if (!weights_) weights_ = Weights{weighing.weight, weighing.weight, weighing.weight};
+  weights_->lowest = std::min(weights_->lowest, weighing.weight);
+  weights_->highest = std::max(weights_->highest, weighing.weight);
+  weights_->last = weighing.weight;
+}
+
+Milliseconds PollStatistics::time(double part) const {
+  if (times_.empty()) return {};
+  std::vector<Milliseconds> sorted = times_;
+  const auto rank = static_cast<std::size_t>(std::ceil(part * static_cast<double>(sorted.size())));
+  const auto at = sorted.begin() + static_cast<std::ptrdiff_t>(std::max<std::size_t>(rank, 1) - 1);
+  std::nth_element(sorted.begin(), at, sorted.end());
+  return *at;
+}
+
+void WeightHistory::add(Time time, std::optional<double> weight) {
+  const std::int64_t number = secondOf(time);
+  auto& second = seconds_[number];
+  // A weight tells more than a failure beside it.
+  if (weight) second = weight;
+  seconds_.erase(seconds_.begin(), seconds_.lower_bound(number - 2 * kMinute));
+}
+
+std::string WeightHistory::bars(Time now, std::size_t columns) const {
+  static constexpr std::array kBars = {"▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
+  const auto perColumn = kMinute / static_cast<std::int64_t>(columns);
+  // Parts that begin at their multiples keep their seconds while the minute moves on.
+  const std::int64_t end = (secondOf(now) / perColumn + 1) * perColumn;
+  const auto first = seconds_.lower_bound(end - kMinute);
+  double lowest = 0.0;
+  double highest = 0.0;
+  for (auto second = first; second != seconds_.end(); ++second) {
+    lowest = std::min(lowest, second->second.value_or(lowest));
+    highest = std::max(highest, second->second.value_or(highest));
+  }
+  std::string text;
+  for (std::int64_t begin = end - kMinute; begin < end; begin += perColumn) {
+    std::optional<double> weight;
+    const auto part = seconds_.lower_bound(begin);
+    const auto next = seconds_.lower_bound(begin + perColumn);
+    for (auto second = part; second != next; ++second)
+      weight = second->second ? second->second : weight;
+    if (weight) {
+      const double height = highest > lowest ? (*weight - lowest) / (highest - lowest) : 0.0;
+      text += kBars[static_cast<std::size_t>(std::lround(height * (kBars.size() - 1)))];
+    } else {
+      text += part == next ? " " : "x";
+    }
+  }
+  return text;
+}
 
 WatchedDevice::WatchedDevice(std::filesystem::path configured, devices::Roots roots)
     : configured_(std::move(configured)), roots_(std::move(roots)) {
@@ -93,6 +168,16 @@ void WatchedScale::add(const Weighing& weighing) {
   moved_ = std::move(found);
 }
 
+void WatchedScale::lookAtFrame(bool closed) {
+  constexpr std::chrono::seconds kSeldom{10};
+  const auto now = std::chrono::steady_clock::now();
+  const bool due = !looked_ || (last_.weight == 0 && now - *looked_ >= kSeldom);
+  if (doubt_ || !closed || !last_.good() || !due) return;
+  looked_ = now;
+  doubt_ = weightDoubtOn(scale_.connection);
+  doubtDue_ = doubt_.has_value();
+}
+
 std::vector<std::string> WatchedScale::row(std::size_t columns) const {
   return {ending(title(), columns),
           last_.good() && statistics_.polls() > 0 ? weightText(last_.weight, units_) : "-",
@@ -111,6 +196,7 @@ std::vector<std::string> WatchedScale::remarks() const {
         say("{0}: error {1} at {2}: {3}", title(), lastError_.code, errorClock_, lastError_.text));
   }
   if (moved_) lines.push_back(movedText());
+  if (doubt_) lines.push_back(title() + ": " + doubt_->cause + " " + doubt_->remedy);
   return lines;
 }
 
@@ -130,6 +216,7 @@ Json WatchedScale::record() const {
   record["reconnects"] = statistics_.reconnects();
   record["poll_median_ms"] = rounded(statistics_.median());
   record["poll_p99_ms"] = rounded(statistics_.percentile99());
+  record["doubt"] = doubt_ ? Json(doubt_->code) : Json();
   record["moved_to"] = moved_ ? Json(moved_->path.string()) : Json();
   return record;
 }
@@ -151,6 +238,10 @@ std::string WatchedScale::summary() const {
 
 std::string WatchedScale::takeNotice() {
   return std::exchange(noticeDue_, false) && moved_ ? movedText() : std::string();
+}
+
+std::optional<Finding> WatchedScale::takeDoubt() {
+  return std::exchange(doubtDue_, false) ? doubt_ : std::nullopt;
 }
 
 std::string WatchedScale::title() const {

@@ -1,15 +1,77 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "SerialDevices.h"
 #include "SettingsFile.h"
-#include "WatchStatistics.h"
 
 namespace weigh {
+
+/// How the polls of a scale went.
+class PollStatistics {
+ public:
+  void add(const Weighing& weighing);
+
+  std::int64_t polls() const { return good_ + failed_; }
+  std::int64_t good() const { return good_; }
+  std::int64_t failed() const { return failed_; }
+  /// How often the scale answered again after polls without connection or answer: a line that
+  /// breaks within a poll looks like a scale that is silent.
+  std::int64_t reconnects() const { return reconnects_; }
+
+  /// The poll time that `part` of the polls (0 to 1) don't exceed, of the last ten thousand; 0
+  /// without any.
+  Milliseconds time(double part) const;
+  Milliseconds median() const { return time(0.5); }
+  Milliseconds percentile99() const { return time(0.99); }
+  /// Of the whole run.
+  Milliseconds longest() const { return longest_; }
+
+  struct Weights {
+    double lowest;
+    double highest;
+    double last;
+  };
+  /// None without a good poll.
+  const std::optional<Weights>& weights() const { return weights_; }
+
+ private:
+  static constexpr std::size_t kTimesKept = 10'000;
+
+  std::int64_t good_ = 0;
+  std::int64_t failed_ = 0;
+  std::int64_t reconnects_ = 0;
+  bool lost_ = false;
+  /// The newest over the oldest, once there are enough.
+  std::vector<Milliseconds> times_;
+  Milliseconds longest_{0};
+  std::optional<Weights> weights_;
+};
+
+/// The weights of the last minute.
+class WeightHistory {
+ public:
+  using Time = std::chrono::steady_clock::time_point;
+
+  /// `weight` is none for a failed poll.
+  void add(Time time, std::optional<double> weight);
+
+  /// A row of bars, the newest on the right: each stands for an equal part of a minute and for
+  /// the last weight in it, from zero to the farthest weight of the minute. "x" where all polls
+  /// failed, blank where there was none. `columns` divides 60.
+  std::string bars(Time now, std::size_t columns) const;
+
+ private:
+  /// Of each second that had a poll, by its number.
+  std::map<std::int64_t, std::optional<double>> seconds_;
+};
 
 /// Follows the USB adapter of a scale: unplugged and plugged in again, it may get another device
 /// name than the one that the scale's settings have.
@@ -44,7 +106,13 @@ class WatchedScale {
   const PollStatistics& statistics() const { return statistics_; }
   const host::LastError& lastError() const { return lastError_; }
 
+  /// "7 /dev/ttyUSB0"
+  std::string title() const;
+
   void add(const Weighing& weighing);
+  /// To be called after `add`: looks at a frame of a weight that may not be what it reads, at the
+  /// first good one and now and then at a zero. `closed` if nothing else has the line open.
+  void lookAtFrame(bool closed);
 
   /// One row of the table, its name in so many columns.
   std::vector<std::string> row(std::size_t columns) const;
@@ -57,10 +125,10 @@ class WatchedScale {
   std::string summary() const;
   /// That the adapter has another name now, once for each; empty otherwise.
   std::string takeNotice();
+  /// That the weight isn't what it reads, once.
+  std::optional<Finding> takeDoubt();
 
  private:
-  /// "7 /dev/ttyUSB0"
-  std::string title() const;
   std::string state() const;
   std::string movedText() const;
 
@@ -79,6 +147,9 @@ class WatchedScale {
   /// Where the adapter is now, if not under the configured name.
   std::optional<devices::SerialDevice> moved_;
   bool noticeDue_ = false;
+  std::optional<std::chrono::steady_clock::time_point> looked_;
+  std::optional<Finding> doubt_;
+  bool doubtDue_ = false;
 };
 
 /// Room for lines of text.

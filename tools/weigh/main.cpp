@@ -3,6 +3,7 @@
 #include "Library.h"
 #include "LongWork.h"
 #include "Options.h"
+#include "Session.h"
 
 namespace {
 
@@ -33,7 +34,8 @@ ExitCode parseAndRun(int argc, char** argv) {
   if (const auto done = parse(app, argc, argv)) return *done;
   if (!component.empty()) program.component = component;
   const Ending ending;
-  return program.action();
+  const ExitCode code = program.action();
+  return LoggingFolder::isWhole() || code != kGood ? code : kFailed;
 }
 
 }  // namespace

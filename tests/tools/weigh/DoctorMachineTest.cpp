@@ -75,10 +75,15 @@ TEST(DoctorOfAMachine, ListsTheDevicesInPlaceOfOneThatIsNotThere) {
 /// What a pseudo-terminal can't bring about: counts of the hardware, an adapter that goes.
 TEST(DoctorOfAMachine, JudgesALineByAllThatCameOfIt) {
   useLanguage(Language::English);
+  std::vector<std::uint8_t> plain;
   std::vector<std::uint8_t> odd;
+  std::vector<std::uint8_t> even;
   for (const char c : std::string("TICKET 0042 GROSS 12.5 NET 11.0\r\n")) {
     const auto byte = static_cast<std::uint8_t>(c);
-    odd.push_back(byte | (std::popcount(byte) % 2 == 0 ? 0x80U : 0U));
+    const bool ones = std::popcount(byte) % 2 != 0;
+    plain.push_back(byte);
+    odd.push_back(byte | (ones ? 0U : 0x80U));
+    even.push_back(byte | (ones ? 0x80U : 0U));
   }
   const struct {
     std::vector<std::uint8_t> bytes;
@@ -92,6 +97,8 @@ TEST(DoctorOfAMachine, JudgesALineByAllThatCameOfIt) {
       {{0x55}, false, 1, 0, "wrong-speed", "another speed"},
       {{0x55}, false, 0, 1, "wrong-parity", "come with the wrong parity"},
       {odd, false, 0, 0, "wrong-parity", "odd parity"},
+      {even, false, 0, 0, "wrong-parity", "even parity, and model 13"},
+      {plain, false, 0, 0, "garbled", "never a frame of model 13: 54 49 43"},
       {{0x55, 0xAA}, false, 0, 0, "garbled", "never a frame of model 13: 55 AA"},
   };
   for (const auto& row : cases) {

@@ -57,15 +57,6 @@ TEST(Host, PassesValuesBothWays) {
   EXPECT_FALSE(component.call("GetWeight", {host::OtherValue{kVariantDate}}).executed);
 }
 
-TEST(Host, LoadsTheComponentAnew) {
-  for (int i = 0; i < 2; ++i) {
-    Component component(WEIGH_COMPONENT);
-    EXPECT_EQ(component.lastError().code, 1099U) << "no state outlives an object";
-    component.call("Close", {"unknown"});
-    EXPECT_EQ(component.lastError().code, 0U);
-  }
-}
-
 TEST(Host, ConvertsTextBothWaysAndStepsOverWhatIsNone) {
   using Utf16 = std::basic_string<WCHAR_T>;
   const std::pair<std::string, Utf16> texts[] = {

@@ -60,15 +60,5 @@ TEST(Notes, KnowOtherOutputsOfTheSameScale) {
   }
 }
 
-TEST(Notes, AreOfModelsWithADriver) {
-  int known = 0;
-  for (const ScalesModel& model : scalesModels()) {
-    if (!notes::notesOf(model.number)) continue;
-    ++known;
-    EXPECT_NE(model.sheet, nullptr) << model.number;
-  }
-  EXPECT_EQ(known, 29);
-}
-
 }  // namespace
 }  // namespace weigh

@@ -111,23 +111,4 @@ TEST(Report, PacksAFolderWithoutUsableSettings) {
   EXPECT_THAT(files.at("orbelo-report/verdict.txt"), HasSubstr("settings.xml"));
 }
 
-TEST(Report, TellsWhatIsWrongBeforeItAsksAScale) {
-  const fixture::TempFolder folder;
-  const std::string there = folder.write("there.tar.gz", "mine");
-  const struct {
-    Arguments arguments;
-    const char* message;
-  } cases[] = {
-      {{"report", folder.file("none")}, "there is no folder"},
-      {{"report", folder.path(), "-o", there}, "is there already"},
-      {{"report", folder.path(), "-o", folder.file("no/such/folder.tar.gz")}, "can't be written"},
-  };
-  for (const auto& row : cases) {
-    const ProgramRun run = weigh(row.arguments);
-    EXPECT_EQ(run.exitCode, kWrongUsage);
-    EXPECT_THAT(run.err, HasSubstr(row.message));
-  }
-  EXPECT_EQ(folder.read("there.tar.gz"), "mine");
-}
-
 }  // namespace

@@ -162,16 +162,4 @@ TEST(WatchLines, ShortenNamesForTheWeights) {
   EXPECT_THAT(row, AllOf(StartsWith("…"), HasSubstr("port0  1.250 kg  stable"), HasSubstr("1/0")));
 }
 
-TEST(WatchLines, NameAFailureInAWordOrTwo) {
-  useLanguage(Language::English);
-  for (const auto& [code, words] : std::map<std::uint32_t, const char*>{
-           {1, "no connection"}, {5, "not supported"}, {7, "overload"}, {1099, "error 1099"}}) {
-    std::vector<WatchedScale> scales;
-    scales.emplace_back("7", weigh::NamedScale{.id = "7", .connection = {.network = true}});
-    scales[0].add(failed(code));
-    EXPECT_THAT(weigh::watchLines(scales, "0:00:01", {.columns = 80, .rows = 24})[1],
-                HasSubstr(words));
-  }
-}
-
 }  // namespace

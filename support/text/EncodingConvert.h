@@ -91,8 +91,8 @@ class EncodingConvert {
 
   // One pass in place of a pivot, for the conversions of settings, ids and messages. Each gives
   // what the pivot gives; its definition says why.
-  template <std::size_t mostBytes, typename Store>
-  bool singleByteTo(UnicodeLookup table, Source source, DataBuffer& out, Store store);
+  template <std::size_t mostBytes, auto store>
+  bool singleByteTo(UnicodeLookup table, Source source, DataBuffer& out);
   bool singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out);
   bool singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out);
   bool utf8ToTable(const HashConvert& table, Source& source, DataBuffer& out, LogBase& log);

@@ -360,9 +360,8 @@ bool EncodingConvert::convertFromUnicodeHC2(const HashConvert& table, Source sou
 /// that each unit is a character of its own, which no second stage looks at closer. Undefined
 /// bytes are dropped and noted by the first stage, NUL is dropped by the way through UTF-8.
 /// `store` writes a code point in at most `mostBytes`.
-template <std::size_t mostBytes, typename Store>
-bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffer& out,
-                                   Store store) {
+template <std::size_t mostBytes, auto store>
+bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffer& out) {
   const unsigned char* p = source.p;
   const unsigned char* const end = source.end();
   ConversionOutput output(out, end, {mostBytes, 1});
@@ -386,11 +385,11 @@ bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffe
 }
 
 bool EncodingConvert::singleByteToUtf8(UnicodeLookup table, Source source, DataBuffer& out) {
-  return singleByteTo<3>(table, source, out, storeUtf8Bmp);
+  return singleByteTo<3, storeUtf8Bmp>(table, source, out);
 }
 
 bool EncodingConvert::singleByteToUtf32(UnicodeLookup table, Source source, DataBuffer& out) {
-  return singleByteTo<4>(table, source, out, storeUtf32);
+  return singleByteTo<4, storeUtf32>(table, source, out);
 }
 
 /// Gives what the pivot gives: each character is read as its first stage does, with the same note

@@ -35,32 +35,16 @@ std::string decoded(int encoding, const std::string& text) {
   return toString(out);
 }
 
-TEST(ContentCodingTest, Base64IsForgiving) {
-  const std::pair<std::string, std::string> cases[] = {{"QUJD", "ABC"},
-                                                       {"QU JD\r\n", "ABC"},
-                                                       {"QUI=", "AB"},
-                                                       {"Q", ""},
-                                                       {"=QUJD", ""},
-                                                       {"QU.JD", "ABC"},
-                                                       {"QU-J_D", "ABC"},
-                                                       {"QUJD=QUJD", "ABC"},
-                                                       {"", ""},
-                                                       {"QUJDRA", "ABCD"},
-                                                       {"\xFFQ\x80UJ\rD", "ABC"},
-                                                       {"QUJ\0D"s, "AB"},
-                                                       {"////", "\xFF\xFF\xFF"}};
-  for (const auto& [text, bytes] : cases) {
-    const std::vector<char> exact(text.begin(), text.end());
-    DataBuffer out;
-    EXPECT_TRUE(ContentCoding::decodeBase64ToDb(exact.data(), exact.size(), out));
-    EXPECT_EQ(toString(out), bytes) << text;
-    std::uint32_t length = 77;
-    const CkBlock block = ContentCoding::decodeBase64(exact.data(), exact.size(), length);
-    EXPECT_EQ(length, bytes.size());
-    StringBuffer appended(">");
-    EXPECT_TRUE(ContentCoding::appendBase64(appended, text.c_str()));
-    EXPECT_EQ(appended.view(), ">" + bytes) << text;
-  }
+TEST(ContentCodingTest, DecodedBase64IsAppendedOrHandedOver) {
+  StringBuffer text(">");
+  EXPECT_TRUE(ContentCoding::appendBase64(text, "QUJD"));
+  EXPECT_TRUE(ContentCoding::appendBase64(text, nullptr));
+  EXPECT_STREQ(text.getString(), ">ABC");
+  std::uint32_t length = 77;
+  const CkBlock block = ContentCoding::decodeBase64("QUI=", 4, length);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(block.get()), length), "AB");
+  EXPECT_EQ(ContentCoding::decodeBase64("", 0, length), nullptr);
+  EXPECT_EQ(length, 0U);
 }
 
 TEST(ContentCodingTest, WrappedBase64AlwaysEndsItsLine) {

@@ -2,7 +2,6 @@
 
 #include <pthread.h>
 
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -52,20 +51,15 @@ TEST(WstringToP, PutsATextIntoAVariant) {
   EXPECT_EQ(value.data()->value.wide.pwstrVal[0], 0);
 }
 
-/// A platform's memory manager as a test wants it. The component frees nothing.
-class Manager final : public IMemoryManager {
+/// A platform whose memory manager throws.
+class ThrowingManager final : public IMemoryManager {
  public:
-  using Give = std::function<bool(void** memory, unsigned long bytes)>;
-  explicit Manager(Give give) : give_(std::move(give)) {}
-  bool AllocMemory(void** memory, unsigned long bytes) override { return give_(memory, bytes); }
-  void FreeMemory(void**) override { ADD_FAILURE(); }
-
- private:
-  Give give_;
+  bool AllocMemory(void**, unsigned long) override { throw std::runtime_error("no memory"); }
+  void FreeMemory(void**) override {}
 };
 
 TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
-  Manager throwing([](void**, unsigned long) -> bool { throw std::runtime_error("no memory"); });
+  ThrowingManager throwing;
   fixture::MemoryManager memory;
   CAddInNative component;
   component.setMemManager(&throwing);
@@ -83,13 +77,19 @@ TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
   EXPECT_EQ(params.values(), kUntouched);
 }
 
-/// The platform may end the calling thread while it is asked for memory.
-TEST(Boundary, LetsTheEndOfAThreadThrough) {
-  Manager manager([](void**, unsigned long) {
+/// A platform that ends the calling thread while it is asked for memory.
+class CancellingManager final : public IMemoryManager {
+ public:
+  bool AllocMemory(void**, unsigned long) override {
     ::pthread_cancel(::pthread_self());
     ::pthread_testcancel();
     return false;
-  });
+  }
+  void FreeMemory(void**) override {}
+};
+
+TEST(Boundary, LetsTheEndOfAThreadThrough) {
+  CancellingManager manager;
   CAddInNative component;
   component.setMemManager(&manager);
   pthread_t thread = {};
@@ -104,15 +104,25 @@ TEST(Boundary, LetsTheEndOfAThreadThrough) {
   EXPECT_EQ(result, PTHREAD_CANCELED);
 }
 
-TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
-  fixture::MemoryManager memory;
-  // The platform's memory isn't short when the component's is.
-  Manager plentiful([&](void** block, unsigned long bytes) {
+/// Memory of the platform that isn't short when the component's is.
+class PlentifulManager final : public IMemoryManager {
+ public:
+  explicit PlentifulManager(fixture::MemoryManager& memory) : memory_(memory) {}
+  bool AllocMemory(void** memory, unsigned long bytes) override {
     const int left = std::exchange(fixture::memoryWatch().left, -1);
-    const bool given = memory.AllocMemory(block, bytes);
+    const bool given = memory_.AllocMemory(memory, bytes);
     fixture::memoryWatch().left = left;
     return given;
-  });
+  }
+  void FreeMemory(void** memory) override { memory_.FreeMemory(memory); }
+
+ private:
+  fixture::MemoryManager& memory_;
+};
+
+TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
+  fixture::MemoryManager memory;
+  PlentifulManager plentiful(memory);
   const std::string longText(200, 'x');
   const host::Value none;
   const std::vector<Values> calls = {{},

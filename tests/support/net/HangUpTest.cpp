@@ -3,8 +3,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <memory>
+#include <semaphore>
 #include <string>
 #include <utility>
 #include <vector>
@@ -159,7 +161,13 @@ TEST_F(HighDescriptor, ConnectsSendsReceivesAndWaitsThroughPoll) {
 }
 
 TEST_F(HighDescriptor, APollThatFailsOrIsInterruptedFindsNothingReady) {
-  TcpPeer peer(fixture::sending(fixture::text("12")));
+  std::binary_semaphore answering{0};
+  TcpPeer peer([&](TcpWire& wire) {
+    static_cast<void>(answering.try_acquire_for(std::chrono::seconds(20)));
+    wire.pause(50);
+    wire.send(fixture::text("12"));
+    wire.receive(1);
+  });
   CkSocket socket;
   SystemCalls calls;
   fixture::connectTo(socket, peer.port());
@@ -176,6 +184,8 @@ TEST_F(HighDescriptor, APollThatFailsOrIsInterruptedFindsNothingReady) {
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
   // The time of an answer isn't over with a signal.
   error = EINTR;
+  socket.put_MaxReadIdleMs(5000);
+  answering.release();
   EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "12"}));
 }
 

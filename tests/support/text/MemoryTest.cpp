@@ -48,7 +48,9 @@ TEST(WipingTest, AShortSecretInsideItsObjectIsWiped) {
        {End{[](StringBuffer& text) { text.~StringBuffer(); }},
         End{[](StringBuffer& text) { text.strongClear(); }},
         End{[](StringBuffer& text) { text.setSecureBuf(false), text.secureClear(); }},
-        End{[](StringBuffer& text) { text.expectNumBytes(1000); }}}) {
+        End{[](StringBuffer& text) {
+          text.expectNumBytes(1000), text.setSecureBuf(false), text.clear();
+        }}}) {
     alignas(StringBuffer) unsigned char memory[sizeof(StringBuffer)];
     const std::string_view bytes(reinterpret_cast<const char*>(memory), sizeof memory);
     auto* const text = new (memory) StringBuffer(kSecret);

@@ -1,24 +1,17 @@
 #include "CommandLine.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 
-#include "ManualPage.h"
 #include "Text.h"
 
 namespace {
 
-constexpr std::size_t kUsualWidth = 80;
-constexpr std::size_t kWidest = 100;
-
 std::size_t helpWidth() {
-  winsize size = {};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualWidth;
-  return std::clamp<std::size_t>(size.ws_col, 40, kWidest);
+  return std::clamp<std::size_t>(screenSize(STDOUT_FILENO).columns, 40, 100);
 }
 
 /// CLI11's own help, in lines that fit.
@@ -121,11 +114,18 @@ std::int64_t requireWhole(const std::string& names, const std::string& text, std
   refuse(names, say("'{0}' is no whole number from {1} to {2}", text, lowest, highest));
 }
 
-double requireSeconds(const std::string& names, const std::string& text, double lowest,
-                      double highest) {
-  const auto value = realNumber(text);
-  if (value && *value >= lowest && *value <= highest) return *value;
-  refuse(names, say("'{0}' is no number of seconds from {1} to {2}", text, lowest, highest));
+CLI::Option* addSeconds(CLI::App& app, const std::string& names, std::chrono::milliseconds& target,
+                        double lowest, double highest, const std::string& about) {
+  using Seconds = std::chrono::duration<double>;
+  const auto take = [names, &target, lowest, highest](const std::string& given) {
+    const auto value = realNumber(given);
+    if (!value || !(*value >= lowest && *value <= highest))
+      refuse(names, say("'{0}' is no number of seconds from {1} to {2}", given, lowest, highest));
+    target = std::chrono::round<std::chrono::milliseconds>(Seconds(*value));
+  };
+  return app.add_option_function<std::string>(names, take, about)
+      ->type_name("SECONDS")
+      ->default_str(fmt::format("{}", Seconds(target).count()));
 }
 
 CLI::Option* addText(CLI::App& app, const std::string& names, std::string& target,

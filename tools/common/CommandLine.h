@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -41,9 +42,6 @@ std::optional<double> realNumber(std::string_view text);
 /// Turns down a text that isn't a number of the range.
 std::int64_t requireWhole(const std::string& names, const std::string& text, std::int64_t lowest,
                           std::int64_t highest);
-/// Turns down a text that is no number from `lowest` to `highest`.
-double requireSeconds(const std::string& names, const std::string& text, double lowest,
-                      double highest);
 
 /// An option or argument that takes a whole number; writes it to `target`.
 template <typename Number>
@@ -61,6 +59,10 @@ CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, 
 /// One that takes a text, and no empty one: that is what a script's unset variable leaves.
 CLI::Option* addText(CLI::App& app, const std::string& names, std::string& target,
                      const std::string& about);
+
+/// One that takes seconds, with decimals.
+CLI::Option* addSeconds(CLI::App& app, const std::string& names, std::chrono::milliseconds& target,
+                        double lowest, double highest, const std::string& about);
 
 /// Options added while one exists stand under its heading.
 class GroupOfOptions {
@@ -86,5 +88,10 @@ void addCommonOptions(CLI::App& app);
 /// given wrongly, in the current language.
 std::optional<ExitCode> parse(CLI::App& app, int argc, char** argv);
 
+/// The manual page of a program in the current language, for groff and mandoc: what --help says of
+/// it and of its commands, with the same words.
+std::string manualPage(const CLI::App& app);
+/// The script that completes the program's command line in bash or in zsh.
+std::string completion(const std::string& program, bool forZsh);
 /// "weigh 4.3.25"
 std::string versionLine(const std::string& program);

@@ -1,6 +1,6 @@
 #include <string_view>
 
-#include "ManualPage.h"
+#include "CommandLine.h"
 
 namespace {
 

@@ -1,5 +1,3 @@
-#include "ManualPage.h"
-
 #include <algorithm>
 #include <cctype>
 #include <ranges>

@@ -1,5 +1,6 @@
 #include "Output.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -55,6 +56,16 @@ std::string visible(std::string_view text) {
     text.remove_prefix(std::max<std::size_t>(size, 1));
   }
   return result;
+}
+
+ScreenSize screenSize(int descriptor) {
+  winsize size = {};
+  ScreenSize room;
+  if (::ioctl(descriptor, TIOCGWINSZ, &size) != 0) return room;
+  // Two are needed to show anything.
+  if (size.ws_col >= 2) room.columns = size.ws_col;
+  if (size.ws_row >= 2) room.rows = size.ws_row;
+  return room;
 }
 
 void printRaw(std::string_view text) {

@@ -39,6 +39,13 @@ void complain(std::string_view message, std::string_view remedy = {});
 /// Writes a line to standard error.
 void tell(std::string_view line);
 
+/// Room on the terminal at a descriptor; the usual 80 by 24 where there is none.
+struct ScreenSize {
+  std::size_t columns = 80;
+  std::size_t rows = 24;
+};
+ScreenSize screenSize(int descriptor);
+
 /// The text without what would steer a terminal: control characters, but for line end and tab, and
 /// bytes that are no UTF-8 become "\x1B".
 std::string visible(std::string_view text);

@@ -22,21 +22,17 @@ constexpr int kHarmlessLatency_ms = 4;
 
 constexpr const char* kSpeeds = "600, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200";
 
-Finding noDevice(const std::string& path, const devices::Roots& roots, Diagnosis& diagnosis) {
+/// `code` is "no-device" or "not-serial": either way there are others to name.
+Finding noLine(const std::string& code, const std::string& path, const devices::Roots& roots,
+               Diagnosis& diagnosis) {
   diagnosis.devices = devices::serialDevices(roots);
-  return {
-      .code = "no-device",
-      .cause = say("There is no device {0}.", path),
-      .remedy = say("Plug in the adapter, or name one of the serial devices of this machine: {1}.",
-                    path, serialDevicesText(roots))};
-}
-
-Finding notSerial(const std::string& path, const devices::Roots& roots, Diagnosis& diagnosis) {
-  diagnosis.devices = devices::serialDevices(roots);
-  return {.code = "not-serial",
-          .cause = say("{0} is no serial line.", path),
-          .remedy = say("Name one of the serial devices of this machine: {1}.", path,
-                        serialDevicesText(roots))};
+  const std::string there = serialDevicesText(roots);
+  if (code == "not-serial")
+    return {code, say("{0} is no serial line.", path),
+            say("Name one of the serial devices of this machine: {1}.", path, there)};
+  return {code, say("There is no device {0}.", path),
+          say("Plug in the adapter, or name one of the serial devices of this machine: {1}.", path,
+              there)};
 }
 
 std::string lackText(devices::Lack lack, const std::string& group) {
@@ -97,7 +93,7 @@ std::optional<Finding> openingTrouble(const std::string& path, const devices::Ro
   termios settings = {};
   const int error = ::tcgetattr(line, &settings) == 0 ? 0 : errno;
   ::close(line);
-  if (error == ENOTTY) return notSerial(path, roots, diagnosis);
+  if (error == ENOTTY) return noLine("not-serial", path, roots, diagnosis);
   if (error != 0) return lineFails(path, std::strerror(error));
   return std::nullopt;
 }
@@ -152,9 +148,9 @@ std::optional<Finding> deviceTrouble(const Connection& connection, const devices
   struct stat info = {};
   if (::stat(path.c_str(), &info) != 0) {
     if (errno == EACCES) return lineFails(path, std::strerror(errno));
-    return noDevice(path, roots, diagnosis);
+    return noLine("no-device", path, roots, diagnosis);
   }
-  if (!S_ISCHR(info.st_mode)) return notSerial(path, roots, diagnosis);
+  if (!S_ISCHR(info.st_mode)) return noLine("not-serial", path, roots, diagnosis);
   if (!devices::mayUse(path)) return denied(path);
   if (auto trouble = openingTrouble(path, roots, diagnosis)) return trouble;
   if (auto trouble = holderTrouble(path, roots)) return trouble;

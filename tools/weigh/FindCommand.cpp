@@ -371,16 +371,8 @@ void addFindCommand(CLI::App& app, Program& program) {
           say("Only these speeds, in this order (default: {0})", joined(kSpeeds, ",")))
       ->type_name("LIST");
   command.add_flag("--passive", options.passive, say("Only listen, send nothing"));
-  command
-      .add_option_function<std::string>(
-          "--listen",
-          [&options](const std::string& text) {
-            const std::chrono::duration<double> seconds(requireSeconds("--listen", text, 0.1, 60));
-            options.listening = std::chrono::round<milliseconds>(seconds);
-          },
-          say("Seconds to listen at each speed and framing"))
-      ->type_name("SECONDS")
-      ->default_str("1");
+  addSeconds(command, "--listen", options.listening, 0.1, 60,
+             say("Seconds to listen at each speed and framing"));
   addJsonFlag(command, given->format,
               say("One JSON record per candidate, the best first, and one about the search"));
   command.callback([&program, &command, given] {

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -55,13 +54,6 @@ extern "C" void tellToWait(int /*signal*/) {
 }
 
 constexpr const char* kWipe = "\r\x1B[K";
-
-std::size_t columnsOfErrors() {
-  constexpr std::size_t kUsual = 80;
-  winsize size = {};
-  if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsual;
-  return size.ws_col;
-}
 
 template <std::size_t size>
 void keep(std::array<char, size>& place, const std::string& text) {
@@ -128,7 +120,7 @@ void Progress::show(const std::string& what) {
       longest_.count() == 0 ? say("{0} ... {1} s", what, passed)
                             : say("{0} ... {1} s of at most {2}", what, passed, longest_.count());
   // A line that wraps could not be wiped.
-  std::cerr << kWipe << clipped(visible(line), columnsOfErrors() - 1) << std::flush;
+  std::cerr << kWipe << clipped(visible(line), screenSize(STDERR_FILENO).columns - 1) << std::flush;
 }
 
 }  // namespace weigh

@@ -120,16 +120,8 @@ void addReadingOptions(CLI::App& app, ReadingOptions& options, std::int64_t fewe
                        const std::string& aboutCount) {
   const GroupOfOptions group(app, say("Readings and output"));
   addNumber(app, "--count,-n", options.count, fewest, std::int64_t{kMaxInt}, aboutCount);
-  app.add_option_function<std::string>(
-         "--interval,-i",
-         [&options](const std::string& given) {
-           const std::chrono::duration<double> seconds(
-               requireSeconds("--interval", given, 0, kMaxInterval));
-           options.interval = std::chrono::round<std::chrono::milliseconds>(seconds);
-         },
-         say("Seconds from one reading to the next"))
-      ->type_name("SECONDS")
-      ->default_str(fmt::format("{}", std::chrono::duration<double>(options.interval).count()));
+  addSeconds(app, "--interval,-i", options.interval, 0, kMaxInterval,
+             say("Seconds from one reading to the next"));
   addFormatFlags(app, options.format);
 }
 

@@ -1,4 +1,3 @@
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -21,17 +20,6 @@ struct WatchOptions {
   std::string folder;
   ReadingOptions reading{.count = 0, .interval = std::chrono::milliseconds(500)};
 };
-
-ScreenSize terminalSize() {
-  constexpr unsigned kUsualColumns = 80;
-  constexpr unsigned kUsualRows = 24;
-  winsize size = {};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) size = {};
-  const unsigned columns = size.ws_col < 2 ? kUsualColumns : size.ws_col;
-  const unsigned rows = size.ws_row < 2 ? kUsualRows : size.ws_row;
-  // A full line would wrap, and the cursor stands on the line below the last.
-  return {.columns = columns - 1, .rows = rows - 1};
-}
 
 std::vector<WatchedScale> registerScales(Session& session, const WatchOptions& options) {
   std::vector<WatchedScale> scales;
@@ -80,7 +68,9 @@ class Display {
         fmt::format("{}:{:02}:{:02}", watched / 3600, watched / 60 % 60, watched % 60);
     std::string screen = shown_ > 0 ? fmt::format("\r\x1B[{}A", shown_) : "";
     shown_ = 0;
-    for (const std::string& line : watchLines(scales_, time, terminalSize())) {
+    // A full line would wrap, and the cursor stands on the line below the last.
+    const auto [columns, rows] = screenSize(STDOUT_FILENO);
+    for (const std::string& line : watchLines(scales_, time, {columns - 1, rows - 1})) {
       screen += line + kClearToLineEnd + "\r\n";
       ++shown_;
     }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Output.h"
 #include "SerialDevices.h"
 #include "SettingsFile.h"
 
@@ -150,12 +151,6 @@ class WatchedScale {
   std::optional<std::chrono::steady_clock::time_point> looked_;
   std::optional<Finding> doubt_;
   bool doubtDue_ = false;
-};
-
-/// Room for lines of text.
-struct ScreenSize {
-  std::size_t columns;
-  std::size_t rows;
 };
 
 /// The lines that show all scales, as many as there is room for: the table, then the remarks, which

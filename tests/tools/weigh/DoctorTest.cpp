@@ -162,18 +162,6 @@ TEST(DoctorOfADevice, NamesTheSpeedsOfALineThatRefusesOne) {
   EXPECT_THAT(diagnosis["remedy"], HasSubstr("9600"));
 }
 
-TEST(DoctorOfALine, TellsSilenceByTheKindOfLine) {
-  SimulatedScale serialScale(13, Transport::Pty, {.silent = true});
-  const json silent = diagnose(optionsOf(serialScale));
-  EXPECT_EQ(silent["verdict"], "silent");
-  EXPECT_THAT(silent["cause"], HasSubstr("9600 baud"));
-  EXPECT_EQ(silent["polls"]["answered"], 0);
-  EXPECT_EQ(silent["weight"], json());
-
-  SimulatedScale networkScale(13, Transport::Tcp, {.silent = true});
-  EXPECT_EQ(diagnose(optionsOf(networkScale))["verdict"], "connects-silent");
-}
-
 TEST(DoctorOfALine, JudgesBytesThatAreNoFrames) {
   const fixture::Bytes ticket = fixture::text("TICKET 0042 GROSS 12.5 NET 11.0 OPERATOR SMITH\r\n");
   const struct {
@@ -205,12 +193,6 @@ TEST(DoctorOfALine, NamesTheModelWhoseFramesComeIn) {
   }
 }
 
-TEST(DoctorOfALine, KnowsOwnFramesThatNoPollGets) {
-  // The driver takes an answer without fixed length on a serial line only.
-  SimulatedScale scale(16, Transport::Tcp);
-  EXPECT_EQ(diagnose(optionsOf(scale))["verdict"], "not-read");
-}
-
 TEST(DoctorOfAHost, TellsRefusalAndHangingUp) {
   fixture::TcpPeer gone(fixture::silent());
   const int port = gone.port();
@@ -228,38 +210,6 @@ TEST(DoctorOfAHost, TellsThatNoAnswerCameInTime) {
   const json diagnosis = diagnose(network(13, fixture::TcpPeer::kHost, silent.port()));
   EXPECT_EQ(diagnosis["verdict"], "no-answer");
   EXPECT_THAT(diagnosis["cause"], HasSubstr("within 10 s"));
-}
-
-TEST(DoctorOfAScale, TellsWhatTheWeightIs) {
-  const struct {
-    const char* verdict;
-    int model;
-    Transport transport;
-    sim::ScaleState state;
-    bool weighs;
-    json weight;
-  } cases[] = {
-      {"good", 13, Transport::Pty, {.weight = 1.25}, true, 1.25},
-      // This protocol doesn't speak of motion, and its driver calls every weight moving.
-      {"good", 2, Transport::Pty, {.weight = 1.25, .stable = false}, true, 1250},
-      {"moving", 13, Transport::Pty, {.weight = 1.25, .stable = false}, true, 1.25},
-      {"zero", 13, Transport::Pty, {.weight = 0.0}, true, 0.0},
-      {"negative", 13, Transport::Pty, {.weight = -0.5}, true, -0.5},
-      {"overload", 13, Transport::Pty, {.weight = 1.0, .overload = true}, false, json()},
-      {"no-reading", 3, Transport::Pty, {.weight = 1.0, .overload = true}, false, json()},
-  };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.verdict);
-    SimulatedScale scale(row.model, row.transport, row.state);
-    const json diagnosis = diagnose(optionsOf(scale));
-    EXPECT_EQ(diagnosis["verdict"], row.verdict) << diagnosis["cause"];
-    EXPECT_EQ(diagnosis["weighs"], row.weighs);
-    EXPECT_EQ(diagnosis["weight"], row.weight);
-    EXPECT_EQ(diagnosis["polls"]["answered"], diagnosis["polls"]["done"]);
-    EXPECT_GE(diagnosis["polls"]["worst_ms"], diagnosis["polls"]["median_ms"]);
-    EXPECT_TRUE(diagnosis["bytes"].empty());
-    EXPECT_EQ(scale.count(sim::Action::Tare) + scale.count(sim::Action::Zero), 0);
-  }
 }
 
 TEST(DoctorOfAScale, SetsThePollTimeAgainstTheLinesOwn) {

@@ -36,8 +36,8 @@ ProgramRun inShell(const std::string& arguments, const std::string& tail) {
 
 TEST(Endings, AFullDiskIsAFailure) {
   for (const char* command :
-       {"read", "watch --count 1", "models", "page", "call GetVersion", "test", "price 5", "doctor",
-        "--help", "--version", "--self-describe man"}) {
+       {"read --json", "watch --count 1", "models", "page", "call GetVersion", "test --json",
+        "price 5", "doctor", "--help", "--version", "--self-describe man"}) {
     const ProgramRun run = inShell(command, "> /dev/full");
     EXPECT_EQ(run.exitCode, kScaleFailed) << command;
     EXPECT_THAT(run.err, HasSubstr("No space left on device")) << command;

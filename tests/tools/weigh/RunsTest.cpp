@@ -1,6 +1,7 @@
 // weigh as a user meets it: command lines with what comes of them, from tests/data.
 
 #include <algorithm>
+#include <cctype>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -30,6 +31,7 @@ std::unique_ptr<SimulatedScale> scaleOf(const std::string& heading) {
     if (word == "weight") words >> state.weight;
     if (word == "price") words >> state.price;
     state.overload |= word == "overload";
+    state.stable &= word != "unstable";
     faults.silent |= word == "silent";
   }
   return std::make_unique<SimulatedScale>(
@@ -41,21 +43,33 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
     text.replace(at, from.size(), to);
 }
 
-TEST(Runs, SayWhatTheTableSays) {
-  std::string heading;
-  std::unique_ptr<SimulatedScale> scale;
+/// The rows of the table by their headings.
+std::vector<std::vector<fixture::DataRow>> groups() {
+  std::vector<std::vector<fixture::DataRow>> groups;
+  for (fixture::DataRow& row : fixture::dataRows("weigh_runs.txt")) {
+    if (groups.empty() || groups.back().front().heading != row.heading) groups.emplace_back();
+    groups.back().push_back(std::move(row));
+  }
+  return groups;
+}
+
+class Table : public testing::TestWithParam<std::vector<fixture::DataRow>> {};
+INSTANTIATE_TEST_SUITE_P(Runs, Table, testing::ValuesIn(groups()), [](const auto& group) {
+  std::string name = group.param.front().heading;
+  std::erase_if(name, [](unsigned char c) { return std::isalnum(c) == 0; });
+  return name + "_" + std::to_string(group.index);
+});
+
+TEST_P(Table, SaysWhatComesOfEachRun) {
+  const std::unique_ptr<SimulatedScale> scale = scaleOf(GetParam().front().heading);
   const fixture::TempFolder folder;
-  for (const fixture::DataRow& row : fixture::dataRows("weigh_runs.txt")) {
+  if (scale && scale->port() == 0) {
+    folder.write("settings.xml", "<S>" +
+                                     serialEntry(0, 7, scale->model().number, scale->devicePath()) +
+                                     networkEntry(1, 8, 14, 1) + "</S>");
+  }
+  for (const fixture::DataRow& row : GetParam()) {
     SCOPED_TRACE(row.heading + ": " + row.left);
-    if (row.heading != heading) {
-      heading = row.heading;
-      scale = scaleOf(heading);
-      if (scale && scale->port() == 0) {
-        folder.write("settings.xml",
-                     "<S>" + serialEntry(0, 7, scale->model().number, scale->devicePath()) +
-                         networkEntry(1, 8, 14, 1) + "</S>");
-      }
-    }
     std::string line = row.left;
     replaceAll(line, "DIR", folder.path());
     replaceAll(line, "LOGS", EXCHANGES);

@@ -341,6 +341,8 @@ TEST(SerialPort, ARefusedCloseGivesTheDescriptorUp) {
   const int next = openNext();
   ::close(next);
   COMPort port(line.path().c_str());
+  EXPECT_EQ(errorOf([&] { port.Close(); }), "nothing was thrown");
+  port.Open(line.path().c_str());
   ASSERT_EQ(::close(next), 0);
   EXPECT_EQ(errorOf([&] { port.Close(); }), "Tried to close serial port, but close() failed.");
   // From now on the number is another file's, which the port must leave alone.

@@ -68,6 +68,8 @@ TEST_F(CkStringTest, BuildsTexts) {
   EXPECT_EQ(std::string(text.getUtf8()).find_first_not_of("0123456789ABCDEF"), std::string::npos);
   EXPECT_EQ(text.getNumChars(), 10);
 
+  EXPECT_EQ(text.getSizeUnicode(), 40);
+
   text.append(static_cast<const char*>(nullptr));
   text.appendU(nullptr);
   EXPECT_TRUE(text.endsWith(nullptr));

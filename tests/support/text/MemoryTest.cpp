@@ -1,5 +1,6 @@
 // Looks at blocks when they are freed, counts them, and refuses them on demand.
 
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
@@ -90,6 +91,7 @@ TEST(WipingTest, SecureObjectsWipeWhateverTheyFree) {
               copy = bytes;
               CkByteData range;
               range.put_SecureClear(true);
+              range.setImpl(std::make_unique<DataBuffer>());
               bytes.getRange(0, 100, range);
               CkString text;
               text.put_SecureClear(true);

@@ -49,6 +49,9 @@ TEST_F(XStringTest, WritersKeepOneFormAndReadersAddTheirs) {
   x.setFromUtf8("");
   EXPECT_EQ(forms(x), "8a");
   x.setFromUtf8("x");
+  EXPECT_TRUE(x.setFromWideStr(L""));
+  EXPECT_EQ(forms(x), "8a");
+  x.setFromUtf8("x");
   x.setFromAnsi(nullptr);
   EXPECT_EQ(forms(x), "8a");
 }

@@ -74,6 +74,22 @@ bool holds(std::span<const std::uint8_t> bytes, std::string_view pattern) {
          bytes.end();
 }
 
+/// The first entry of a list of the model's whose pattern the bytes hold; null for none.
+const Json* entryThatFits(int model, const char* list, std::span<const std::uint8_t> bytes) {
+  const Json* notes = entryOf(model);
+  if (notes == nullptr) return nullptr;
+  for (const Json& entry : listOf(*notes, list)) {
+    const auto pattern = entry.find("pattern");
+    if (pattern == entry.end()) continue;
+    if (holds(bytes, pattern->get_ref<const std::string&>())) return &entry;
+  }
+  return nullptr;
+}
+
+WrongSetting wrongSettingOf(const Json& entry) {
+  return {textOf(entry, "sign"), textOf(entry, "cause"), textOf(entry, "way_out")};
+}
+
 }  // namespace
 
 std::optional<ModelNotes> notesOf(int model) {
@@ -90,21 +106,21 @@ std::optional<ModelNotes> notesOf(int model) {
     notes.settings.emplace_back(translated(setting.get_ref<const std::string&>()));
   }
   for (const Json& wrong : listOf(*entry, "wrong")) {
-    notes.wrong.push_back(
-        {textOf(wrong, "sign"), textOf(wrong, "cause"), textOf(wrong, "way_out")});
+    notes.wrong.push_back(wrongSettingOf(wrong));
   }
   return notes;
 }
 
 std::optional<OtherFormat> otherFormatIn(int model, std::span<const std::uint8_t> bytes) {
-  const Json* entry = entryOf(model);
-  if (entry == nullptr) return std::nullopt;
-  for (const Json& format : listOf(*entry, "formats")) {
-    if (holds(bytes, format.at("pattern").get_ref<const std::string&>())) {
-      return OtherFormat{textOf(format, "name"), textOf(format, "way_out")};
-    }
-  }
-  return std::nullopt;
+  const Json* format = entryThatFits(model, "formats", bytes);
+  if (format == nullptr) return std::nullopt;
+  return OtherFormat{textOf(*format, "name"), textOf(*format, "way_out")};
+}
+
+std::optional<WrongSetting> misreadingIn(int model, std::span<const std::uint8_t> bytes) {
+  const Json* wrong = entryThatFits(model, "wrong", bytes);
+  if (wrong == nullptr) return std::nullopt;
+  return wrongSettingOf(*wrong);
 }
 
 }  // namespace notes

@@ -48,6 +48,10 @@ std::optional<ModelNotes> notesOf(int model);
 /// The output that the bytes are of, if the notes of the model know it.
 std::optional<OtherFormat> otherFormatIn(int model, std::span<const std::uint8_t> bytes);
 
+/// What a good frame means otherwise than the driver reads it, if the notes of the model know its
+/// look.
+std::optional<WrongSetting> misreadingIn(int model, std::span<const std::uint8_t> bytes);
+
 /// All that is known of a model, in Markdown that reads well on a terminal, too. The heading is of
 /// that level.
 std::string pageOf(const ScalesModel& model, int headingLevel);

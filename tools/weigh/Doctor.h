@@ -117,8 +117,11 @@ Heard listen(const Connection& connection, const ProtocolSheet& sheet);
 /// by itself. A protocol without checks takes any bytes for a weight.
 std::optional<Finding> unaskedNote(const Connection& connection, const ScalesModel& model);
 /// What makes the weight of a good frame doubtful: it reads 0 while a number stands in its place,
-/// or bytes of its place are no part of the number. None for a frame that is all read.
-std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame);
+/// bytes of its place are no part of the number, or the notes know that the scale means something
+/// else by what was heard, which is the frame alone if nothing else is. None for a frame that is
+/// all read.
+std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame,
+                                   std::span<const std::uint8_t> heard = {});
 /// The same of the next good frame on the line, which nothing else may have open. None for a model
 /// without a line.
 std::optional<Finding> weightDoubtOn(const Connection& connection);

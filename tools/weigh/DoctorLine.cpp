@@ -169,7 +169,8 @@ std::optional<Finding> unaskedNote(const Connection& connection, const ScalesMod
   }
 }
 
-std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame) {
+std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame,
+                                   std::span<const std::uint8_t> heard) {
   const auto bytesAt = [&](const std::vector<std::size_t>& places) {
     recognise::Bytes bytes;
     for (const std::size_t place : places) bytes.push_back(frame[place]);
@@ -186,6 +187,11 @@ std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame) {
         .code = "hidden-weight",
         .cause = say("The weight reads 0, but that is no zero: {0} stands in its place.", field),
         .remedy = remedy};
+  }
+  if (const auto misreading = notes::misreadingIn(model.number, heard.empty() ? frame : heard)) {
+    return Finding{.code = "misread-weight",
+                   .cause = misreading->sign + " " + misreading->cause,
+                   .remedy = misreading->wayOut};
   }
   const std::vector<std::size_t> unread = recognise::unreadBytes(sheet, frame);
   if (unread.empty()) return std::nullopt;
@@ -206,9 +212,15 @@ std::optional<Finding> weightDoubtOn(const Connection& connection) {
     line.set(connection.baud, sheet.line);
     for (int i = 0; i < kRequests && !Ending::asked(); ++i) {
       if (asks) line.ask(sheet.request);
-      evidence.pieces.push_back(line.hear(kAnswerTime, kAnswerTime));
+      // A frame of a stream may begin with the end of the one before it, a pause earlier.
+      evidence.pieces.push_back(asks ? line.hear(kAnswerTime, kAnswerTime)
+                                     : line.listen(kAnswerTime));
       const auto found = recognise::examine(*model, evidence);
-      if (found) return weightDoubt(*model, found->frame);
+      if (!found) continue;
+      recognise::Bytes heard;
+      for (const recognise::Bytes& piece : evidence.pieces)
+        heard.insert(heard.end(), piece.begin(), piece.end());
+      return weightDoubt(*model, found->frame, heard);
     }
   } catch (const Failure&) {
     // The weight is there all the same.
@@ -295,6 +307,7 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
                           model.number, find) +
                       onTheScale(model.number)};
   }
+  if (auto format = otherFormat(model, all, line)) return *format;
   if (isOwn(heard, model)) {
     return {
         .code = "not-read",
@@ -310,7 +323,6 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
             .remedy = say("Take off the loop-back plug, or switch off the echo of the RS-485 "
                           "adapter; TX and RX may be joined.")};
   }
-  if (auto format = otherFormat(model, all, line)) return *format;
   if (const auto other = otherModel(heard)) {
     const std::string kin =
         other->kin.empty() ? "" : say("; models with the same frames: {0}", joined(other->kin));

@@ -30,8 +30,33 @@ TEST(Notes, TellWeightsThatAreNotWhatTheyRead) {
            Row{31, "02 2D 34 '   1250     0' 0D", "hidden-weight"},
            // A blank that ends the number early; zeros that are zeros.
            Row{25, "0D 0A 'ST,GS  24 5.6 kg' 0D 0A", "unread-weight"},
-           Row{25, "0D 0A 'ST,GS    20.7g  ' 0D 0A", ""},
+           Row{25, "0D 0A 'ST,GS   20.7 kg ' 0D 0A", ""},
            Row{13, "06 01 02 'S 00.000kg' 61 03 04", ""},
+           // A seventh place that counts decimals; a protocol that sends by itself; an error's
+           // number.
+           Row{12, "02 'AD+00125031B' 03", "misread-weight"},
+           Row{38, "02 'AD-01234521B' 03", "misread-weight"},
+           Row{38, "02 'AD+001.25006' 03", ""},
+           Row{7, "02 'AD+01234541B' 03", "misread-weight"},
+           Row{7, "02 'AD+00125031B' 03", ""},
+           Row{10, "55 AA", "misread-weight"},
+           Row{11, "'C1050027:0601' 0D 0A", "misread-weight"},
+           Row{11, "'81050027:   1.250 kg N' 0D 0A", ""},
+           // Other units, divisions, places of the sign, and an overload.
+           Row{8, "'ww012.345lb' 0D 0A", "misread-weight"},
+           Row{8, "'ww012.345kg' 0D 0A", ""},
+           Row{9, "'    1250.0  g ' 0D 0A", "misread-weight"},
+           Row{9, "'    12.345 kg ' 0D 0A", ""},
+           Row{25, "0D 0A 'ST,GS,   245.6 g' 0D 0A", "misread-weight"},
+           Row{25, "0D 0A 'ST,GS    20.7g  ' 0D 0A", "misread-weight"},
+           Row{25, "0D 0A 'ST,GS-  1.250kg ' 0D 0A", ""},
+           Row{31, "02 '50   1250     0' 0D", "misread-weight"},
+           Row{31, "02 '%0 001250000000' 0D", "misread-weight"},
+           Row{31, "02 '-0  12345     0' 0D", ""},
+           Row{33, "02 ' 1234567KGO' 0D", "misread-weight"},
+           Row{33, "02 '   12.34KG ' 0D", ""},
+           Row{39, "0A 'ST,GS-  12.34,kg' 0D", "misread-weight"},
+           Row{39, "0A 'ST,GS   12.34,kg' 0D", ""},
        }) {
     const auto doubt = weightDoubt(*findScalesModel(row.model), fixture::bytes(row.frame));
     EXPECT_EQ(doubt ? doubt->code : "", row.code) << row.model << ": " << row.frame;

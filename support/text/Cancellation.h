@@ -18,8 +18,8 @@ inline const _Unwind_Reason_Code kUnwinderIsReady =
 /// What `work` gives, or, if it throws, what `otherwise` gives. A thread's end passes through.
 /// There is no object behind the reference that catches it, which the sanitizers must let pass.
 template <typename Work, typename Otherwise>
-__attribute__((no_sanitize("address"), no_sanitize("undefined"))) auto unlessThrown(
-    Work&& work, Otherwise&& otherwise) -> decltype(work()) {
+__attribute__((no_sanitize("undefined"))) auto unlessThrown(Work&& work, Otherwise&& otherwise)
+    -> decltype(work()) {
   try {
     return std::forward<Work>(work)();
   } catch (abi::__forced_unwind&) {

@@ -77,14 +77,11 @@ TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
   EXPECT_EQ(params.values(), kUntouched);
 }
 
-/// A platform that ends the calling thread while it is asked for memory.
+/// A platform that ends the calling thread while it is asked for memory, as a cancelled one ends:
+/// by a call before which the address sanitizer takes its marks off the stack.
 class CancellingManager final : public IMemoryManager {
  public:
-  bool AllocMemory(void**, unsigned long) override {
-    ::pthread_cancel(::pthread_self());
-    ::pthread_testcancel();
-    return false;
-  }
+  bool AllocMemory(void**, unsigned long) override { ::pthread_exit(PTHREAD_CANCELED); }
   void FreeMemory(void**) override {}
 };
 

@@ -245,11 +245,9 @@ TEST(PollsOverPty, Exceptions) {
 /// A host that ends its thread in the middle of a poll isn't held up by the net for exceptions.
 TEST(PollsOverPty, EndOfTheThreadPassesThrough) {
   ProtocolSheet sheet = *findScalesModel(10)->sheet;
-  sheet.judge = [](Frame, Outputs&) {
-    ::pthread_cancel(::pthread_self());
-    ::pthread_testcancel();
-    return endPoll();
-  };
+  // Unwinds as a cancelled thread does, by a call before which the address sanitizer takes its
+  // marks off the stack.
+  sheet.judge = [](Frame, Outputs&) -> Outcome { ::pthread_exit(PTHREAD_CANCELED); };
   fixture::PtyLine line;
   line.play(fixture::answering({'E'}, {0xE2, 0x04}));
   PolledScales scales(sheet);

@@ -43,7 +43,7 @@ TEST_P(FindOnALine, NamesModelAndSpeed) {
   SimulatedScale scale(unknown.model, Transport::Pty);
   scale.setSpeed(unknown.speed);
   const ProgramRun run = weigh({"find", "--json", "--port", scale.devicePath(), "--baud",
-                                "19200,4800", "--listen", "0.3", "--model", "8,13,16,25,27,33,35"});
+                                "19200,4800", "--listen", "1", "--model", "8,13,16,25,27,33,35"});
   EXPECT_EQ(run.exitCode, kGood) << run.err;
   const json first = run.records().at(0);
   EXPECT_EQ(first["rank"], 1);

@@ -26,8 +26,9 @@ function part_of(name, file) {
   sub(/[-.].*/, "", file)
 }
 
-# Num: Value Size Type Bind Vis Ndx Name@@VERSION
-$1 ~ /^[0-9]+:$/ && $7 != "UND" && $8 ~ /@/ && $4 != "TLS" {
+# Num: Value Size Type Bind Vis Ndx Name@@VERSION; those without a section are needs and the names of
+# the versions themselves.
+$1 ~ /^[0-9]+:$/ && $7 ~ /^[0-9]+$/ && $8 ~ /@/ && $4 != "TLS" {
   name = version = $8
   sub(/@.*/, "", name)
   sub(/.*@/, "", version)

@@ -283,8 +283,8 @@ void KestrumSocket::terminateConnection(std::uint32_t maxWaitMs, LogBase& log) {
   const milliseconds limit{maxWaitMs == 0 ? kLongestFarewell_ms
                                           : std::min(maxWaitMs, kLongestFarewell_ms)};
   const Clock::time_point end = Clock::now() + limit;
-  receiveAfterFin(end);
   waitForTransfers(end);
+  receiveAfterFin(end);
   closeDescriptor(log);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <mutex>
@@ -43,7 +44,8 @@ class Wire {
 
   int fd_;
   const StopSignal& stop_;
-  bool alive_ = true;
+  /// Two threads of a script may use one line.
+  std::atomic<bool> alive_ = true;
 };
 
 /// What a scale does on its line, from the first byte to the last; runs on a thread of its own.

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cctype>
-#include <ranges>
 
 #include "CommandLine.h"
 #include "Text.h"
@@ -30,8 +29,7 @@ std::string escaped(std::string_view text) {
 /// point at the head of a line would be a request to groff.
 std::string textOf(std::string_view text) {
   std::string result;
-  for (const auto part : std::views::split(text, '\n')) {
-    std::string_view line(part.begin(), part.end());
+  for (std::string_view line : partsOf(text, '\n')) {
     const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
     line.remove_prefix(blanks);
     if (line.empty()) {
@@ -70,8 +68,8 @@ std::string options(const CLI::App& app) {
       if (group.empty() || option->get_group() != group) continue;
       std::vector<std::string> names;
       const std::string name = words.make_option_name(option, !option->nonpositional());
-      for (const auto part : std::views::split(name, ','))
-        names.push_back("\\fB" + escaped({part.begin(), part.end()}) + "\\fR");
+      for (const std::string_view part : partsOf(name, ','))
+        names.push_back("\\fB" + escaped(part) + "\\fR");
       list +=
           fmt::format(".TP\n{}\\fI{}\\fR\n{}", joined(names),
                       escaped(words.make_option_opts(option)), textOf(option->get_description()));

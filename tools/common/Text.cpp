@@ -8,6 +8,17 @@ bool beginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC
 
 }  // namespace
 
+std::vector<std::string_view> partsOf(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  if (text.empty()) return parts;
+  for (;;) {
+    const std::size_t end = text.find(separator);
+    parts.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) return parts;
+    text.remove_prefix(end + 1);
+  }
+}
+
 std::string hexText(std::span<const std::uint8_t> bytes) {
   return fmt::format("{:02X}", fmt::join(bytes, " "));
 }
@@ -37,13 +48,11 @@ std::string clipped(std::string_view utf8, std::size_t width) {
 
 std::vector<std::string> wrapped(std::string_view utf8, std::size_t width, std::size_t indent) {
   std::vector<std::string> lines;
-  for (const auto paragraph : std::views::split(utf8, '\n')) {
-    const std::string_view text(paragraph.begin(), paragraph.end());
+  for (const std::string_view text : partsOf(utf8, '\n')) {
     const std::size_t own = std::min(text.find_first_not_of(' '), text.size());
     std::string line(text.substr(0, own));
     bool empty = true;
-    for (const auto part : std::views::split(text.substr(own), ' ')) {
-      const std::string_view word(part.begin(), part.end());
+    for (const std::string_view word : partsOf(text.substr(own), ' ')) {
       if (!empty && displayWidth(line) + 1 + displayWidth(word) > width) {
         lines.push_back(line);
         line.assign(own + indent, ' ');

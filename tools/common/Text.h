@@ -15,6 +15,9 @@ std::string joined(const Range& items, std::string_view separator = ", ") {
   return fmt::format("{}", fmt::join(items, separator));
 }
 
+/// What stands between the separators; nothing of an empty text.
+std::vector<std::string_view> partsOf(std::string_view text, char separator);
+
 /// "06 01 02"
 std::string hexText(std::span<const std::uint8_t> bytes);
 /// The first of them, with " ..." where there are more.

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <utility>
 
 #include "Doctor.h"
@@ -30,13 +29,6 @@ std::vector<const ScalesModel*> modelsWithProtocol() {
   return models;
 }
 
-/// The parts of a list such as "13,27".
-std::vector<std::string> partsOf(const std::string& list) {
-  std::vector<std::string> parts;
-  for (const auto part : std::views::split(list, ',')) parts.emplace_back(part.begin(), part.end());
-  return parts;
-}
-
 /// "13,27" or "7-12,16".
 std::vector<const ScalesModel*> modelsOf(const std::string& list) {
   const int last = static_cast<int>(scalesModels().size()) - 1;
@@ -44,7 +36,7 @@ std::vector<const ScalesModel*> modelsOf(const std::string& list) {
   const auto turnDown = [&] {
     refuse("--model", say("'{0}' is no list of models that have a protocol", list));
   };
-  for (const std::string& part : partsOf(list)) {
+  for (const std::string_view part : partsOf(list, ',')) {
     const std::size_t dash = part.find('-');
     const auto from = wholeNumber(part.substr(0, dash), 0, last);
     const auto to = dash == std::string::npos ? from : wholeNumber(part.substr(dash + 1), 0, last);
@@ -60,7 +52,7 @@ std::vector<const ScalesModel*> modelsOf(const std::string& list) {
 
 std::vector<int> speedsOf(const std::string& list) {
   std::vector<int> speeds;
-  for (const std::string& part : partsOf(list)) {
+  for (const std::string_view part : partsOf(list, ',')) {
     const auto speed = wholeNumber(part, 0, 115200);
     if (!speed || std::ranges::count(kSpeeds, *speed) == 0)
       refuse("--baud", say("'{0}' is no list of speeds; they are {1}", list, joined(kSpeeds, ",")));

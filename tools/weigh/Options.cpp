@@ -133,8 +133,7 @@ CLI::App& addCommand(CLI::App& app, const char* name, const std::string& about,
   command->set_help_flag("-h,--help", say("Print this help and end"))->group(say("Options"));
   command->fallthrough();
   std::string example = say("Example:");
-  for (const auto line : std::views::split(std::string_view(examples), '\n'))
-    example += "\n  " + std::string(line.begin(), line.end());
+  for (const std::string_view line : partsOf(examples, '\n')) example.append("\n  ").append(line);
   command->footer(notes.empty() ? example : notes + "\n\n" + example);
   return *command;
 }

@@ -102,7 +102,7 @@ TEST_F(Plain, ACloseInAnotherThreadEndsAWait) {
   std::thread closer([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     LogNull quiet;
-    socket.terminateConnection(1, quiet);
+    socket.terminateConnection(2000, quiet);
   });
   const Stopwatch clock;
   EXPECT_FALSE(receive(20'000));

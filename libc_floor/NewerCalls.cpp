@@ -47,10 +47,18 @@ ORBELO_HIDDEN int fstat64(int file, struct stat64* status) noexcept {
   return __fxstat64(kStatusLayout, file, status);
 }
 
-// 2.25. The compiler may not know that nobody reads the block any more.
-ORBELO_HIDDEN void explicit_bzero(void* block, size_t size) noexcept {
+// 2.25. The compiler may not know that nobody reads the block any more. The second is what a build
+// with _FORTIFY_SOURCE makes of each call of the first.
+namespace {
+void wipe(void* block, size_t size) {
   std::memset(block, 0, size);
   asm volatile("" : : "r"(block) : "memory");
+}
+}  // namespace
+ORBELO_HIDDEN void explicit_bzero(void* block, size_t size) noexcept { wipe(block, size); }
+ORBELO_HIDDEN void __explicit_bzero_chk(void* block, size_t size, size_t room) noexcept {
+  if (size > room) std::abort();
+  wipe(block, size);
 }
 
 // 2.25. Kernels before 3.17 don't have the call, but the same bytes as a device.

@@ -49,7 +49,8 @@ CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, 
                        Number highest, const std::string& about) {
   // Not by CLI11's own conversion, which takes 08 for octal.
   const auto take = [names, &target, lowest, highest](const std::string& given) {
-    target = static_cast<Number>(requireWhole(names, given, lowest, highest));
+    target = static_cast<Number>(requireWhole(names, given, static_cast<std::int64_t>(lowest),
+                                              static_cast<std::int64_t>(highest)));
   };
   return app.add_option_function<std::string>(names, take, about)
       ->type_name("N")

@@ -33,7 +33,7 @@ ExitCode readScale(const Program& program, const ReadOptions& options) {
   const host::LastError opened = session.component().lastError();
   if (opened.code != kSuccess) {
     Weighing none{.error = opened, .details = {}};
-    if (options.withPrice) none.details.emplace();
+    if (options.withPrice) none.details = Weighing::Details{};
     write(none);
     return judge(opened, connection);
   }

@@ -143,7 +143,7 @@ TEST(EncodingConvertTest, ShortWaysGiveWhatTheLongWayGives) {
   RandomText random;
   std::vector<std::string> texts = {"a\0b"s,         "a\x98z", "\xD0",
                                     "a\xE2\x82\0z"s, "a中😀z",  "\xF0\x9F\x98"};
-  for (const std::size_t n : {40, 200, 15'000}) {
+  for (const std::size_t n : {40U, 200U, 15'000U}) {
     texts.push_back(random.bytes(n));
     texts.push_back(convert(12000, kUtf8, asUtf32(random.characters(n))).text);
   }

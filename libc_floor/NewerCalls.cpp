@@ -12,9 +12,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 
 #define ORBELO_HIDDEN [[gnu::visibility("hidden")]]
 
@@ -88,30 +90,50 @@ ORBELO_HIDDEN std::uint32_t arc4random() noexcept {
 }
 
 // 2.35. Whose code an address is, and where its tables for exceptions begin: the unwinder asks for
-// each frame that an exception crosses.
+// each frame that an exception crosses. Most frames are of the object that this is linked into, and
+// they are found without the walk over all objects, which takes the loader's lock.
+extern const ElfW(Ehdr) __ehdr_start [[gnu::visibility("hidden")]];
+namespace {
+using Headers = std::span<const ElfW(Phdr)>;
+
+/// Where the object's addresses count from: its first segment begins with the file's header.
+ElfW(Addr) ownBase(Headers headers) {
+  const auto first = std::ranges::find(headers, unsigned{PT_LOAD}, &ElfW(Phdr)::p_type);
+  return reinterpret_cast<ElfW(Addr)>(&__ehdr_start) - first->p_vaddr;
+}
+
+/// Whether the object holds the address; it is described in `found`, if so.
+bool findIn(ElfW(Addr) base, Headers headers, ElfW(Addr) address, dl_find_object& found) {
+  found = {};
+  bool holds = false;
+  for (const ElfW(Phdr) & header : headers) {
+    const ElfW(Addr) begin = base + header.p_vaddr;
+    if (header.p_type == PT_GNU_EH_FRAME) {
+      found.dlfo_eh_frame = reinterpret_cast<void*>(begin);
+    } else if (header.p_type == PT_LOAD && address - begin < header.p_memsz) {
+      holds = true;
+      found.dlfo_map_start = reinterpret_cast<void*>(begin);
+      found.dlfo_map_end = reinterpret_cast<void*>(begin + header.p_memsz);
+    }
+  }
+  return holds;
+}
+}  // namespace
 ORBELO_HIDDEN int _dl_find_object(void* address, dl_find_object* found) noexcept {
   struct Search {
     ElfW(Addr) address;
-    dl_find_object* found;
-  } search{reinterpret_cast<ElfW(Addr)>(address), found};
+    dl_find_object& found;
+  } search{reinterpret_cast<ElfW(Addr)>(address), *found};
   const auto look = [](dl_phdr_info* object, size_t, void* data) {
     const auto& [wanted, result] = *static_cast<Search*>(data);
-    *result = {};
-    bool holds = false;
-    for (const ElfW(Phdr)* header = object->dlpi_phdr;
-         header != object->dlpi_phdr + object->dlpi_phnum; ++header) {
-      const ElfW(Addr) begin = object->dlpi_addr + header->p_vaddr;
-      if (header->p_type == PT_GNU_EH_FRAME) {
-        result->dlfo_eh_frame = reinterpret_cast<void*>(begin);
-      } else if (header->p_type == PT_LOAD && wanted - begin < header->p_memsz) {
-        holds = true;
-        result->dlfo_map_start = reinterpret_cast<void*>(begin);
-        result->dlfo_map_end = reinterpret_cast<void*>(begin + header->p_memsz);
-      }
-    }
-    return holds ? 1 : 0;
+    const Headers headers(object->dlpi_phdr, object->dlpi_phnum);
+    return findIn(object->dlpi_addr, headers, wanted, result) ? 1 : 0;
   };
-  const bool held = ::dl_iterate_phdr(look, &search) != 0;
+  const auto* const file = reinterpret_cast<const std::byte*>(&__ehdr_start);
+  const Headers own(reinterpret_cast<const ElfW(Phdr)*>(file + __ehdr_start.e_phoff),
+                    __ehdr_start.e_phnum);
+  const bool held =
+      findIn(ownBase(own), own, search.address, *found) || ::dl_iterate_phdr(look, &search) != 0;
   return held && found->dlfo_eh_frame != nullptr ? 0 : -1;
 }
 

@@ -365,7 +365,6 @@ bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffe
   const unsigned char* p = source.p;
   const unsigned char* const end = source.end();
   ConversionOutput output(out, end, {mostBytes, 1});
-  bool whole = true;
   while (p != end) {
     const ConversionOutput::Piece piece = output.begin(p);
     unsigned char* to = piece.to;
@@ -375,12 +374,11 @@ bool EncodingConvert::singleByteTo(UnicodeLookup table, Source source, DataBuffe
       if (unit != 0) {
         to = store(to, unit);
       } else if (*p != 0) {
-        whole = false;
+        m_hadError = true;
       }
     }
     output.keep(to);
   }
-  note(whole);
   return true;
 }
 

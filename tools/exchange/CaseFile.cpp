@@ -108,10 +108,8 @@ ExchangeCase readCase(const std::filesystem::path& file) {
     }
     read.special = head["Special"];
     read.outcome = outcomeFrom(head["Outcome"]);
-    std::ostringstream rest;
-    rest << stream.rdbuf();
-    read.log = readLog(rest.str());
-    if (read.log.records.empty()) throw std::runtime_error("no exchange log behind the head");
+    read.log = readLog(stream);
+    if (read.log.empty()) throw std::runtime_error("no exchange log behind the head");
     return read;
   } catch (const std::exception& error) {
     throw std::runtime_error(file.filename().string() + ": " + error.what());

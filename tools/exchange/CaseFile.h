@@ -34,7 +34,7 @@ struct ExchangeCase {
   bool overTcp = false;
   std::string special;
   PollOutcome outcome;
-  Log log;
+  std::vector<Record> log;
 };
 
 /// Throws std::runtime_error with the name of the file and what is wrong in it.

@@ -3,7 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <optional>
+#include <limits>
 
 namespace exchange {
 
@@ -23,26 +23,6 @@ struct Label {
 constexpr std::array<Label, 3> kLabels = {{{"SYS      ", Record::Kind::System},
                                            {"OUT >>>>>", Record::Kind::Outgoing},
                                            {"IN <<<<<<", Record::Kind::Incoming}}};
-
-class Lines {
- public:
-  explicit Lines(std::string_view text) : rest_(text) {}
-
-  std::optional<std::string_view> next() {
-    if (rest_.empty()) return std::nullopt;
-    ++number_;
-    const std::size_t end = rest_.find('\n');
-    std::string_view line = rest_.substr(0, end);
-    rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    return line;
-  }
-  std::size_t number() const { return number_; }
-
- private:
-  std::string_view rest_;
-  std::size_t number_ = 0;
-};
 
 /// A header line with its record's size; none if the line is no header.
 struct Header {
@@ -100,35 +80,62 @@ bool addDumpLine(std::string_view line, std::size_t size, Bytes& bytes) {
 
 }  // namespace
 
-Log readLog(std::string_view text) {
-  Log log;
-  Lines lines(text);
-  for (auto line = lines.next(); line;) {
-    auto header = headerIn(*line);
+LogReader::LogReader(std::istream& log) : log_(log) { nextLine(); }
+
+bool LogReader::nextLine() {
+  // No line of a log is as long; of a file that is none, the rest of a longer one is dropped.
+  constexpr std::size_t kLongest = 4096;
+  line_.resize(kLongest);
+  log_.getline(line_.data(), static_cast<std::streamsize>(kLongest));
+  const auto read = static_cast<std::size_t>(log_.gcount());
+  bytesRead_ += read;
+  hasLine_ = read > 0;
+  // What was read counts the line's end, which isn't kept.
+  line_.resize(log_.eof() || log_.fail() ? read : read - 1);
+  if (log_.fail() && read > 0) {
+    log_.clear();
+    log_.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+    bytesRead_ += static_cast<std::uintmax_t>(log_.gcount());
+  }
+  if (line_.ends_with('\r')) line_.pop_back();
+  ++number_;
+  return hasLine_;
+}
+
+std::optional<Record> LogReader::next() {
+  while (hasLine_) {
+    auto header = headerIn(line_);
     if (!header) {
-      line = lines.next();
+      nextLine();
       continue;
     }
     Record& record = header->record;
-    record.line = lines.number();
-    if (const auto connection = lines.next()) record.connection = *connection;
-    lines.next();  // the numbers of the columns
-    lines.next();
-    for (line = lines.next(); line && record.bytes.size() < header->size; line = lines.next()) {
-      if (!addDumpLine(*line, header->size, record.bytes)) break;
+    record.line = number_;
+    if (nextLine()) record.connection = line_;
+    nextLine();  // the numbers of the columns,
+    nextLine();  // and an empty line
+    while (nextLine() && record.bytes.size() < header->size) {
+      if (!addDumpLine(line_, header->size, record.bytes)) break;
     }
-    if (record.bytes.size() < header->size) log.damaged.push_back(record.line);
-    if (!record.bytes.empty()) log.records.push_back(std::move(record));
+    if (record.bytes.size() < header->size) damaged_.push_back(record.line);
+    if (!record.bytes.empty()) return std::move(record);
   }
-  return log;
+  return std::nullopt;
 }
 
-std::vector<Turn> turnsOf(const Log& log) {
+std::vector<Record> readLog(std::istream& log) {
+  std::vector<Record> records;
+  LogReader reader(log);
+  while (auto record = reader.next()) records.push_back(*std::move(record));
+  return records;
+}
+
+std::vector<Turn> turnsOf(std::span<const Record> log) {
   bool asks = false;
-  for (const Record& record : log.records) asks = asks || record.kind == Record::Kind::Outgoing;
+  for (const Record& record : log) asks = asks || record.kind == Record::Kind::Outgoing;
 
   std::vector<Turn> turns;
-  for (const Record& record : log.records) {
+  for (const Record& record : log) {
     if (record.kind == Record::Kind::Outgoing) {
       if (turns.empty() || !turns.back().answer.empty()) turns.emplace_back();
       Bytes& request = turns.back().request;

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <istream>
+#include <optional>
+#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace exchange {
@@ -28,15 +30,33 @@ struct Record {
   std::string text() const { return {bytes.begin(), bytes.end()}; }
 };
 
-struct Log {
-  std::vector<Record> records;
-  /// Lines of headers whose record lacks bytes, as the last one of a file that was cut.
-  std::vector<std::size_t> damaged;
+/// Reads an exchange log record by record. Takes any text: what stands before the first record and
+/// what is no record is stepped over, and line ends may have lost their CR.
+class LogReader {
+ public:
+  /// The stream outlives the reader.
+  explicit LogReader(std::istream& log);
+
+  /// None at the end of the log.
+  std::optional<Record> next();
+  /// Lines of headers whose record lacked bytes so far, as the last one of a file that was cut.
+  const std::vector<std::size_t>& damaged() const { return damaged_; }
+  std::uintmax_t bytesRead() const { return bytesRead_; }
+
+ private:
+  bool nextLine();
+
+  std::istream& log_;
+  std::string line_;
+  /// False behind the last line.
+  bool hasLine_ = true;
+  std::size_t number_ = 0;
+  std::uintmax_t bytesRead_ = 0;
+  std::vector<std::size_t> damaged_;
 };
 
-/// Takes any text: what stands before the first record and what is no record is stepped over, and
-/// line ends may have lost their CR.
-Log readLog(std::string_view text);
+/// All records of a log.
+std::vector<Record> readLog(std::istream& log);
 
 /// One turn of an exchange as the scale saw it: what came, and what it sent then.
 struct Turn {
@@ -47,6 +67,6 @@ struct Turn {
 };
 
 /// The scale's part of a log. Writes that nothing was answered to are one request with the next.
-std::vector<Turn> turnsOf(const Log& log);
+std::vector<Turn> turnsOf(std::span<const Record> log);
 
 }  // namespace exchange

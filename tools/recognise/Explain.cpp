@@ -1,10 +1,10 @@
 #include "Explain.h"
 
 #include <algorithm>
+#include <utility>
 #include <variant>
 
 #include "Questions.h"
-#include "ResultCode.h"
 
 namespace recognise {
 
@@ -37,148 +37,10 @@ Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {
   return isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
 }
 
-class Explainer {
- public:
-  Explainer(const exchange::Log& log, const ScalesModel& model)
-      : log_(log), sheet_(*model.sheet), streams_(transmitsByItself(sheet_)) {}
-
-  Explanation run() {
-    for (const Record& record : log_.records) {
-      switch (record.kind) {
-        case Record::Kind::System: takeEvent(record); break;
-        case Record::Kind::Outgoing: takeWrite(record); break;
-        case Record::Kind::Incoming: takeRead(record); break;
-      }
-    }
-    endPoll();
-    return std::move(result_);
-  }
-
- private:
-  void takeEvent(const Record& record) {
-    endPoll();
-    add(record, Role::Event);
-  }
-
-  void takeWrite(const Record& record) {
-    const Role role = roleOfWrite(sheet_, record.bytes);
-    switch (role) {
-      case Role::Request:
-      case Role::RequestFirst:
-        endAttempt();
-        beginAttempt();
-        break;
-      case Role::RequestSecond: break;
-      default: endPoll(); break;
-    }
-    add(record, role);
-  }
-
-  void takeRead(const Record& record) {
-    if (streams_) {
-      takeStreamed(record);
-    } else if (!open_ || isWhole()) {
-      add(record, Role::Drained, false);
-    } else {
-      takeAnswer(record);
-    }
-  }
-
-  /// A scale that transmits is read byte by byte up to a start byte; what comes in larger pieces
-  /// before one is thrown away.
-  void takeStreamed(const Record& record) {
-    const bool fits = frame_.size() + record.bytes.size() <= frameLength(sheet_);
-    if (!frame_.empty() && !fits) endAttempt();
-    if (frame_.empty() && record.bytes.size() > 1) {
-      endAttempt();
-      add(record, Role::Drained, false);
-      return;
-    }
-    if (!open_) beginAttempt();
-    takeAnswer(record);
-  }
-
-  void takeAnswer(const Record& record) {
-    if (frame_.empty() && !mayBegin(sheet_, record.bytes.front())) {
-      add(record, Role::Skipped);
-      return;
-    }
-    frame_.insert(frame_.end(), record.bytes.begin(), record.bytes.end());
-    add(record, Role::FramePart);
-    if (isWhole()) endAttempt();
-  }
-
-  bool isWhole() const {
-    if (const auto* style = std::get_if<TerminatorRead>(&sheet_.read)) {
-      return frame_.size() >= style->capacity ||
-             (frame_.size() >= style->minLength && endsFrame(*style, frame_));
-    }
-    return frame_.size() >= frameLength(sheet_);
-  }
-
-  void beginAttempt() {
-    if (attempt_ == 0) ++poll_;
-    ++attempt_;
-    open_ = true;
-    frame_.clear();
-  }
-
-  void endAttempt() {
-    if (!open_) return;
-    open_ = false;
-    Verdict verdict;
-    verdict.frame = frame_;
-    verdict.poll = poll_;
-    verdict.attempt = attempt_;
-    frame_.clear();
-    verdict.good = isGood(sheet_, verdict.frame);
-    Outcome::Next next = Outcome::Next::AskAgain;
-    if (verdict.good) {
-      verdict.said = readingOf(sheet_, verdict.frame);
-      verdict.fields = fieldsOf(sheet_, verdict.frame);
-      code_ = verdict.said.code;
-      next = verdict.said.next;
-      anyGood_ = true;
-    } else {
-      verdict.refusal = refusalOf(sheet_, verdict.frame);
-      reason_ = verdict.refusal.reason;
-    }
-    result_.records.back().verdict = std::move(verdict);
-    if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.asking.attempts) endPoll();
-  }
-
-  void endPoll() {
-    endAttempt();
-    if (attempt_ == 0) return;
-    result_.polls.push_back({anyGood_ && code_ == kSuccess, code_, attempt_, reason_});
-    attempt_ = 0;
-    anyGood_ = false;
-    code_ = kNoAnswer;
-  }
-
-  void add(const Record& record, Role role, bool ofAttempt = true) {
-    const bool counts = ofAttempt && attempt_ > 0 && role != Role::Event;
-    result_.records.push_back({&record, role, counts ? poll_ : 0, counts ? attempt_ : 0,
-                               role == Role::FramePart ? frame_.size() : 0});
-  }
-
-  const exchange::Log& log_;
-  const ProtocolSheet& sheet_;
-  bool streams_;
-  Explanation result_;
-  Bytes frame_;
-  bool open_ = false;
-  int poll_ = 0;
-  int attempt_ = 0;
-  bool anyGood_ = false;
-  int code_ = kNoAnswer;
-  Refusal::Reason reason_ = Refusal::Reason::Silence;
-};
-
 /// Whether all that was written is of this model, and a request among it.
-bool couldHaveWritten(const ScalesModel& model, const exchange::Log& log) {
+bool couldHaveWritten(const ScalesModel& model, std::span<const Record> log) {
   bool asked = transmitsByItself(*model.sheet);
-  for (const Record& record : log.records) {
+  for (const Record& record : log) {
     if (record.kind != Record::Kind::Outgoing) continue;
     const Role role = roleOfWrite(*model.sheet, record.bytes);
     if (role == Role::UnknownWrite) return false;
@@ -187,12 +49,12 @@ bool couldHaveWritten(const ScalesModel& model, const exchange::Log& log) {
   return asked;
 }
 
-Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
+Evidence evidenceIn(std::span<const Record> log, const ScalesModel& model) {
   Evidence evidence{.origin = Origin::Answer, .pieces = {}};
   if (transmitsByItself(*model.sheet)) {
     evidence.origin = Origin::Stream;
     Bytes all;
-    for (const Record& record : log.records) {
+    for (const Record& record : log) {
       if (record.kind == Record::Kind::Incoming) {
         all.insert(all.end(), record.bytes.begin(), record.bytes.end());
       }
@@ -201,7 +63,7 @@ Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
     return evidence;
   }
   // As the driver read them: what came after an answer was thrown away.
-  const Explanation explanation = Explainer(log, model).run();
+  const Explanation explanation = explainLog(log, model);
   for (const ExplainedRecord& record : explanation.records) {
     if (record.verdict && !record.verdict->frame.empty()) {
       evidence.pieces.push_back(record.verdict->frame);
@@ -212,7 +74,132 @@ Evidence evidenceIn(const exchange::Log& log, const ScalesModel& model) {
 
 }  // namespace
 
-LogModel recogniseLog(const exchange::Log& log) {
+LogExplainer::LogExplainer(const ScalesModel& model, TellRecord tellRecord, TellPoll tellPoll)
+    : sheet_(*model.sheet), tellRecord_(std::move(tellRecord)), tellPoll_(std::move(tellPoll)) {}
+
+void LogExplainer::take(Record record) {
+  switch (record.kind) {
+    case Record::Kind::System:
+      endPoll();
+      add(std::move(record), Role::Event);
+      break;
+    case Record::Kind::Outgoing: takeWrite(std::move(record)); break;
+    case Record::Kind::Incoming: takeRead(std::move(record)); break;
+  }
+}
+
+void LogExplainer::end() {
+  endPoll();
+  tellHeld();
+}
+
+void LogExplainer::takeWrite(Record record) {
+  const Role role = roleOfWrite(sheet_, record.bytes);
+  switch (role) {
+    case Role::Request:
+    case Role::RequestFirst:
+      endAttempt();
+      beginAttempt();
+      break;
+    case Role::RequestSecond: break;
+    default: endPoll(); break;
+  }
+  add(std::move(record), role);
+}
+
+void LogExplainer::takeRead(Record record) {
+  if (transmitsByItself(sheet_)) {
+    takeStreamed(std::move(record));
+  } else if (!open_ || isWhole()) {
+    add(std::move(record), Role::Drained, false);
+  } else {
+    takeAnswer(std::move(record));
+  }
+}
+
+/// A scale that transmits is read byte by byte up to a start byte; what comes in larger pieces
+/// before one is thrown away.
+void LogExplainer::takeStreamed(Record record) {
+  const bool fits = frame_.size() + record.bytes.size() <= frameLength(sheet_);
+  if (!frame_.empty() && !fits) endAttempt();
+  if (frame_.empty() && record.bytes.size() > 1) {
+    endAttempt();
+    add(std::move(record), Role::Drained, false);
+    return;
+  }
+  if (!open_) beginAttempt();
+  takeAnswer(std::move(record));
+}
+
+void LogExplainer::takeAnswer(Record record) {
+  if (frame_.empty() && !mayBegin(sheet_, record.bytes.front())) {
+    add(std::move(record), Role::Skipped);
+    return;
+  }
+  frame_.insert(frame_.end(), record.bytes.begin(), record.bytes.end());
+  add(std::move(record), Role::FramePart);
+  if (isWhole()) endAttempt();
+}
+
+bool LogExplainer::isWhole() const {
+  if (const auto* style = std::get_if<TerminatorRead>(&sheet_.read)) {
+    return frame_.size() >= style->capacity ||
+           (frame_.size() >= style->minLength && endsFrame(*style, frame_));
+  }
+  return frame_.size() >= frameLength(sheet_);
+}
+
+void LogExplainer::beginAttempt() {
+  if (attempt_ == 0) ++poll_;
+  ++attempt_;
+  open_ = true;
+  frame_.clear();
+}
+
+void LogExplainer::endAttempt() {
+  if (!open_) return;
+  open_ = false;
+  Verdict verdict;
+  verdict.frame = std::exchange(frame_, {});
+  verdict.poll = poll_;
+  verdict.attempt = attempt_;
+  verdict.good = isGood(sheet_, verdict.frame);
+  Outcome::Next next = Outcome::Next::AskAgain;
+  if (verdict.good) {
+    verdict.said = readingOf(sheet_, verdict.frame);
+    verdict.fields = fieldsOf(sheet_, verdict.frame);
+    code_ = verdict.said.code;
+    next = verdict.said.next;
+    anyGood_ = true;
+  } else {
+    verdict.refusal = refusalOf(sheet_, verdict.frame);
+    reason_ = verdict.refusal.reason;
+  }
+  held_->verdict = std::move(verdict);
+  if (next != Outcome::Next::AskAgain || attempt_ >= sheet_.asking.attempts) endPoll();
+}
+
+void LogExplainer::endPoll() {
+  endAttempt();
+  if (attempt_ == 0) return;
+  tellPoll_({anyGood_ && code_ == kSuccess, code_, attempt_, reason_});
+  attempt_ = 0;
+  anyGood_ = false;
+  code_ = kNoAnswer;
+}
+
+void LogExplainer::add(Record record, Role role, bool ofAttempt) {
+  tellHeld();
+  const bool counts = ofAttempt && attempt_ > 0 && role != Role::Event;
+  held_ = {std::move(record), role, counts ? poll_ : 0, counts ? attempt_ : 0,
+           role == Role::FramePart ? frame_.size() : 0};
+}
+
+void LogExplainer::tellHeld() {
+  if (held_) tellRecord_(*std::exchange(held_, std::nullopt));
+}
+
+LogModel recogniseLog(std::span<const Record> log) {
   std::vector<const ScalesModel*> writers;
   std::vector<Candidate> candidates;
   for (const ScalesModel& model : scalesModels()) {
@@ -227,7 +214,7 @@ LogModel recogniseLog(const exchange::Log& log) {
     return {.model = candidates.front().model, .kin = candidates.front().kin, .byFrames = true};
   }
   const bool asked = std::ranges::any_of(
-      log.records, [](const Record& record) { return record.kind == Record::Kind::Outgoing; });
+      log, [](const Record& record) { return record.kind == Record::Kind::Outgoing; });
   if (writers.empty() || !asked) return {};
   LogModel found{.model = writers.front(), .kin = {}, .byFrames = false};
   for (const ScalesModel* other : writers) {
@@ -236,8 +223,14 @@ LogModel recogniseLog(const exchange::Log& log) {
   return found;
 }
 
-Explanation explainLog(const exchange::Log& log, const ScalesModel& model) {
-  return Explainer(log, model).run();
+Explanation explainLog(std::span<const Record> log, const ScalesModel& model) {
+  Explanation explanation;
+  LogExplainer explainer(
+      model, [&](ExplainedRecord record) { explanation.records.push_back(std::move(record)); },
+      [&](const PollEnd& poll) { explanation.polls.push_back(poll); });
+  for (const Record& record : log) explainer.take(record);
+  explainer.end();
+  return explanation;
 }
 
 }  // namespace recognise

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,7 @@
 #include "Models.h"
 #include "Recognise.h"
 #include "Refusal.h"
+#include "ResultCode.h"
 
 namespace recognise {
 
@@ -21,7 +24,8 @@ struct LogModel {
   /// By what was written and answered; otherwise by what was written alone.
   bool byFrames = false;
 };
-LogModel recogniseLog(const exchange::Log& log);
+/// The first few thousand records of a log are enough.
+LogModel recogniseLog(std::span<const exchange::Record> log);
 
 /// What one record was for.
 enum class Role {
@@ -58,7 +62,7 @@ struct Verdict {
 
 /// A record with what it was for, and the verdict that it brought.
 struct ExplainedRecord {
-  const exchange::Record* record;
+  exchange::Record record;
   Role role;
   /// Poll and attempt that it is part of; 0 for those of none.
   int poll = 0;
@@ -78,14 +82,51 @@ struct PollEnd {
   Refusal::Reason reason;
 };
 
+/// Goes through a log as the driver of the model made it, record by record. The log doesn't say
+/// where a poll ends; it ends here with an answer that ends it, with as many attempts as the driver
+/// makes, and with an event of the line.
+class LogExplainer {
+ public:
+  using TellRecord = std::function<void(ExplainedRecord)>;
+  using TellPoll = std::function<void(const PollEnd&)>;
+  /// A record is told when the next one has shown what became of it.
+  LogExplainer(const ScalesModel& model, TellRecord tellRecord, TellPoll tellPoll);
+
+  void take(exchange::Record record);
+  /// The log is over: tells what is left.
+  void end();
+
+ private:
+  void takeWrite(exchange::Record record);
+  void takeRead(exchange::Record record);
+  void takeStreamed(exchange::Record record);
+  void takeAnswer(exchange::Record record);
+  bool isWhole() const;
+  void beginAttempt();
+  void endAttempt();
+  void endPoll();
+  void add(exchange::Record record, Role role, bool ofAttempt = true);
+  void tellHeld();
+
+  const ProtocolSheet& sheet_;
+  TellRecord tellRecord_;
+  TellPoll tellPoll_;
+  /// The last record, whose verdict may be to come.
+  std::optional<ExplainedRecord> held_;
+  Bytes frame_;
+  bool open_ = false;
+  int poll_ = 0;
+  int attempt_ = 0;
+  bool anyGood_ = false;
+  int code_ = kNoAnswer;
+  Refusal::Reason reason_ = Refusal::Reason::Silence;
+};
+
 struct Explanation {
   std::vector<ExplainedRecord> records;
   std::vector<PollEnd> polls;
 };
-
-/// Goes through the log as the driver of the model made it. The log doesn't say where a poll ends;
-/// it ends here with an answer that ends it, with as many attempts as the driver makes, and with
-/// an event of the line. `log` outlives the result.
-Explanation explainLog(const exchange::Log& log, const ScalesModel& model);
+/// The same for a whole log.
+Explanation explainLog(std::span<const exchange::Record> log, const ScalesModel& model);
 
 }  // namespace recognise

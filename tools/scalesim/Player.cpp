@@ -11,7 +11,6 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <system_error>
 
@@ -126,9 +125,7 @@ void playOne(sim::SimulationLoop& loop, const Options& options) {
 
 std::vector<exchange::Turn> turnsIn(const std::string& log) {
   std::ifstream stream(log, std::ios::binary);
-  std::ostringstream content;
-  content << stream.rdbuf();
-  std::vector<exchange::Turn> turns = exchange::turnsOf(exchange::readLog(content.str()));
+  std::vector<exchange::Turn> turns = exchange::turnsOf(exchange::readLog(stream));
   if (turns.empty())
     throw Failure(kFailed, say("{0} can't be read, or has nothing that a scale sent", log));
   return turns;

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <sstream>
+#include <span>
 
 #include "Doctor.h"
 #include "Explain.h"
@@ -22,7 +22,6 @@ namespace {
 
 using exchange::Record;
 using recognise::ExplainedRecord;
-using recognise::Explanation;
 using recognise::FrameField;
 using recognise::LogModel;
 using recognise::PollEnd;
@@ -36,26 +35,62 @@ struct ExplainOptions {
   Format format = Format::Text;
 };
 
-exchange::Log readFile(const std::string& file) {
+std::ifstream opened(const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
   const int error = !stream ? errno : std::filesystem::is_directory(file) ? EISDIR : 0;
   if (error != 0)
     throw Failure(kWrongUsage, say("{0} can't be read: {1}", file, std::strerror(error)));
-  std::ostringstream content;
-  content << stream.rdbuf();
-  exchange::Log log = exchange::readLog(content.str());
-  if (log.records.empty()) {
+  return stream;
+}
+
+/// The log of the file, read no further than it is explained.
+class LogFile {
+ public:
+  explicit LogFile(const std::string& file) : stream_(opened(file)), reader_(stream_) {
+    std::error_code unknown;
+    size_ = std::filesystem::file_size(file, unknown);
+    if (unknown) size_ = 0;
+  }
+
+  /// Up to so many records, which are read all the same later.
+  std::span<const Record> begin(std::size_t most) {
+    while (begin_.size() < most) {
+      auto record = reader_.next();
+      if (!record) break;
+      begin_.push_back(*std::move(record));
+    }
+    return begin_;
+  }
+  std::optional<Record> next() {
+    return at_ < begin_.size() ? std::move(begin_[at_++]) : reader_.next();
+  }
+  const std::vector<std::size_t>& damaged() const { return reader_.damaged(); }
+  /// "3 of 98 MB"
+  std::string progress() const {
+    constexpr std::uintmax_t kMegabyte = 1000000;
+    const std::uintmax_t read = reader_.bytesRead();
+    return say("{0} of {1} MB", read / kMegabyte, std::max(read, size_) / kMegabyte);
+  }
+
+ private:
+  std::ifstream stream_;
+  exchange::LogReader reader_;
+  std::uintmax_t size_ = 0;
+  std::vector<Record> begin_;
+  std::size_t at_ = 0;
+};
+
+LogModel modelOf(const ExplainOptions& options, LogFile& log) {
+  constexpr std::size_t kEnough = 5000;
+  const auto begin = log.begin(kEnough);
+  if (begin.empty()) {
     throw Failure(
-        kWrongUsage, say("{0} has no record of an exchange", file),
+        kWrongUsage, say("{0} has no record of an exchange", options.file),
         say("An exchange log comes from a folder with a file log.txt, or from `weigh read "
             "--log DIR`."));
   }
-  return log;
-}
-
-LogModel modelOf(const ExplainOptions& options, const exchange::Log& log) {
   if (options.model < 0) {
-    LogModel found = recognise::recogniseLog(log);
+    LogModel found = recognise::recogniseLog(begin);
     if (found.model == nullptr) {
       throw Failure(kFailed, say("no model's driver would have written this"),
                     say("Name the model with --model."));
@@ -82,7 +117,7 @@ std::string eventText(const std::string& event) {
 
 Finding roleOf(const ExplainedRecord& row) {
   switch (row.role) {
-    case Role::Event: return {"event", eventText(row.record->text())};
+    case Role::Event: return {"event", eventText(row.record.text())};
     case Role::Request: return {"request", say("asks for the weight")};
     case Role::RequestFirst: return {"request_first", say("asks for the weight, first part")};
     case Role::RequestSecond: return {"request_second", say("asks for the weight, second part")};
@@ -231,10 +266,10 @@ class ExplanationWriter {
  private:
   void writeJson(const ExplainedRecord& row) const {
     const auto orNone = [](int number) { return number == 0 ? Json() : Json(number); };
-    writeRecord({{"line", row.record->line},
-                 {"time", row.record->time},
-                 {"kind", kArrows.at(static_cast<std::size_t>(row.record->kind))},
-                 {"content", contentText(*row.record)},
+    writeRecord({{"line", row.record.line},
+                 {"time", row.record.time},
+                 {"kind", kArrows.at(static_cast<std::size_t>(row.record.kind))},
+                 {"content", contentText(row.record)},
                  {"role", roleOf(row).code},
                  {"poll", orNone(row.poll)},
                  {"attempt", orNone(row.attempt)},
@@ -243,8 +278,8 @@ class ExplanationWriter {
 
   void writeText(const ExplainedRecord& row) {
     std::string text;
-    if (row.record->connection != connection_) {
-      connection_ = row.record->connection;
+    if (row.record.connection != connection_) {
+      connection_ = row.record.connection;
       text += connection_ + '\n';
     }
     if (row.poll != 0 && (row.poll != poll_ || row.attempt != attempt_)) {
@@ -252,9 +287,9 @@ class ExplanationWriter {
       attempt_ = row.attempt;
       text += say("poll {0}, attempt {1}", poll_, attempt_) + '\n';
     }
-    text += fmt::format("  {}  {}  {}   {}\n", row.record->time,
-                        kArrows.at(static_cast<std::size_t>(row.record->kind)),
-                        contentText(*row.record), roleOf(row).cause);
+    text += fmt::format("  {}  {}  {}   {}\n", row.record.time,
+                        kArrows.at(static_cast<std::size_t>(row.record.kind)),
+                        contentText(row.record), roleOf(row).cause);
     if (row.verdict) text += "      = " + verdictText(*row.verdict, model_) + '\n';
     print(text);
   }
@@ -281,78 +316,94 @@ Finding failureOf(const PollEnd& poll) {
   }
 }
 
-/// Why polls failed, with how many of them did so. The names are for programs.
-std::map<std::string, std::pair<std::string, int>> failuresOf(const Explanation& explanation) {
-  std::map<std::string, std::pair<std::string, int>> failures;
-  const auto add = [&](const std::string& name, const std::string& text) {
-    auto& failure = failures[name];
+/// What a log came to.
+class Summary {
+ public:
+  void add(const ExplainedRecord& row) {
+    ++records_;
+    if (row.role == Role::Event && row.record.text() == "ERROR_OPEN")
+      addFailure("not_opened", say("the port could not be opened"));
+  }
+  void add(const PollEnd& poll) {
+    ++polls_;
+    lastWasGood_ = poll.good;
+    if (poll.good) {
+      ++good_;
+      return;
+    }
+    const Finding why = failureOf(poll);
+    addFailure(poll.code == kNoAnswer ? why.code : fmt::format("{}_{}", why.code, poll.code),
+               why.cause);
+  }
+
+  void write(const LogFile& log, const LogModel& found, Format format, bool whole) const {
+    Json failures = Json::object();
+    std::string text = whole ? "" : say("Ended early; this is of what was read:") + '\n';
+    for (const std::size_t line : log.damaged())
+      text += say("line {0}: a record that lacks bytes", line) + '\n';
+    text += sayCount("{0} record", "{0} records", records_) + ", " +
+            sayCount("{0} poll: {1} good, {2} failed", "{0} polls: {1} good, {2} failed", polls_,
+                     good_, polls_ - good_);
+    for (const auto& [name, why] : failures_) {
+      failures[name] = why.second;
+      text += fmt::format("\n  {} x {}", why.second, why.first);
+    }
+    RecordWriter(format).write({{"model", found.model->number},
+                                {"kin", found.kin},
+                                {"records", records_},
+                                {"damaged_lines", log.damaged()},
+                                {"polls", polls_},
+                                {"good", good_},
+                                {"failures", failures},
+                                {"end", whole ? "done" : "interrupted"}},
+                               text);
+  }
+  bool lastWasGood() const { return lastWasGood_; }
+  std::size_t records() const { return records_; }
+
+ private:
+  void addFailure(const std::string& name, const std::string& text) {
+    auto& failure = failures_[name];
     failure.first = text;
     ++failure.second;
-  };
-  for (const PollEnd& poll : explanation.polls) {
-    if (poll.good) continue;
-    const Finding why = failureOf(poll);
-    add(poll.code == kNoAnswer ? why.code : fmt::format("{}_{}", why.code, poll.code), why.cause);
   }
-  for (const ExplainedRecord& row : explanation.records) {
-    if (row.role == Role::Event && row.record->text() == "ERROR_OPEN")
-      add("not_opened", say("the port could not be opened"));
-  }
-  return failures;
-}
 
-void writeSummary(const Explanation& explanation, const exchange::Log& log, const LogModel& found,
-                  Format format, bool whole) {
-  const std::size_t polls = explanation.polls.size();
-  const auto good =
-      static_cast<std::size_t>(std::ranges::count_if(explanation.polls, &PollEnd::good));
-  Json failures = Json::object();
-  std::string text = whole ? "" : say("Ended early; this is of the whole log:") + '\n';
-  for (const std::size_t line : log.damaged)
-    text += say("line {0}: a record that lacks bytes", line) + '\n';
-  text += sayCount("{0} record", "{0} records", explanation.records.size()) + ", " +
-          sayCount("{0} poll: {1} good, {2} failed", "{0} polls: {1} good, {2} failed", polls, good,
-                   polls - good);
-  for (const auto& [name, why] : failuresOf(explanation)) {
-    failures[name] = why.second;
-    text += fmt::format("\n  {} x {}", why.second, why.first);
-  }
-  RecordWriter(format).write({{"model", found.model->number},
-                              {"kin", found.kin},
-                              {"records", explanation.records.size()},
-                              {"damaged_lines", log.damaged},
-                              {"polls", polls},
-                              {"good", good},
-                              {"failures", failures},
-                              {"end", whole ? "done" : "interrupted"}},
-                             text);
-}
+  std::size_t records_ = 0;
+  std::size_t polls_ = 0;
+  std::size_t good_ = 0;
+  bool lastWasGood_ = false;
+  /// By names for programs: why polls failed, and how many of them did so.
+  std::map<std::string, std::pair<std::string, int>> failures_;
+};
 
-/// False if the user had enough.
-bool writeAll(const Explanation& explanation, ExplanationWriter& writer) {
-  constexpr std::size_t kSeldom = 1000;
-  const std::size_t all = explanation.records.size();
+ExitCode explain(const Program& /*program*/, const ExplainOptions& options) {
+  LogFile log(options.file);
+  const LogModel found = modelOf(options, log);
+  if (options.format == Format::Text) print(headText(found, options.model >= 0));
+  ExplanationWriter writer(*found.model, options.format);
+  Summary summary;
+  recognise::LogExplainer explainer(
+      *found.model,
+      [&](const ExplainedRecord& row) {
+        writer.write(row);
+        summary.add(row);
+      },
+      [&](const PollEnd& poll) { summary.add(poll); });
   // On a terminal the records themselves show how far it is.
   std::optional<Progress> progress;
   if (::isatty(STDOUT_FILENO) == 0) progress.emplace(std::chrono::milliseconds{0});
-  for (std::size_t i = 0; i < all; ++i) {
-    if (Ending::asked()) return false;
-    if (progress && i % kSeldom == 0) progress->show(say("record {0} of {1}", i + 1, all));
-    writer.write(explanation.records[i]);
+  bool whole = true;
+  while (auto record = log.next()) {
+    whole = !Ending::asked();
+    if (!whole) break;
+    constexpr std::size_t kSeldom = 1000;
+    if (progress && summary.records() % kSeldom == 0) progress->show(log.progress());
+    explainer.take(*std::move(record));
   }
-  return true;
-}
-
-ExitCode explain(const Program& /*program*/, const ExplainOptions& options) {
-  const exchange::Log log = readFile(options.file);
-  const LogModel found = modelOf(options, log);
-  if (options.format == Format::Text) print(headText(found, options.model >= 0));
-  const Explanation explanation = recognise::explainLog(log, *found.model);
-  ExplanationWriter writer(*found.model, options.format);
-  const bool whole = writeAll(explanation, writer);
-  writeSummary(explanation, log, found, options.format, whole);
-  if (!whole) return kFailed;
-  return !explanation.polls.empty() && explanation.polls.back().good ? kGood : kFailed;
+  explainer.end();
+  progress.reset();
+  summary.write(log, found, options.format, whole);
+  return whole && summary.lastWasGood() ? kGood : kFailed;
 }
 
 }  // namespace

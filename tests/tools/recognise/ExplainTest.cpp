@@ -12,7 +12,6 @@ namespace recognise {
 namespace {
 
 using exchange::ExchangeCase;
-using exchange::Log;
 
 std::vector<ExchangeCase> allCases() {
   std::vector<ExchangeCase> cases;
@@ -40,8 +39,8 @@ TEST(ExplainLog, AgreesWithEveryRecordedOutcome) {
   for (const ExchangeCase& recorded : allCases()) {
     SCOPED_TRACE(recorded.name);
     const Explanation explanation = explainLog(recorded.log, *findScalesModel(recorded.model));
-    const auto heard = std::ranges::count(recorded.log.records, exchange::Record::Kind::Incoming,
-                                          &exchange::Record::kind);
+    const auto heard =
+        std::ranges::count(recorded.log, exchange::Record::Kind::Incoming, &exchange::Record::kind);
     // A scale that transmits by itself and was never heard leaves nothing to explain.
     if (explanation.polls.empty()) {
       EXPECT_EQ(heard, 0);

@@ -67,7 +67,7 @@ TEST(Explain, EndsOnCtrlCWithWhatItHas) {
   const ProgramRun run =
       weighUntil(SIGINT, {"explain", "--model", "13", folder.write("many.log", many)});
   EXPECT_EQ(run.exitCode, kScaleFailed);
-  EXPECT_THAT(run.out, HasSubstr("Ended early; this is of the whole log:\n"));
+  EXPECT_THAT(run.out, HasSubstr("Ended early; this is of what was read:\n"));
 }
 
 }  // namespace

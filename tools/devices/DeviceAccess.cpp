@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include "Text.h"
+
 namespace devices {
 
 namespace {
@@ -88,13 +90,17 @@ Lack Access::lackOf(const User& user) const {
 std::string Access::remedy(Lack lack, const std::filesystem::path& device, const User& user) const {
   switch (lack) {
     case Lack::Nothing: return {};
-    case Lack::Group: return "sudo usermod -aG " + group + ' ' + user.name;
-    case Lack::NewLogin: return "newgrp " + group;
-    case Lack::OwnBits: return "sudo chmod u+rw " + device.string();
-    case Lack::Rule:
-      return "echo 'KERNEL==\"" + device.filename().string() + "\", OWNER=\"" + user.name +
-             "\"' | sudo tee " + kRulesFile +
-             " && sudo udevadm control --reload && sudo udevadm trigger";
+    case Lack::Group:
+      return fmt::format("sudo usermod -aG {} {}", shellWord(group), shellWord(user.name));
+    case Lack::NewLogin: return "newgrp " + shellWord(group);
+    case Lack::OwnBits: return "sudo chmod u+rw " + shellWord(device.string());
+    case Lack::Rule: {
+      const std::string rule = fmt::format("KERNEL==\"{}\", OWNER=\"{}\"",
+                                           device.filename().string(), user.name);
+      return fmt::format(
+          "echo {} | sudo tee {} && sudo udevadm control --reload && sudo udevadm trigger",
+          shellWord(rule), kRulesFile);
+    }
   }
   return {};
 }

@@ -228,7 +228,10 @@ std::string headText(const LogModel& found, bool given) {
   std::string text = given            ? say("Model {0}", name)
                      : found.byFrames ? say("Model {0}, by its frames", name)
                                       : say("Model {0}, by its request; no good frame came", name);
-  if (!found.kin.empty()) text += say("; models {0} explain the log as well", joined(found.kin));
+  if (!found.kin.empty()) {
+    text += sayCount("; model {1} explains the log as well", "; models {1} explain the log as well",
+                     found.kin.size(), joined(found.kin));
+  }
   return text + '\n';
 }
 

@@ -116,13 +116,16 @@ std::vector<Finding> doubtsOf(const std::vector<Sighting>& sightings) {
   };
   add(recognise::kKin, "kin",
       sameWeights(sightings)
-          ? say("models {0} can't be told apart from it on this line, and read the same weight; it "
-                "comes first for the plainest line settings",
-                joined(best.kin))
-          : say("models {0} explain the same bytes as well; take the one whose weight is that on "
-                "the "
-                "display",
-                joined(best.kin)));
+          ? sayCount("model {1} can't be told apart from it on this line, and reads the same "
+                     "weight; it comes first for the plainest line settings",
+                     "models {1} can't be told apart from it on this line, and read the same "
+                     "weight; it comes first for the plainest line settings",
+                     best.kin.size(), joined(best.kin))
+          : sayCount("model {1} explains the same bytes as well; take the one whose weight is "
+                     "that on the display",
+                     "models {1} explain the same bytes as well; take the one whose weight is "
+                     "that on the display",
+                     best.kin.size(), joined(best.kin)));
   add(recognise::kFewChecks, "few_checks",
       say("the protocol checks so few bytes ({0} of {1}) that others would have passed too",
           best.checks.guarded, best.checks.size));

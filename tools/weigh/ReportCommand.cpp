@@ -134,18 +134,6 @@ Part endOf(const fs::path& file, std::uintmax_t most) {
   return part;
 }
 
-/// The last part of an exchange log, from the beginning of a record on.
-Part endOfLog(const fs::path& file) {
-  static constexpr std::string_view kRecordStart = "\r\n____";
-  Part part = endOf(file, kMostOfLog);
-  if (part.content.size() < part.whole) {
-    const std::size_t start = part.content.find(kRecordStart);
-    if (start != std::string::npos) part.content.erase(0, start);
-  }
-  part.name = "logs/" + part.name;
-  return part;
-}
-
 /// The exchange logs of a folder, the newest first.
 std::vector<fs::path> logsOf(const fs::path& folder) {
   std::vector<std::pair<fs::file_time_type, fs::path>> logs;
@@ -304,7 +292,8 @@ ExitCode pack(const Program& program, const ReportOptions& options) {
     if (++taken > kMostLogs) {
       leftOut.push_back(log.filename());
     } else {
-      parts.push_back(endOfLog(log));
+      parts.push_back(endOf(log, kMostOfLog));
+      parts.back().name.insert(0, "logs/");
     }
   }
 

@@ -60,6 +60,10 @@ TEST(Access, NamesWhatIsLackingAndTheRemedy) {
     EXPECT_EQ(access.lackOf(row.user), row.lack);
     EXPECT_THAT(access.remedy(row.lack, "/dev/ttyS0", row.user), HasSubstr(row.remedy));
   }
+  // Commands to copy hold any name.
+  EXPECT_EQ(Access{}.remedy(Lack::OwnBits, "/dev/my scale's", root),
+            "sudo chmod u+rw '/dev/my scale'\\''s'");
+  EXPECT_THAT(Access{}.remedy(Lack::Rule, "/dev/a'b", root), HasSubstr("KERNEL==\"a'\\''b\""));
 }
 
 TEST(Access, ReadsOwnerGroupAndBitsOfAFile) {

@@ -128,7 +128,7 @@ TEST(Find, StopsAtTheSpeedOfGoodAnswers) {
              "0.1", "--model", "8,13,17,21"});
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds{10});
   EXPECT_THAT(run.out, AllOf(HasSubstr("\n1     21     19200 8N1"),
-                             HasSubstr("models 17 can't be told apart from it")));
+                             HasSubstr("model 17 can't be told apart from it")));
 }
 
 /// An uncertain find goes on to the questions, until somebody has had enough.

@@ -5,6 +5,12 @@
 
 /// A scale that is polled by its protocol sheet. All that the protocols share stands here: the
 /// line settings at opening, the guard, the attempts, the commands and the ways out.
+///
+///     PolledScales scale(kSheetOfCAS);
+///     scale.SetComPort("/dev/ttyUSB0", 9600, nullptr);
+///     const int code = scale.getScalesInfo(&weight, &price, &cost, &stable);
+///
+/// The calls answer with a result code; the outputs hold what the sheet says, whatever the code.
 class PolledScales : public IScalesObject {
  public:
   /// `sheet` must outlive the object.

@@ -17,7 +17,7 @@ std::string nameOf(const ScaleModel& model) { return findScalesModel(model.numbe
 
 std::string yesOrNo(bool yes) { return yes ? say("yes") : say("no"); }
 
-std::string lineText(const sim::LineSettings& line) {
+std::string lineText(const sim::Framing& line) {
   const bool even = line.parity == sim::Parity::Even;
   return say("{0}: {1} data bits, {2}, stop bits: {3}; the speed as set in the component",
              line.text(), line.dataBits, even ? say("even parity") : say("no parity"),

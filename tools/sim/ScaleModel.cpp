@@ -41,7 +41,7 @@ ScaleModel asVariant(ScaleModel model, const Variant& variant) {
 
 }  // namespace
 
-std::string LineSettings::text() const {
+std::string Framing::text() const {
   return std::to_string(dataBits) + (parity == Parity::Even ? "E" : "N") + std::to_string(stopBits);
 }
 

@@ -15,8 +15,8 @@ namespace sim {
 
 enum class Parity { None, Even };
 
-/// How the serial line of a model is set; the speed is what the user sets on both sides.
-struct LineSettings {
+/// The form of a character on a model's serial line; the speed is what the user sets on both sides.
+struct Framing {
   int dataBits = 8;
   Parity parity = Parity::None;
   int stopBits = 1;
@@ -92,7 +92,7 @@ struct Variant {
 struct ScaleModel {
   /// As in the component's table of models, which holds the names.
   int number;
-  LineSettings line = {};
+  Framing line = {};
   /// A scale that has none for `Weigh` sends frame after frame without being asked.
   std::vector<Command> commands = {};
   Layout layout;

@@ -18,7 +18,7 @@ bool evenParityOf(std::uint8_t byte) { return std::popcount(byte) % 2 != 0; }
 /// The levels of the line, one for each bit of the sender; the line rests high.
 class Levels {
  public:
-  Levels(std::span<const std::uint8_t> bytes, const LineSettings& settings) {
+  Levels(std::span<const std::uint8_t> bytes, const Framing& settings) {
     for (const std::uint8_t byte : bytes) {
       levels_.push_back(false);
       for (int bit = 0; bit < settings.dataBits; ++bit) levels_.push_back((byte >> bit & 1) != 0);

@@ -9,7 +9,7 @@ namespace sim {
 /// How one end of a serial line is set.
 struct LineEnd {
   int bitsPerSecond = 0;
-  LineSettings settings = {};
+  Framing settings = {};
 };
 
 /// What a receiver makes of bytes without gaps between them: the bytes themselves where both ends

@@ -11,7 +11,7 @@
 namespace sim {
 namespace {
 
-constexpr LineSettings kEven = {.dataBits = 8, .parity = Parity::Even, .stopBits = 1};
+constexpr Framing kEven = {.dataBits = 8, .parity = Parity::Even, .stopBits = 1};
 
 TEST(SerialLine, GarblesBytesBetweenUnlikeEnds) {
   const struct {

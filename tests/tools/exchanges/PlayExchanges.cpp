@@ -2,7 +2,6 @@
 // against the outcome in the exchange's head.
 
 #include <algorithm>
-#include <map>
 #include <set>
 #include <thread>
 
@@ -13,7 +12,6 @@
 #include "Models.h"
 #include "ReplayLine.h"
 #include "SimulationLoop.h"
-#include "TempFolder.h"
 
 namespace {
 
@@ -107,34 +105,6 @@ std::string nameOf(const testing::TestParamInfo<fs::path>& test) {
 }
 INSTANTIATE_TEST_SUITE_P(File, RecordedExchange, testing::ValuesIn(exchange::caseFiles(EXCHANGES)),
                          nameOf);
-
-TEST(RecordedExchanges, WriteAnOutcomeAsTheyReadIt) {
-  for (const char* text : {"weight 1.25, stable", "weight -0.005, moving", "weight 0, stable",
-                           "weight 1.25, price 12.5, cost 15.63, moving", "error 3"}) {
-    EXPECT_EQ(exchange::outcomeFrom(text).text(), text);
-  }
-}
-
-TEST(RecordedExchanges, SayWhatIsWrongInAFile) {
-  const std::string head = "Model: 13\nLine: tcp\nSpecial: none\nReckoned: by hand\n";
-  const std::map<std::string, const char*> files = {
-      {"Model 13\n\n", "no name in \"Model 13\""},
-      {head + "\n", "the head has no Outcome"},
-      {head + "Outcome: weight one, stable\n\n", "no weight in \"weight one, stable\""},
-      {head + "Outcome: weight 1\n\n", "neither stable nor moving: \"weight 1\""},
-      {head + "Line: radio\nOutcome: error 3\n\n", "the line is serial or tcp, not \"radio\""},
-      {head + "Outcome: error 3\n\n", "no exchange log behind the head"},
-  };
-  const fixture::TempFolder folder;
-  for (const auto& [text, trouble] : files) {
-    try {
-      exchange::readCase(folder.write("case.log", text));
-      ADD_FAILURE() << text;
-    } catch (const std::runtime_error& error) {
-      EXPECT_EQ(error.what(), std::string("case.log: ") + trouble);
-    }
-  }
-}
 
 TEST(RecordedExchanges, CoverEveryModel) {
   std::set<int> models;

@@ -48,16 +48,6 @@ void expectNoDeed(const Models& models) {
   }
 }
 
-TEST(Questions, AreTheWeightRequestsOfTheSheetsAndNothingElse) {
-  for (const Question& question : questionsFor(allModels())) {
-    const bool isRequest = std::ranges::any_of(scalesModels(), [&](const ScalesModel& model) {
-      return model.sheet != nullptr && &model.sheet->request == question.request;
-    });
-    EXPECT_TRUE(isRequest);
-    EXPECT_EQ(std::ranges::count(allCommands(), question.bytes()), 0);
-  }
-}
-
 TEST(Questions, ReachEveryModelThatIsAsked) {
   Models reached;
   for (const Question& question : questionsFor(allModels())) {

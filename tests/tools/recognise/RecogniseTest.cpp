@@ -118,24 +118,5 @@ TEST(Recognise, TellsItsDoubts) {
   EXPECT_TRUE(recognise(Bytes(40, 0x55)).empty());
 }
 
-/// All bytes under a checksum are guarded, those of a bare row of digits aren't.
-TEST(Checks, AreOfTheSheet) {
-  const struct {
-    int model;
-    std::size_t guarded;
-    std::size_t used;
-  } rows[] = {
-      {18, 9, 9},
-      {28, 0, 18},
-      // Five fixed bytes, the start byte among them; the status and seven places of the weight.
-      {13, 5, 13},
-  };
-  for (const auto& row : rows) {
-    const Checks checks = checksOf(*findScalesModel(row.model)->sheet, frameOf(row.model, 1.25));
-    EXPECT_EQ(checks.guarded, row.guarded) << row.model;
-    EXPECT_EQ(checks.used, row.used) << row.model;
-  }
-}
-
 }  // namespace
 }  // namespace recognise

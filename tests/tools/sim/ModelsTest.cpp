@@ -69,13 +69,5 @@ TEST(Models, HaveNoCommandThatBeginsAnother) {
   }
 }
 
-TEST(Models, AreFoundByNumberAndName) {
-  for (const int absent : {-1, 5, 20, 42}) EXPECT_EQ(findScaleModel(absent), nullptr);
-  EXPECT_EQ(findScaleModel(13, "numbers"), nullptr);
-  ASSERT_NE(findScaleModel(30, "numbers"), nullptr);
-  EXPECT_EQ(findScaleModel(30, "numbers")->variant->name, "numbers");
-  EXPECT_EQ(findScaleModel(30)->variant, nullptr);
-}
-
 }  // namespace
 }  // namespace sim

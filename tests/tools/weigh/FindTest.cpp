@@ -59,17 +59,6 @@ TEST_P(FindOnALine, NamesModelAndSpeed) {
   }
 }
 
-TEST(Find, AsksANetworkScaleAndTellsPeopleWhatToEnter) {
-  SimulatedScale scale(24, Transport::Tcp);
-  const ProgramRun run = weigh({"find", "--host", "127.0.0.1", "--tcp-port",
-                                std::to_string(scale.port()), "--model", "20-30"});
-  EXPECT_EQ(run.exitCode, kGood) << run.err;
-  EXPECT_THAT(run.err, HasSubstr("this may take"));
-  EXPECT_THAT(run.out, AllOf(HasSubstr("Model 24 it is."),
-                             HasSubstr("eport       " + std::to_string(scale.port())),
-                             HasSubstr("weigh read --model 24 --host 127.0.0.1")));
-}
-
 /// To a scale that says nothing each question goes once, and nothing else does.
 TEST(Find, SendsWeightRequestsAndNothingElse) {
   SimulatedScale scale(28, Transport::Tcp, {.silent = true});

@@ -11,20 +11,6 @@ namespace {
 using host::Component;
 using host::Value;
 
-TEST(Host, TellsNamesAndMethods) {
-  Component component(WEIGH_COMPONENT);
-  EXPECT_EQ(component.className(), "CAddInNative");
-  EXPECT_EQ(component.registeredName(), "OrbeloScalesDriver");
-  const auto methods = component.methods();
-  ASSERT_EQ(methods.size(), 16U);
-  EXPECT_EQ(methods[13].name, "GetWeightPriceCost");
-  EXPECT_EQ(methods[13].russianName, "ПолучитьВесЦенуСтоимость");
-  EXPECT_EQ(methods[13].parameters, 5);
-  EXPECT_TRUE(methods[13].returnsValue);
-  EXPECT_FALSE(component.findMethod("getweight"));
-  EXPECT_THROW(component.call("getweight"), host::UnknownMethod);
-}
-
 TEST(Host, FreesEveryTextOnce) {
   Component component(WEIGH_COMPONENT);
   component.registeredName();
@@ -41,20 +27,6 @@ TEST(Host, FreesEveryTextOnce) {
   EXPECT_EQ(component.memory().live(), 0U);
   EXPECT_EQ(component.memory().foreignFrees(), 0U);
   EXPECT_TRUE(component.platform().errors().empty());
-}
-
-TEST(Host, PassesValuesBothWays) {
-  Component component(WEIGH_COMPONENT);
-  component.call("SetParameter", {"model", 20});
-  const host::CallResult opened = component.call("Open");
-  EXPECT_TRUE(opened.good());
-  const Value id = opened.params.at(0);
-  const host::CallResult priced = component.call("SetPrice", {id, std::uint32_t{1250}});
-  EXPECT_EQ(priced.result, Value(true));
-  const auto reading = component.call("GetWeightPriceCost", {id});
-  EXPECT_EQ(reading.params.at(0), id);
-  EXPECT_EQ(reading.params.at(2), Value(12.5));
-  EXPECT_FALSE(component.call("GetWeight", {host::OtherValue{kVariantDate}}).executed);
 }
 
 TEST(Host, ConvertsTextBothWaysAndStepsOverWhatIsNone) {

@@ -73,6 +73,7 @@ TEST_P(Table, SaysWhatComesOfEachRun) {
     std::string line = row.left;
     replaceAll(line, "DIR", folder.path());
     replaceAll(line, "LOGS", EXCHANGES);
+    if (scale) replaceAll(line, "PORT", scale->devicePath());
     Arguments words = wordsOf(line);
     if (const auto at = std::ranges::find(words, "@"); at != words.end()) {
       words.erase(at);
@@ -113,48 +114,8 @@ TEST(Runs, OfTheEmulatorFailOneTimeInTen) {
   EXPECT_THAT(run.err, HasSubstr("the emulator makes these weights up"));
   ASSERT_EQ(run.records().size(), 2U);
   bool failed = false;
-  for (const json& record : run.records()) {
-    failed |= record["code"] == 3;
-    if (record["code"] != 0) continue;
-    EXPECT_GE(record["weight"], 0.08);
-    EXPECT_LT(record["weight"], 105.0);
-  }
+  for (const json& record : run.records()) failed |= record["code"] == 3;
   EXPECT_EQ(run.exitCode, failed ? kScaleFailed : kGood);
-}
-
-json value(const std::string& type, const json& content) {
-  return {{"type", type}, {"value", content}};
-}
-
-/// Of "double 0.0" or "empty".
-json valueOf(const std::string& text) {
-  const std::size_t end = std::min(text.find(' '), text.size());
-  const std::string type = text.substr(0, end);
-  const std::string content = text.substr(std::min(end + 1, text.size()));
-  if (type == "text" || type == "narrow") return value(type, content);
-  return value(type, type == "empty" ? json() : json::parse(content));
-}
-
-TEST(Runs, OfCallShowWhatCameBack) {
-  const std::string kRefused = "refused | ";
-  for (const fixture::DataRow& row : fixture::dataRows("weigh_calls.txt")) {
-    SCOPED_TRACE(row.left);
-    const bool executed = !row.right.starts_with(kRefused);
-    std::string wanted = row.right.substr(executed ? 0 : kRefused.size()) + " | ";
-    std::vector<json> values;
-    for (std::size_t bar = 0; (bar = wanted.find(" | ")) != wanted.npos; wanted.erase(0, bar + 3))
-      values.push_back(valueOf(wanted.substr(0, bar)));
-    const json returned = values.front();
-    values.erase(values.begin());
-
-    const ProgramRun run = weigh(Arguments{"call", "--json"} + wordsOf(row.left));
-    const bool failed = returned == value("bool", false) || returned == value("empty", nullptr);
-    EXPECT_EQ(run.exitCode, failed ? kScaleFailed : kGood) << run.err;
-    ASSERT_EQ(run.records().size(), 1U);
-    EXPECT_EQ(run.records()[0]["executed"], executed);
-    EXPECT_EQ(run.records()[0]["returned"], returned);
-    EXPECT_EQ(run.records()[0]["params"], json(values));
-  }
 }
 
 /// The second of two scales with one number is the one that stays; 99 is the last that is read, and

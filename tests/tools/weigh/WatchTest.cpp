@@ -84,24 +84,6 @@ TEST(Watch, CountsAScaleThatComesBack) {
   EXPECT_EQ(last["polls_good"].get<int>() + last["polls_failed"].get<int>(), 12);
 }
 
-TEST_F(WatchFolder, TellsOfEveryScale) {
-  const Arguments watch = {"watch", folder_.path(), "--count", "2", "--interval", "0"};
-  const ProgramRun json = weigh(watch + Arguments{"--json"});
-  EXPECT_EQ(json.exitCode, kScaleFailed) << "scale 8 never gave a weight";
-  const auto records = json.records();
-  ASSERT_EQ(records.size(), 4U);
-  EXPECT_EQ(records[2]["id"], "7");
-  EXPECT_EQ(records[2]["weight"], 1.25);
-  EXPECT_EQ(records[2]["polls_good"], 2);
-  EXPECT_GE(records[2]["poll_p99_ms"], records[2]["poll_median_ms"]);
-  EXPECT_EQ(records[3]["id"], "8");
-  EXPECT_EQ(records[3]["port"], "127.0.0.1:1");
-  EXPECT_EQ(records[3]["code"], 1);
-  EXPECT_THAT(json.err, AllOf(HasSubstr(": 2 readings, 2 good, 0 failed"),
-                              HasSubstr("8 127.0.0.1:1: 2 readings, 0 good, 2 failed"),
-                              HasSubstr("(scales 8)")));
-}
-
 TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {
   const std::string watch = "stty cols 60 rows 12; " WEIGH_PROGRAM " watch " + folder_.path() +
                             " --lang en --count 2 --interval 3";

@@ -80,10 +80,4 @@ TEST(Access, ReadsOwnerGroupAndBitsOfAFile) {
   EXPECT_FALSE(devices::mayUse(folder.file("none")));
 }
 
-TEST(Access, KnowsTheGroupsOfThisSession) {
-  const User user = devices::currentUser();
-  EXPECT_EQ(user.id, ::geteuid());
-  EXPECT_THAT(user.groups, testing::Contains(::getegid()));
-}
-
 }  // namespace

@@ -8,102 +8,71 @@
 
 namespace {
 
-using testing::HasSubstr;
-
-class ConsoleTest : public testing::Test {
- protected:
-  void SetUp() override { useLanguage(Language::English); }
-
-  sim::ScaleLine& add(int model) {
-    const sim::ScaleModel& found = *sim::findScaleModel(model);
-    lines_.push_back(
-        std::make_unique<sim::ScaleLine>(sim::Scale(found), std::make_unique<sim::TcpEndpoint>()));
-    return *lines_.back();
-  }
-  /// What the console answers to `input`.
-  std::string after(const std::string& input, bool echo = false) {
+/// Scales with a console that writes what it says of them.
+class Desk {
+ public:
+  explicit Desk(const std::vector<int>& models, bool echo = false) {
+    useLanguage(Language::English);
     std::vector<sim::ScaleLine*> lines;
-    for (const auto& line : lines_) lines.push_back(line.get());
-    std::ostringstream out;
-    Console console(lines, out, echo);
-    console.feed(input);
-    quit_ = console.quit();
-    return out.str();
+    for (const int model : models) {
+      lines_.push_back(std::make_unique<sim::ScaleLine>(sim::Scale(*sim::findScaleModel(model)),
+                                                        std::make_unique<sim::TcpEndpoint>()));
+      lines.push_back(lines_.back().get());
+    }
+    console = std::make_unique<Console>(lines, out, echo);
   }
 
+  std::ostringstream out;
+  std::unique_ptr<Console> console;
+
+ private:
   std::vector<std::unique_ptr<sim::ScaleLine>> lines_;
-  bool quit_ = false;
 };
 
-TEST_F(ConsoleTest, ChangesWhatTheScaleShows) {
-  sim::ScaleLine& line = add(14);
-  const sim::ScaleState& state = line.scale().state();
-  EXPECT_EQ(after("2.5\nprice 3,75\nunstable\noverload\ndecimals 2\n"), "");
-  EXPECT_DOUBLE_EQ(state.weight, 2.5);
-  EXPECT_DOUBLE_EQ(state.price, 3.75);
-  EXPECT_FALSE(state.stable);
-  EXPECT_TRUE(state.overload);
-  EXPECT_EQ(state.decimals, 2);
-  after("stable\nnormal\n tare \r\n-0.5\n");
-  EXPECT_TRUE(state.stable);
-  EXPECT_FALSE(state.overload);
-  EXPECT_THAT(after("show\n"), HasSubstr("14: -3.00 kg, stable, price 3.75, cost 0.00, tare 2.50"));
-  EXPECT_THAT(after("zero\n", true), HasSubstr("14: 0.00 kg"));
+TEST(Console, DoesWhatItIsToldAndSaysWhatItCannot) {
+  const struct {
+    std::vector<int> models;
+    const char* input;
+    const char* said;
+  } rows[] = {
+      {{14}, "2.5\nprice 3,75\nshow\n", "14: 2.500 kg, stable, price 3.75, cost 9.38\n"},
+      {{14}, "decimals 2\nunstable\nshow\n", "14: 1.25 kg, moving, price 12.50, cost 15.63\n"},
+      {{14}, "unstable\nstable\nshow\n", "14: 1.250 kg, stable, price 12.50, cost 15.63\n"},
+      {{13}, "overload\nshow\nnormal\nshow\n", "13: 1.250 kg, overload\n13: 1.250 kg, stable\n"},
+      {{13}, "silent\naway\nshow\n", "13: 1.250 kg, stable, silent, away\n"},
+      {{13}, "silent\naway\nspeak\nback\nshow\n", "13: 1.250 kg, stable\n"},
+      {{14},
+       " tare \r\n-0.5\nshow\n",
+       "-1.750 kg, stable, price 12.50, cost 0.00, tare 1.250 kg\n"},
+      {{13}, "price 5\nshow\n", "model 13 doesn't know 'price'\n13: 1.250 kg, stable\n"},
+      {{13}, "heavy\nshow\n", "'heavy' is no weight and no command"},
+      {{13}, "weight much\n", "weight wants a number"},
+      {{13}, "1000\nshow\n", "can't show 1000.000 kg; with 3 decimals it shows"},
+      {{13}, "28: 1\n", "no scale of model 28"},
+      {{13}, "help\n", "quit"},
+      {{13, 28},
+       "13: 2\nprice 7\nunstable\nshow\n",
+       "13: 2.000 kg, moving\n28: 1.250 kg, stable, price 7.00, cost 8.75\n"},
+  };
+  for (const auto& [models, input, said] : rows) {
+    Desk desk(models);
+    desk.console->feed(input);
+    EXPECT_THAT(desk.out.str(), testing::HasSubstr(said)) << input;
+    EXPECT_FALSE(desk.console->quit());
+  }
 }
 
-TEST_F(ConsoleTest, ChangesTheLine) {
-  sim::ScaleLine& line = add(13);
-  after("silent\naway\n");
-  EXPECT_TRUE(line.faults().silent);
-  EXPECT_TRUE(line.endpoint().isAway());
-  after("speak\nback\n");
-  EXPECT_FALSE(line.faults().silent);
-  EXPECT_FALSE(line.endpoint().isAway());
-}
-
-TEST_F(ConsoleTest, SaysWhatItCantDoAndChangesNothing) {
-  const sim::ScaleState& state = add(13).scale().state();
-  EXPECT_THAT(after("price 5\n"), HasSubstr("model 13 doesn't know 'price'"));
-  EXPECT_THAT(after("heavy\n"), HasSubstr("'heavy' is no weight and no command"));
-  EXPECT_THAT(after("weight much\n"), HasSubstr("weight wants a number"));
-  EXPECT_THAT(after("1000\n"), HasSubstr("can't show 1000.000 kg"));
-  EXPECT_THAT(after("28: 1\n"), HasSubstr("no scale of model 28"));
-  EXPECT_DOUBLE_EQ(state.weight, 1.25);
-}
-
-TEST_F(ConsoleTest, TakesInputInPiecesAndTheLastLineWithoutAnEnd) {
-  const sim::ScaleState& state = add(13).scale().state();
-  std::vector<sim::ScaleLine*> lines = {lines_.front().get()};
-  std::ostringstream out;
-  Console console(lines, out, false);
-  console.feed("2.");
-  console.feed("75\n\n3");
-  EXPECT_DOUBLE_EQ(state.weight, 2.75);
-  console.end();
-  EXPECT_DOUBLE_EQ(state.weight, 3.0);
-  console.feed(std::string(100'000, 'x'));
-  console.feed("\n4\nquit\n5\n");
-  EXPECT_DOUBLE_EQ(state.weight, 4.0);
-  EXPECT_TRUE(console.quit());
-}
-
-TEST_F(ConsoleTest, SpeaksToOneModelOrToAllThatKnow) {
-  const sim::ScaleState& cas = add(13).scale().state();
-  const sim::ScaleState& uns = add(28).scale().state();
-  EXPECT_EQ(after("13: 2\nprice 7\nunstable\n"), "");
-  EXPECT_DOUBLE_EQ(cas.weight, 2.0);
-  EXPECT_DOUBLE_EQ(uns.weight, 1.25);
-  EXPECT_DOUBLE_EQ(uns.price, 7.0);
-  EXPECT_FALSE(cas.stable);
-  EXPECT_TRUE(uns.stable);
-}
-
-TEST_F(ConsoleTest, HelpsAndQuits) {
-  add(13);
-  EXPECT_THAT(after("help\n"), HasSubstr("quit"));
-  EXPECT_FALSE(quit_);
-  after("quit\n");
-  EXPECT_TRUE(quit_);
+TEST(Console, TakesInputInPiecesAndTheLastLineWithoutAnEnd) {
+  Desk desk({13}, true);
+  desk.console->feed("2.");
+  desk.console->feed("75\n\n3");
+  desk.console->end();
+  EXPECT_EQ(desk.out.str(), "13: 2.750 kg, stable\n13: 3.000 kg, stable\n");
+  desk.out.str({});
+  desk.console->feed(std::string(100'000, 'x'));
+  desk.console->feed("\n4\nquit\n5\n");
+  EXPECT_THAT(desk.out.str(), testing::EndsWith("13: 4.000 kg, stable\n"));
+  EXPECT_TRUE(desk.console->quit());
 }
 
 }  // namespace

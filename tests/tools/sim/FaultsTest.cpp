@@ -7,8 +7,6 @@
 namespace sim {
 namespace {
 
-using std::chrono::milliseconds;
-
 const ScaleModel& cas() { return *findScaleModel(13); }
 Bytes goodFrame() { return cas().frame(cas().usualState()); }
 
@@ -56,16 +54,6 @@ TEST(Faults, GarbageOpensNoFrameOfAnyModel) {
       EXPECT_EQ(std::count(sent.begin(), sent.end(), model.frame(state).front()), 0)
           << model.number;
     }
-  }
-}
-
-TEST(Faults, DribbleSendsByteByByteWithAPauseBeforeEach) {
-  Misbehaviour dribble({.cut = 3, .dribble = milliseconds{7}});
-  const auto pieces = dribble.transmit(cas(), goodFrame()).pieces;
-  ASSERT_EQ(pieces.size(), 3U);
-  for (const auto& piece : pieces) {
-    EXPECT_EQ(piece.bytes.size(), 1U);
-    EXPECT_EQ(piece.pause, milliseconds{7});
   }
 }
 

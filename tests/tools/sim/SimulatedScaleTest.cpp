@@ -28,20 +28,6 @@ INSTANTIATE_TEST_SUITE_P(OnBothLines, SimulatedScales,
                            return tested.param == Transport::Pty ? "pty" : "tcp";
                          });
 
-TEST_P(SimulatedScales, AnswerWithTheWeightOfTheMoment) {
-  SimulatedScale scale(13, GetParam());
-  const Host host = hostOf(scale);
-  for (const double weight : {1.25, -0.5, 0.0}) {
-    scale.setWeight(weight);
-    host.say(kCasRequest);
-    EXPECT_EQ(host.hear(kCasLength), scale.frame());
-    EXPECT_DOUBLE_EQ(scale.expectedReading().weight, weight);
-  }
-  EXPECT_EQ(scale.count(Action::Weigh), 3);
-  EXPECT_EQ(scale.received().size(), 3 * kCasRequest.size());
-  EXPECT_EQ(scale.sent().size(), 3 * kCasLength);
-}
-
 TEST(SimulatedScaleOverTcp, LeavesGapsThatEndADrain) {
   constexpr milliseconds kIdleLimit{100};
   SimulatedScale scale(33, Transport::Tcp);
@@ -98,15 +84,6 @@ TEST_P(SimulatedScales, VanishAndComeBackOnDemand) {
   ASSERT_TRUE(host.open());
   host.say(kCasRequest);
   EXPECT_EQ(host.hear(kCasLength), scale.frame());
-}
-
-TEST_P(SimulatedScales, ServeTheNextHostWhenOneLeaves) {
-  SimulatedScale scale(13, GetParam());
-  for (int i = 0; i < 3; ++i) {
-    const Host host = hostOf(scale);
-    host.say(kCasRequest);
-    EXPECT_EQ(host.hear(kCasLength).size(), kCasLength);
-  }
 }
 
 TEST(SimulatedScaleOnPty, IsARawLineWithoutEcho) {

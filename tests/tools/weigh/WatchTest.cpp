@@ -18,20 +18,6 @@ using sim::Transport;
 using testing::AllOf;
 using testing::ContainsRegex;
 using testing::HasSubstr;
-using testing::StartsWith;
-
-/// A component folder with a scale on a serial line and one on TCP that nobody listens for.
-class WatchFolder : public testing::Test {
- protected:
-  WatchFolder() {
-    scale_.setWeight(1.25);
-    folder_.write("settings.xml", "<S>" + serialEntry(0, 7, 13, scale_.devicePath()) +
-                                      networkEntry(1, 8, 14, 1) + "</S>");
-  }
-
-  SimulatedScale scale_{13, Transport::Pty};
-  fixture::TempFolder folder_;
-};
 
 TEST(Watch, EndsWellOnCtrlC) {
   SimulatedScale scale(13, Transport::Tcp);
@@ -84,8 +70,12 @@ TEST(Watch, CountsAScaleThatComesBack) {
   EXPECT_EQ(last["polls_good"].get<int>() + last["polls_failed"].get<int>(), 12);
 }
 
-TEST_F(WatchFolder, ShowsATableInPlaceOnATerminal) {
-  const std::string watch = "stty cols 60 rows 12; " WEIGH_PROGRAM " watch " + folder_.path() +
+TEST(Watch, ShowsATableInPlaceOnATerminal) {
+  SimulatedScale scale(13, Transport::Pty);
+  const fixture::TempFolder folder;
+  folder.write("settings.xml", "<S>" + serialEntry(0, 7, 13, scale.devicePath()) +
+                                   networkEntry(1, 8, 14, 1) + "</S>");
+  const std::string watch = "stty cols 60 rows 12; " WEIGH_PROGRAM " watch " + folder.path() +
                             " --lang en --count 2 --interval 3";
   fixture::Program terminal({"script", "-qefc", watch, "/dev/null"},
                             fixture::Program::Errors::Apart);

@@ -25,6 +25,7 @@ class Program {
 
   void say(const std::string& text) const;
   void closeInput() { input_.reset(); }
+  pid_t pid() const { return pid_; }
   void signal(int number) const;
 
   /// Waits for a line of its output, and gives it without the line end.

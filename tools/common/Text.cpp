@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Output.h"
+
 namespace {
 
 bool beginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80; }
@@ -31,6 +33,15 @@ std::string shellWord(const std::string& word) {
   static constexpr std::string_view kPlain =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=:,./@%";
   if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos) return word;
+  if (visible(word) != word || word.find_first_of("\n\t") != std::string::npos) {
+    // Spelt out as bash and zsh read it: as it is, it would be no word to copy from a terminal.
+    std::string spelt;
+    for (const char c : word) {
+      if (c == '\'' || c == '\\') spelt += '\\';
+      spelt += c == '\n' ? "\\n" : c == '\t' ? "\\t" : std::string(1, c);
+    }
+    return "$'" + visible(spelt) + "'";
+  }
   std::string quoted = "'";
   for (const char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return quoted + "'";

@@ -95,8 +95,9 @@ std::string Access::remedy(Lack lack, const std::filesystem::path& device, const
     case Lack::NewLogin: return "newgrp " + shellWord(group);
     case Lack::OwnBits: return "sudo chmod u+rw " + shellWord(device.string());
     case Lack::Rule: {
-      const std::string rule = fmt::format("KERNEL==\"{}\", OWNER=\"{}\"",
-                                           device.filename().string(), user.name);
+      // By the kernel's own name: a link to the device has another.
+      const std::string name = std::filesystem::weakly_canonical(device).filename();
+      const std::string rule = fmt::format("KERNEL==\"{}\", OWNER=\"{}\"", name, user.name);
       return fmt::format(
           "echo {} | sudo tee {} && sudo udevadm control --reload && sudo udevadm trigger",
           shellWord(rule), kRulesFile);

@@ -59,11 +59,10 @@ TEST(Output, ShowsNothingThatSteersATerminal) {
 }
 
 TEST(Text, QuotesForTheShellWhatTheShellWouldTake) {
-  const std::pair<const char*, const char*> cases[] = {{"/dev/ttyUSB0", "/dev/ttyUSB0"},
-                                                       {"", "''"},
-                                                       {"a b", "'a b'"},
-                                                       {"a'$(b)", "'a'\\''$(b)'"},
-                                                       {"~x", "'~x'"}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"/dev/ttyUSB0", "/dev/ttyUSB0"}, {"", "''"},     {"a b", "'a b'"},
+      {"a'$(b)", "'a'\\''$(b)'"},       {"~x", "'~x'"}, {"a\x1B[0m'\\\n", "$'a\\x1B[0m\\'\\\\\\n'"},
+      {"\xE2\x82", "$'\\xE2\\x82'"}};
   for (const auto& [word, quoted] : cases) EXPECT_EQ(shellWord(word), quoted);
 }
 

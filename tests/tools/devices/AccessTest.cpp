@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -76,6 +78,10 @@ TEST(Access, ReadsOwnerGroupAndBitsOfAFile) {
   EXPECT_EQ(access->ownerId, ::geteuid());
   EXPECT_EQ(access->owner, devices::currentUser().name);
   EXPECT_TRUE(devices::mayUse(file));
+  const std::string link = folder.file("link");
+  std::filesystem::create_symlink(file, link);
+  EXPECT_THAT(access->remedy(Lack::Rule, link, devices::currentUser()),
+              HasSubstr("KERNEL==\"device\""));
   EXPECT_FALSE(devices::accessOf(folder.file("none")));
   EXPECT_FALSE(devices::mayUse(folder.file("none")));
 }

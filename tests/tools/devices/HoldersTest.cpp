@@ -8,21 +8,23 @@
 #include <gtest/gtest.h>
 
 #include "Holders.h"
+#include "Program.h"
 #include "PtyLine.h"
-#include "Sleeper.h"
 
 namespace {
 
 TEST(Holders, NamesOtherProcessesOnly) {
   fixture::PtyLine line;
   EXPECT_TRUE(devices::holdersOf(line.path()).processes.empty()) << "this process holds it too";
-  const fixture::Sleeper sleeper(line.path());
+  fixture::Program holder({"sh", "-c", "exec 3<>\"$0\"; echo; read x", line.path()},
+                          fixture::Program::Errors::Apart);
+  holder.line();
   // Also by another path to the same device.
   for (const std::string& path : {line.path(), std::filesystem::canonical(line.path()).string()}) {
     const auto holders = devices::holdersOf(path).processes;
     ASSERT_EQ(holders.size(), 1U) << path;
-    EXPECT_EQ(holders[0].pid, sleeper.pid());
-    EXPECT_EQ(holders[0].name, "sleep");
+    EXPECT_EQ(holders[0].pid, holder.pid());
+    EXPECT_EQ(holders[0].name, "sh");
   }
   EXPECT_TRUE(devices::holdersOf("/dev/no-such-scale").processes.empty());
 }

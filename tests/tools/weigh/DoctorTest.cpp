@@ -15,10 +15,10 @@
 #include <gtest/gtest.h>
 
 #include "Descriptor.h"
+#include "Program.h"
 #include "PtyLine.h"
 #include "Run.h"
 #include "SerialLine.h"
-#include "Sleeper.h"
 #include "TcpPeer.h"
 #include "TempFolder.h"
 
@@ -108,11 +108,12 @@ TEST(DoctorOfADevice, NamesOwnerGroupAndTheCommandThatMendsDeniedRights) {
 
 TEST(DoctorOfADevice, NamesTheProgramThatHoldsIt) {
   PtyLine line;
-  const fixture::Sleeper sleeper(line.path());
+  fixture::Program holder({"sh", "-c", "exec 3<>\"$0\"; echo; read x", line.path()},
+                          fixture::Program::Errors::Apart);
+  holder.line();
   const json diagnosis = diagnose(serial(13, line.path()));
   EXPECT_EQ(diagnosis["verdict"], "held");
-  EXPECT_THAT(diagnosis["cause"],
-              HasSubstr("sleep (process " + std::to_string(sleeper.pid()) + ")"));
+  EXPECT_THAT(diagnosis["cause"], HasSubstr("sh (process " + std::to_string(holder.pid()) + ")"));
 }
 
 TEST(DoctorOfADevice, KnowsAHiddenHolderByTheSystemsRefusal) {

@@ -75,17 +75,6 @@ TEST_P(SimulatedScales, HangUpAfterAFrameAndComeBackUnderTheSameAddress) {
   EXPECT_EQ(again.hear(kCasLength), scale.frame());
 }
 
-TEST_P(SimulatedScales, VanishAndComeBackOnDemand) {
-  SimulatedScale scale(13, GetParam());
-  scale.goAway();
-  EXPECT_FALSE(hostOf(scale).open());
-  scale.comeBack();
-  const Host host = hostOf(scale);
-  ASSERT_TRUE(host.open());
-  host.say(kCasRequest);
-  EXPECT_EQ(host.hear(kCasLength), scale.frame());
-}
-
 TEST(SimulatedScaleOnPty, IsARawLineWithoutEcho) {
   SimulatedScale scale(8, Transport::Pty, {.silent = true});
   const Host host(scale.devicePath());

@@ -24,14 +24,7 @@ using testing::StartsWith;
 
 /// Runs weigh in a shell, with its output where `tail` says.
 ProgramRun inShell(const std::string& arguments, const std::string& tail) {
-  fixture::Program shell({"sh", "-c", WEIGH_PROGRAM " --lang en " + arguments + " " + tail},
-                         fixture::Program::Errors::Apart);
-  shell.closeInput();
-  ProgramRun run{};
-  run.out = shell.rest();
-  run.exitCode = shell.end();
-  run.err = shell.errors();
-  return run;
+  return runOf({"sh", "-c", WEIGH_PROGRAM " --lang en " + arguments + " " + tail});
 }
 
 TEST(Endings, AFullDiskIsAFailure) {

@@ -3,12 +3,11 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "DataFile.h"
 #include "Run.h"
 #include "TempFolder.h"
 
@@ -19,9 +18,7 @@ using sim::SimulatedScale;
 using sim::Transport;
 using testing::HasSubstr;
 
-std::string recorded(const std::string& name) {
-  return std::string(EXCHANGES) + "/" + name + ".log";
-}
+const char* const kRecorded = "exchanges/13-serial-load.log";
 
 TEST(Explain, NamesCommandsAndAPortThatFails) {
   SimulatedScale scale(8, Transport::Pty);
@@ -47,10 +44,7 @@ TEST(Explain, NamesCommandsAndAPortThatFails) {
 
 TEST(Explain, TakesALogThatWasCutOrMailed) {
   const fixture::TempFolder folder;
-  std::ifstream stream(recorded("13-serial-load"), std::ios::binary);
-  std::ostringstream content;
-  content << stream.rdbuf();
-  std::string mailed = content.str();
+  std::string mailed = fixture::dataFile(kRecorded);
   std::erase(mailed, '\r');
   EXPECT_EQ(weigh({"explain", folder.write("mailed.log", mailed)}).exitCode, kGood);
   const std::string cut = mailed.substr(0, mailed.rfind("00001: 53 54 4F") + 15);
@@ -58,11 +52,9 @@ TEST(Explain, TakesALogThatWasCutOrMailed) {
 }
 
 TEST(Explain, EndsOnCtrlCWithWhatItHas) {
-  std::ifstream stream(recorded("13-serial-load"), std::ios::binary);
-  std::ostringstream content;
-  content << stream.rdbuf();
+  const std::string content = fixture::dataFile(kRecorded);
   std::string many;
-  for (int i = 0; i < 1000; ++i) many += content.str();
+  for (int i = 0; i < 1000; ++i) many += content;
   const fixture::TempFolder folder;
   const ProgramRun run =
       weighUntil(SIGINT, {"explain", "--model", "13", folder.write("many.log", many)});

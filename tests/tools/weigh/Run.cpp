@@ -6,9 +6,10 @@
 
 namespace {
 
-ProgramRun run(const Arguments& arguments, int signal) {
-  fixture::Program program(Arguments{WEIGH_PROGRAM, "--lang", "en"} + arguments,
-                           fixture::Program::Errors::Apart);
+const Arguments kWeigh = {WEIGH_PROGRAM, "--lang", "en"};
+
+ProgramRun run(const Arguments& commandLine, int signal) {
+  fixture::Program program(commandLine, fixture::Program::Errors::Apart);
   program.closeInput();
   ProgramRun result{};
   if (signal != 0) {
@@ -36,9 +37,13 @@ std::vector<nlohmann::json> ProgramRun::records() const {
   return records;
 }
 
-ProgramRun weigh(const Arguments& arguments) { return run(arguments, 0); }
+ProgramRun weigh(const Arguments& arguments) { return run(kWeigh + arguments, 0); }
 
-ProgramRun weighUntil(int signal, const Arguments& arguments) { return run(arguments, signal); }
+ProgramRun runOf(const Arguments& commandLine) { return run(commandLine, 0); }
+
+ProgramRun weighUntil(int signal, const Arguments& arguments) {
+  return run(kWeigh + arguments, signal);
+}
 
 Arguments wordsOf(const std::string& text) {
   std::istringstream stream(text);

@@ -26,6 +26,8 @@ using Arguments = std::vector<std::string>;
 
 /// Runs weigh in English, unless the arguments say otherwise, and waits for its end.
 ProgramRun weigh(const Arguments& arguments);
+/// The same of any program.
+ProgramRun runOf(const Arguments& commandLine);
 /// Sends it a signal as soon as it has written a line.
 ProgramRun weighUntil(int signal, const Arguments& arguments);
 

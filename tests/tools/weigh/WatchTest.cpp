@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "HexBytes.h"
-#include "Program.h"
 #include "PtyLine.h"
 #include "Run.h"
 #include "TempFolder.h"
@@ -77,10 +76,7 @@ TEST(Watch, ShowsATableInPlaceOnATerminal) {
                                    networkEntry(1, 8, 14, 1) + "</S>");
   const std::string watch = "stty cols 60 rows 12; " WEIGH_PROGRAM " watch " + folder.path() +
                             " --lang en --count 2 --interval 3";
-  fixture::Program terminal({"script", "-qefc", watch, "/dev/null"},
-                            fixture::Program::Errors::Apart);
-  terminal.closeInput();
-  const std::string shown = terminal.rest();
+  const std::string shown = runOf({"script", "-qefc", watch, "/dev/null"}).out;
   EXPECT_THAT(shown, AllOf(HasSubstr("SCALE"), HasSubstr("1.250 kg"), HasSubstr("no connection"),
                            HasSubstr("\x1B[K"), HasSubstr("Ctrl-C ends")));
   // Up over what was drawn, which begins with the headings again.

@@ -1,7 +1,6 @@
 // Every recorded exchange has to be explained as it ended, and recognised as the model's it is.
 
 #include <algorithm>
-#include <cmath>
 
 #include <gtest/gtest.h>
 

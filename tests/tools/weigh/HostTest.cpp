@@ -1,6 +1,5 @@
-// The host library: what it says of a loaded component, and that nothing stays behind.
+// The host library: nothing of a component that it loads stays behind, and texts pass whole.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Component.h"
@@ -9,7 +8,6 @@
 namespace {
 
 using host::Component;
-using host::Value;
 
 TEST(Host, FreesEveryTextOnce) {
   Component component(WEIGH_COMPONENT);

@@ -154,6 +154,7 @@ TEST(CkMultiByteBase, SavesTheLogAsXml) {
   const std::string content = folder.read("log.xml");
   EXPECT_THAT(content, StartsWith("<KestrumLog>\r\n  <Work>\r\n"));
   EXPECT_THAT(content, testing::EndsWith("</KestrumLog>\r\n"));
+  EXPECT_EQ(content.rfind("<KestrumLog>"), 0U) << "the second takes the place of the first";
 }
 
 }  // namespace

@@ -101,6 +101,8 @@ TEST_F(FileType, TellsWhy) {
   EXPECT_THAT(log, HasSubstr("File not found using utf-8 filepath"));
   type(folder_.write("file", "x") + "/");
   EXPECT_THAT(files_.lastErrorText(), HasSubstr("Unable to open the file for read-only"));
+  struct stat info = {};
+  EXPECT_EQ(Psdk::ck_stat(nullptr, &info), -1);
 }
 
 }  // namespace

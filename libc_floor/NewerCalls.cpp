@@ -94,20 +94,22 @@ ORBELO_HIDDEN std::uint32_t arc4random() noexcept {
 // they are found without the walk over all objects, which takes the loader's lock.
 extern const ElfW(Ehdr) __ehdr_start [[gnu::visibility("hidden")]];
 namespace {
-using Headers = std::span<const ElfW(Phdr)>;
+using Address = ElfW(Addr);
+using Header = ElfW(Phdr);
+using Headers = std::span<const Header>;
 
 /// Where the object's addresses count from: its first segment begins with the file's header.
-ElfW(Addr) ownBase(Headers headers) {
-  const auto first = std::ranges::find(headers, unsigned{PT_LOAD}, &ElfW(Phdr)::p_type);
-  return reinterpret_cast<ElfW(Addr)>(&__ehdr_start) - first->p_vaddr;
+Address ownBase(Headers headers) {
+  const auto first = std::ranges::find(headers, unsigned{PT_LOAD}, &Header::p_type);
+  return reinterpret_cast<Address>(&__ehdr_start) - first->p_vaddr;
 }
 
 /// Whether the object holds the address; it is described in `found`, if so.
-bool findIn(ElfW(Addr) base, Headers headers, ElfW(Addr) address, dl_find_object& found) {
+bool findIn(Address base, Headers headers, Address address, dl_find_object& found) {
   found = {};
   bool holds = false;
-  for (const ElfW(Phdr) & header : headers) {
-    const ElfW(Addr) begin = base + header.p_vaddr;
+  for (const Header& header : headers) {
+    const Address begin = base + header.p_vaddr;
     if (header.p_type == PT_GNU_EH_FRAME) {
       found.dlfo_eh_frame = reinterpret_cast<void*>(begin);
     } else if (header.p_type == PT_LOAD && address - begin < header.p_memsz) {
@@ -121,16 +123,16 @@ bool findIn(ElfW(Addr) base, Headers headers, ElfW(Addr) address, dl_find_object
 }  // namespace
 ORBELO_HIDDEN int _dl_find_object(void* address, dl_find_object* found) noexcept {
   struct Search {
-    ElfW(Addr) address;
+    Address address;
     dl_find_object& found;
-  } search{reinterpret_cast<ElfW(Addr)>(address), *found};
+  } search{reinterpret_cast<Address>(address), *found};
   const auto look = [](dl_phdr_info* object, size_t, void* data) {
     const auto& [wanted, result] = *static_cast<Search*>(data);
     const Headers headers(object->dlpi_phdr, object->dlpi_phnum);
     return findIn(object->dlpi_addr, headers, wanted, result) ? 1 : 0;
   };
   const auto* const file = reinterpret_cast<const std::byte*>(&__ehdr_start);
-  const Headers own(reinterpret_cast<const ElfW(Phdr)*>(file + __ehdr_start.e_phoff),
+  const Headers own(reinterpret_cast<const Header*>(file + __ehdr_start.e_phoff),
                     __ehdr_start.e_phnum);
   const bool held =
       findIn(ownBase(own), own, search.address, *found) || ::dl_iterate_phdr(look, &search) != 0;

@@ -118,7 +118,7 @@ std::optional<Record> LogReader::next() {
       if (!addDumpLine(line_, header->size, record.bytes)) break;
     }
     if (record.bytes.size() < header->size) damaged_.push_back(record.line);
-    if (!record.bytes.empty()) return std::move(record);
+    if (!record.bytes.empty()) return std::move(header->record);
   }
   return std::nullopt;
 }

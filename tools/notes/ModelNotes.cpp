@@ -101,7 +101,10 @@ std::optional<ModelNotes> notesOf(int model) {
   notes.line = textOf(*entry, "line");
   notes.cable = textOf(*entry, "cable");
   notes.unit = textOf(*entry, "unit");
-  for (const Json& baud : listOf(*entry, "baud")) notes.bauds.push_back(baud);
+  notes.deliveredFirst = entry->contains("baud");
+  for (const Json& baud : listOf(*entry, notes.deliveredFirst ? "baud" : "bauds")) {
+    notes.bauds.push_back(baud);
+  }
   for (const Json& setting : listOf(*entry, "set")) {
     notes.settings.emplace_back(translated(setting.get_ref<const std::string&>()));
   }

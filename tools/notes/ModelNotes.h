@@ -34,7 +34,9 @@ struct ModelNotes {
   std::string paper;
   /// As delivered; empty where nobody says.
   std::string line;
+  /// The speed as delivered and the other ones; or, if that isn't known, those that can be set.
   std::vector<int> bauds;
+  bool deliveredFirst = false;
   std::string cable;
   /// What the number of the driver means, where more is known than the driver knows.
   std::string unit;

@@ -42,18 +42,23 @@ std::string lineText(const ModelNotes& notes) {
   std::string text = notes.line;
   if (!notes.bauds.empty()) {
     if (!text.empty()) text += ", ";
-    text += say("{0} baud", notes.bauds.front());
-    if (notes.bauds.size() > 1) {
-      text += say(" (also {0})",
-                  fmt::to_string(fmt::join(notes.bauds.begin() + 1, notes.bauds.end(), ", ")));
+    const auto list = [](std::span<const int> bauds) {
+      return fmt::to_string(fmt::join(bauds, ", "));
+    };
+    const std::span bauds = notes.bauds;
+    if (!notes.deliveredFirst) {
+      text += say("one of {0} baud", list(bauds));
+    } else {
+      text += say("{0} baud", bauds.front());
+      if (bauds.size() > 1) text += say(" (also {0})", list(bauds.subspan(1)));
     }
   }
   return text.empty() ? say("not known; try 9600, 4800 and 2400 baud") : text;
 }
 
-/// "- Cable: ...", nothing without a text.
+/// "- Cable: ..."
 void addRow(std::string& page, const std::string& name, const std::string& text) {
-  if (!text.empty()) page += fmt::format("- **{}**: {}\n", name, text);
+  page += fmt::format("- **{}**: {}\n", name, text);
 }
 
 }  // namespace
@@ -69,15 +74,17 @@ std::string pageOf(const ScalesModel& model, int headingLevel) {
   addRow(page, say("As delivered"),
          notes ? lineText(*notes)
                : say("no paper of this scale was found; `weigh find` tries the speeds"));
-  addRow(page, say("Cable"), notes ? notes->cable : "");
+  if (notes) addRow(page, say("Cable"), notes->cable.empty() ? say("no paper says") : notes->cable);
   addRow(page, say("Weight"),
          unitText(sheet) + (notes && !notes->unit.empty() ? " " + notes->unit : ""));
   addRow(page, say("Not told by this protocol"), untoldText(sheet));
   if (!notes) return page;
   addRow(page, say("Known from"),
          fmt::format("{} ({})", notes->paper, certaintyText(notes->certainty)));
-  if (!notes->settings.empty()) {
-    page += "\n" + say("On the scale:") + "\n\n";
+  page += "\n" + say("On the scale:") + "\n\n";
+  if (notes->settings.empty()) {
+    page += say("No paper says what to set.") + "\n";
+  } else {
     for (std::size_t i = 0; i < notes->settings.size(); ++i) {
       page += fmt::format("{}. {}\n", i + 1, notes->settings[i]);
     }

@@ -110,6 +110,15 @@ bool hidesWeight(const ProtocolSheet& sheet, Frame frame) {
 std::vector<std::size_t> unreadBytes(const ProtocolSheet& sheet, Frame frame) {
   const TextNotation* text = textOf(sheet.weight);
   std::vector<std::size_t> unread = placesOf(sheet.weight, frame);
+  // Behind a comma that follows the point other values begin.
+  const auto isPoint = [&](std::size_t place) {
+    return frame[place] == '.' || frame[place] == ',';
+  };
+  const auto point = std::ranges::find_if(unread, isPoint);
+  if (point != unread.end()) {
+    const auto isComma = [&](std::size_t place) { return frame[place] == ','; };
+    unread.erase(std::find_if(point + 1, unread.end(), isComma), unread.end());
+  }
   std::erase_if(unread, [&](std::size_t place) {
     const std::uint8_t byte = frame[place];
     const bool ofNumber = byte == '.' || byte == ',' || byte == '-' ||

@@ -79,9 +79,9 @@ bool isOwn(const Heard& heard, const ScalesModel& model) {
   return recognise::examine(model, stream(heard)) || recognise::examine(model, answers(heard));
 }
 
-bool isEcho(const Heard& heard, const Request& request) {
-  if (request.first.empty() || !heard.unasked.empty()) return false;
-  const auto sent = request.first.view();
+bool isEcho(const Heard& heard, const ProtocolSheet& sheet) {
+  if (transmitsByItself(sheet) || !heard.unasked.empty()) return false;
+  const auto sent = sheet.request.first.view();
   return std::any_of(
       heard.answers.begin(), heard.answers.end(), [&](const recognise::Bytes& answer) {
         return answer.size() >= sent.size() && std::equal(sent.begin(), sent.end(), answer.begin());
@@ -171,12 +171,9 @@ std::optional<Finding> unaskedNote(const Connection& connection, const ScalesMod
 
 namespace {
 
-/// What the notes of the model know to mean something else than the driver reads.
-std::optional<Finding> misreading(const ScalesModel& model, std::span<const std::uint8_t> heard) {
-  const auto wrong = notes::misreadingIn(model.number, heard);
-  if (!wrong) return std::nullopt;
-  return Finding{
-      .code = "misread-weight", .cause = wrong->sign + " " + wrong->cause, .remedy = wrong->wayOut};
+Finding misread(const notes::WrongSetting& wrong) {
+  return {
+      .code = "misread-weight", .cause = wrong.sign + " " + wrong.cause, .remedy = wrong.wayOut};
 }
 
 }  // namespace
@@ -194,13 +191,19 @@ std::optional<Finding> weightDoubt(const ScalesModel& model, Frame frame,
       "The scale sends its weight in another way than model {0} reads it; `weigh models --about "
       "{0}` tells what to set.",
       model.number);
+  const auto known = notes::misreadingIn(model.number, heard.empty() ? frame : heard);
   if (recognise::hidesWeight(sheet, frame)) {
-    return Finding{
+    Finding hidden{
         .code = "hidden-weight",
         .cause = say("The weight reads 0, but that is no zero: {0} stands in its place.", field),
         .remedy = remedy};
+    if (known) {
+      hidden.cause += " " + known->cause;
+      hidden.remedy = known->wayOut;
+    }
+    return hidden;
   }
-  if (auto doubt = misreading(model, heard.empty() ? frame : heard)) return doubt;
+  if (known) return misread(*known);
   const std::vector<std::size_t> unread = recognise::unreadBytes(sheet, frame);
   if (unread.empty()) return std::nullopt;
   return Finding{.code = "unread-weight",
@@ -233,7 +236,8 @@ std::optional<Finding> weightDoubtOn(const Connection& connection) {
     // The weight is there all the same.
   }
   // A driver without checks takes its frame out of bytes that are none of the model's.
-  return misreading(*model, heard);
+  if (const auto known = notes::misreadingIn(model->number, heard)) return misread(*known);
+  return std::nullopt;
 }
 
 std::optional<Finding> otherFormat(const ScalesModel& model, std::span<const std::uint8_t> bytes,
@@ -325,7 +329,7 @@ Finding judge(const Heard& heard, const ScalesModel& model, const Connection& co
                       "now and then, and an answer must have the length that the driver asks "
                       "for; over a serial line see to plugs and earth.")};
   }
-  if (isEcho(heard, model.sheet->request)) {
+  if (isEcho(heard, *model.sheet)) {
     return {.code = "echo",
             .cause = say("What is sent on {0} comes back unchanged: {1}.", line, bytes),
             .remedy = say("Take off the loop-back plug, or switch off the echo of the RS-485 "

@@ -54,6 +54,14 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
                      .layout = {lineEnd(), kStableOrUnstable, grossOrNet, is(','), kSign,
                                 Number{.places = 7}, is(" g"), lineEnd()},
                      .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
+                     .unit = kGrams},
+                    {.name = "grams",
+                     .about =
+                         message("shows grams; the component doesn't look at the unit and reads a "
+                                 "thousand times too much"),
+                     .layout = {lineEnd(), kStableOrUnstable, grossOrNet, kSign,
+                                Number{.places = 7}, is("g  "), lineEnd()},
+                     .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
                      .unit = kGrams}}},
   };
 }

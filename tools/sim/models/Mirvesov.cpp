@@ -19,14 +19,14 @@ Layout a9(const Fixed& begin) {
 }
 
 /// `kind` tells the place of the point, and in other scales the division too.
-Layout a12eh(unsigned kind, unsigned status, char fill) {
+Layout a12eh(unsigned kind, unsigned status, char fill, const Fixed& end = is(CR)) {
   return {is(STX),
           Status{.always = kind, .decimals = true},
           Status{.always = status, .moving = 0x08, .negative = 0x02, .overload = 0x04},
           is(' '),
           Number{.form = Form::Digits, .places = 6, .fill = fill},
           Number{.of = Quantity::Tare, .form = Form::Digits, .places = 6, .fill = fill},
-          is(CR)};
+          end};
 }
 
 /// A weight that is not valid reads as a good zero in motion.
@@ -110,7 +110,11 @@ std::vector<ScaleModel> mirvesovModels() {
        .variants = {{.name = "division-2",
                      .about =
                          message("weighs in steps of 2; the component then leaves the point out"),
-                     .layout = a12eh(0x32, 0x30, ' ')}}},
+                     .layout = a12eh(0x32, 0x30, ' ')},
+                    {.name = "con2",
+                     .about = message("the output Con2, which tells the place of the point in "
+                                      "another way; the component leaves it out"),
+                     .layout = a12eh(0x22, 0x30, '0', lineEnd())}}},
       {// А9 (непрерывный режим передачи)
        .number = 34,
        .layout = a9(is(STX)),

@@ -1,6 +1,8 @@
-#include <sys/socket.h>
+#include <netdb.h>
 
 #include <cerrno>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,9 +16,14 @@ namespace {
 using fixture::kSlack_ms;
 using fixture::Stopwatch;
 using fixture::SystemCalls;
+using testing::AllOf;
+using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
 
 constexpr int kEmptyHostname = 1;
 constexpr int kDnsFailed = 2;
@@ -31,13 +38,6 @@ class Connect : public testing::Test {
   bool connect(const char* host, int port, int maxWaitMs = 10'000) {
     return socket.Connect(host, port, false, maxWaitMs);
   }
-  std::vector<std::string> attempts() const {
-    std::vector<std::string> found;
-    for (const std::string& call : calls.all()) {
-      if (call.starts_with("getaddrinfo") || call.starts_with("connect")) found.push_back(call);
-    }
-    return found;
-  }
 
   const int refusingPort_ = fixture::refusingPort();
   SystemCalls calls;
@@ -46,7 +46,7 @@ class Connect : public testing::Test {
 
 TEST_F(Connect, ARefusingNumericHostIsTriedFourTimesTheLastOverIpv6) {
   EXPECT_FALSE(connect("127.0.0.2"));
-  EXPECT_THAT(attempts(),
+  EXPECT_THAT(calls.noted,
               ElementsAre("getaddrinfo 127.0.0.2 inet numericserv numerichost",  //
                           "connect 127.0.0.2",
                           "getaddrinfo 127.0.0.2 inet numericserv numerichost",  //
@@ -62,26 +62,25 @@ TEST_F(Connect, ARefusingNumericHostIsTriedFourTimesTheLastOverIpv6) {
 
 TEST_F(Connect, ThisHostNeedsNoResolverAndOneAttempt) {
   for (const char* host : {"localhost", "LOCALHOST", "LocalHost", "127.0.0.1", " localhost\r\n"}) {
-    calls.forget();
+    calls.noted.clear();
     EXPECT_FALSE(connect(host));
-    EXPECT_THAT(attempts(), ElementsAre("connect 127.0.0.1")) << host;
+    EXPECT_THAT(calls.noted, ElementsAre("connect 127.0.0.1")) << host;
     EXPECT_EQ(socket.get_ConnectFailReason(), kRejected);
   }
   fixture::TcpPeer peer(fixture::silent());
   EXPECT_TRUE(connect("LOCALHOST", peer.port()));
   EXPECT_EQ(socket.get_ConnectFailReason(), 0);
-  EXPECT_EQ(calls.socketTypes.back(), SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK);
 }
 
 TEST_F(Connect, ASilentHostIsTriedOnceAndCostsItsTime) {
   const fixture::SilentPort silent;
   for (const char* host : {"127.0.0.1", "0x7f.1"}) {
-    calls.forget();
+    calls.noted.clear();
     const Stopwatch clock;
     EXPECT_FALSE(connect(host, silent.port(), 300));
     EXPECT_GE(clock.ms(), 300);
     EXPECT_LT(clock.ms(), 300 + kSlack_ms);
-    EXPECT_EQ(calls.count("connect"), 1U);
+    EXPECT_THAT(calls.noted, Contains(StartsWith("connect")).Times(1));
     EXPECT_EQ(socket.get_ConnectFailReason(), kTimeout);
   }
 }
@@ -92,11 +91,10 @@ TEST_F(Connect, AnUnknownNameIsAskedForTwiceInEachModeButForAFinalNo) {
     std::size_t times;
   } const cases[] = {{{EAI_NONAME}, 6}, {{8}, 1}, {{}, 3}};
   for (const auto& c : cases) {
-    calls.forget();
-    calls.resolver = [&](const std::string&) { return c.answer; };
+    calls.noted.clear();
+    calls.resolved = c.answer;
     EXPECT_FALSE(connect("no.such.scale"));
-    EXPECT_EQ(calls.count("getaddrinfo"), c.times);
-    EXPECT_EQ(calls.count("connect"), 0U);
+    EXPECT_THAT(calls.noted, AllOf(Each(StartsWith("getaddrinfo")), SizeIs(c.times)));
     EXPECT_EQ(socket.get_ConnectFailReason(), kDnsFailed);
   }
 }
@@ -111,23 +109,23 @@ TEST_F(Connect, IsMadeToTheFirstIpv4AddressAndElseToTheFirstIpv6Address) {
       {{"127.0.0.5"}, "connect 127.0.0.5"},
   };
   for (const auto& c : cases) {
-    calls.resolver = [&](const std::string&) { return SystemCalls::Resolved{0, c.addresses}; };
-    calls.forget();
+    calls.noted.clear();
+    calls.resolved = {0, c.addresses};
     EXPECT_FALSE(connect("scale.shop"));
     // One address for each of the three modes: the others of the list are left alone.
-    EXPECT_THAT(calls.only("connect"), ElementsAre(c.connect, c.connect, c.connect));
+    EXPECT_THAT(calls.noted, AllOf(SizeIs(2 * 3), Contains(c.connect).Times(3)));
   }
 }
 
 TEST_F(Connect, WithoutADescriptorThereIsNoSocket) {
-  calls.noSocket = EMFILE;
+  calls.instead["socket"] = [] { return -EMFILE; };
   EXPECT_FALSE(connect("127.0.0.2"));
   EXPECT_EQ(socket.get_ConnectFailReason(), kInternalError);
   EXPECT_THAT(socket.lastErrorText(), HasSubstr("osErrorMessage: Too many open files"));
 }
 
 TEST_F(Connect, AHostIsTidiedUp) {
-  calls.resolver = [](const std::string&) { return SystemCalls::Resolved{EAI_NONAME}; };
+  calls.resolved = {EAI_NONAME};
   struct {
     const char* host;
     const char* asked;
@@ -140,10 +138,10 @@ TEST_F(Connect, AHostIsTidiedUp) {
       {"http://[::1]:80/", "getaddrinfo ::1 inet6 numericserv numerichost"},
   };
   for (const auto& c : cases) {
-    calls.forget();
+    calls.noted.clear();
     EXPECT_FALSE(connect(c.host));
-    ASSERT_FALSE(calls.all().empty());
-    EXPECT_EQ(calls.all().front(), c.asked) << c.host;
+    ASSERT_FALSE(calls.noted.empty());
+    EXPECT_EQ(calls.noted.front(), c.asked) << c.host;
   }
 }
 
@@ -155,10 +153,10 @@ TEST_F(Connect, AUrlIsWarnedAbout) {
                         "should NOT be a URL.\n"));
   for (const char* url :
        {"http://", "https:///page", "http://[::1", "http://host:port/", "http://a b/"}) {
-    calls.forget();
+    calls.noted.clear();
     EXPECT_FALSE(connect(url)) << url;
     EXPECT_EQ(socket.get_ConnectFailReason(), kMalformedUrl) << url;
-    EXPECT_THAT(attempts(), IsEmpty());
+    EXPECT_THAT(calls.noted, IsEmpty());
     EXPECT_THAT(socket.lastErrorText(),
                 HasSubstr("Sorry, unable to parse the malformed URL that was passed in arg1.\n"));
   }
@@ -170,7 +168,7 @@ TEST_F(Connect, NothingIsNoHost) {
     EXPECT_EQ(socket.get_ConnectFailReason(), kEmptyHostname);
     EXPECT_THAT(socket.lastErrorText(), HasSubstr("Cannot connect, hostname is zero length\n"));
   }
-  EXPECT_THAT(attempts(), IsEmpty());
+  EXPECT_THAT(calls.noted, IsEmpty());
 }
 
 TEST_F(Connect, TlsAndImpossiblePortsFailWithAReason) {
@@ -180,14 +178,14 @@ TEST_F(Connect, TlsAndImpossiblePortsFailWithAReason) {
     EXPECT_FALSE(connect("127.0.0.1", port));
     EXPECT_EQ(socket.get_ConnectFailReason(), kInternalError);
   }
-  EXPECT_THAT(attempts(), IsEmpty());
+  EXPECT_THAT(calls.noted, IsEmpty());
 }
 
 TEST_F(Connect, AnErrorOfConnectItselfIsARejection) {
-  calls.connecter = [] { return ENETUNREACH; };
+  calls.instead["connect"] = [] { return -ENETUNREACH; };
   const std::size_t before = fixture::openDescriptors();
   EXPECT_FALSE(connect("192.0.2.1"));
-  EXPECT_EQ(calls.count("connect"), 4U);
+  EXPECT_THAT(calls.noted, Contains(StartsWith("connect")).Times(4));
   EXPECT_EQ(socket.get_ConnectFailReason(), kRejected);
   EXPECT_EQ(fixture::openDescriptors(), before);
 }

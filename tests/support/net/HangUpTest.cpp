@@ -44,7 +44,7 @@ TEST_F(HangUp, InTheMiddleOfAnAnswerIsAClosedConnection) {
   EXPECT_EQ(receiveBytes(socket, 14), (ReceivedBytes{false, "ST,GS"}));
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::ClosedByPeer);
   EXPECT_FALSE(socket.get_IsConnected());
-  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+  EXPECT_FALSE(receiveBytes(socket, 1).first);
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::SocketError);
   EXPECT_FALSE(sendBytes(socket, "W"));
   EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::General);
@@ -85,7 +85,7 @@ TEST_F(HangUp, AnyOtherErrorOfASendIsASocketError) {
   TcpPeer peer(fixture::silent());
   fixture::connectTo(socket, peer.port());
   SystemCalls calls;
-  calls.sender = [](std::size_t) { return -ENETDOWN; };
+  calls.instead["send"] = [] { return -ENETDOWN; };
   EXPECT_FALSE(sendBytes(socket, "W"));
   EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::SocketError);
   EXPECT_FALSE(socket.get_IsConnected());
@@ -146,15 +146,13 @@ TEST_F(HighDescriptor, ConnectsSendsReceivesAndWaitsThroughPoll) {
   SystemCalls calls;
   fixture::connectTo(socket, peer.port());
   socket.put_MaxReadIdleMs(5000);
-  bool full = true;
-  calls.sender = [&](std::size_t) {
-    return std::exchange(full, false) ? -EAGAIN : SystemCalls::kAskSystem;
-  };
+  SystemCalls::Answer full = -EAGAIN;
+  calls.instead["send"] = [&] { return std::exchange(full, std::nullopt); };
   ASSERT_TRUE(sendBytes(socket, "W"));
   EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "12"}));
   socket.put_MaxReadIdleMs(60);
   const Stopwatch clock;
-  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+  EXPECT_FALSE(receiveBytes(socket, 1).first);
   EXPECT_GE(clock.ms(), 60);
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
   EXPECT_TRUE(socket.Close(5000));
@@ -171,19 +169,19 @@ TEST_F(HighDescriptor, APollThatFailsOrIsInterruptedFindsNothingReady) {
   CkSocket socket;
   SystemCalls calls;
   fixture::connectTo(socket, peer.port());
-  calls.sender = [](std::size_t) { return -EAGAIN; };
-  int error = 0;
-  calls.poller = [&] { return std::exchange(error, 0); };
-  for (const int failure : {EINTR, ENOMEM}) {
+  calls.instead["send"] = [] { return -EAGAIN; };
+  SystemCalls::Answer error;
+  calls.instead["poll"] = [&] { return std::exchange(error, std::nullopt); };
+  for (const int failure : {-EINTR, -ENOMEM}) {
     error = failure;
     EXPECT_FALSE(sendBytes(socket, "W"));
     EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::TimedOut);
   }
-  error = ENOMEM;
-  EXPECT_FALSE(receiveBytes(socket, 2).ok);
+  error = -ENOMEM;
+  EXPECT_FALSE(receiveBytes(socket, 2).first);
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
   // The time of an answer isn't over with a signal.
-  error = EINTR;
+  error = -EINTR;
   socket.put_MaxReadIdleMs(5000);
   answering.release();
   EXPECT_EQ(receiveBytes(socket, 2), (ReceivedBytes{true, "12"}));

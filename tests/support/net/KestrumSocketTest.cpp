@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
@@ -51,6 +52,8 @@ TEST_F(Plain, TakesOptionsAndRoundsBufferSizes) {
   TcpPeer peer(fixture::silent());
   settings.soRcvBuf = 100'000;
   ASSERT_TRUE(connectTo(peer));
+  EXPECT_NE(::fcntl(socket.getSocketFd(), F_GETFD) & FD_CLOEXEC, 0);
+  EXPECT_NE(::fcntl(socket.getSocketFd(), F_GETFL) & O_NONBLOCK, 0);
   // The system doubles what it is told.
   EXPECT_EQ(option(SO_RCVBUF), 2 * 98'304);
   socket.setSoRcvBuf(4095, log);
@@ -83,16 +86,15 @@ TEST_F(Plain, SendsInPiecesOfTheSizeThatIsAskedForWithinItsLimits) {
   TcpPeer peer(fixture::silent());
   ASSERT_TRUE(connectTo(peer));
   fixture::SystemCalls calls;
-  calls.sender = [](std::size_t n) { return static_cast<ssize_t>(n); };
   const std::vector<unsigned char> data(20'000);
   for (const auto& [packetSize, piece] : {std::pair(0U, 16'800), std::pair(1U, 1024),
                                           std::pair(5000U, 5000), std::pair(16'801U, 16'800)}) {
-    calls.forget();
+    calls.noted.clear();
     std::uint32_t sent = 0;
     EXPECT_TRUE(socket.sockSend(data.data(), 20'000, packetSize, 1000, sent, log, params));
     EXPECT_EQ(sent, 20'000U);
-    EXPECT_EQ(calls.all().front(), "send " + std::to_string(piece));
-    EXPECT_EQ(calls.all().back(), "send " + std::to_string((20'000 - 1) % piece + 1));
+    EXPECT_EQ(calls.noted.front(), "send " + std::to_string(piece));
+    EXPECT_EQ(calls.noted.back(), "send " + std::to_string((20'000 - 1) % piece + 1));
   }
 }
 

@@ -1,7 +1,5 @@
 #include "NetTesting.h"
 
-#include <ostream>
-
 #include <gtest/gtest.h>
 
 #include "TcpPeer.h"
@@ -32,10 +30,6 @@ ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n) {
   CkByteData data;
   const bool ok = socket.ReceiveBytesN(n, data);
   return {ok, std::string(data.getData() == nullptr ? "" : data.getData(), data.getSize())};
-}
-
-void PrintTo(const ReceivedBytes& received, std::ostream* out) {
-  *out << (received.ok ? "ok" : "failed") << " with " << testing::PrintToString(received.bytes);
 }
 
 }  // namespace fixture

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "CkByteData.h"
 #include "CkSocket.h"
@@ -34,13 +35,8 @@ int refusingPort();
 /// Connected as the port layer does it: 100 ms for receiving, 7 s for sending.
 void connectTo(CkSocket& socket, int port);
 bool sendBytes(CkSocket& socket, std::string_view bytes);
-/// What a ReceiveBytesN gave, with its result.
-struct ReceivedBytes {
-  bool ok;
-  std::string bytes;
-  bool operator==(const ReceivedBytes&) const = default;
-};
+/// The result of a ReceiveBytesN, and what it gave.
+using ReceivedBytes = std::pair<bool, std::string>;
 ReceivedBytes receiveBytes(CkSocket& socket, unsigned long n);
-void PrintTo(const ReceivedBytes& received, std::ostream* out);
 
 }  // namespace fixture

@@ -40,7 +40,7 @@ class Transfer : public testing::Test {
 TEST_F(Transfer, WithoutAConnectionNothingGoes) {
   EXPECT_FALSE(sendBytes(socket, "W"));
   EXPECT_EQ(socket.get_SendFailReason(), ClsSocket::NoConnection);
-  EXPECT_FALSE(receiveBytes(socket, 1).ok);
+  EXPECT_FALSE(receiveBytes(socket, 1).first);
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::NoConnection);
   EXPECT_THAT(socket.lastErrorText(), HasSubstr("No connection is established\n"));
   EXPECT_FALSE(socket.get_IsConnected());
@@ -139,7 +139,7 @@ TEST_F(Transfer, NoAnswerCostsMoreThanTheLongestTime) {
     client.put_MaxReadIdleMs(5000);
     client.put_MaxReadMs(150);
     const Stopwatch clock;
-    EXPECT_FALSE(receiveBytes(client, 1'000'000).ok);
+    EXPECT_FALSE(receiveBytes(client, 1'000'000).first);
     EXPECT_GE(clock.ms(), 150);
     EXPECT_LT(clock.ms(), 150 + kSlack_ms);
     EXPECT_EQ(client.get_ReceiveFailReason(), ClsSocket::TimedOut);
@@ -152,14 +152,14 @@ TEST_F(Transfer, ASendThatTakesLessGoesOnFromThere) {
   TcpPeer peer(fixture::recording(log));
   fixture::connectTo(socket, peer.port());
   SystemCalls calls;
-  std::vector<ssize_t> answers = {SystemCalls::kAskSystem, 5, 0, -EAGAIN};
-  calls.sender = [&](std::size_t) {
-    const ssize_t answer = answers.back();
+  std::vector<SystemCalls::Answer> answers = {std::nullopt, 5, 0, -EAGAIN};
+  calls.instead["send"] = [&] {
+    const SystemCalls::Answer answer = answers.back();
     if (answers.size() > 1) answers.pop_back();
     return answer;
   };
   EXPECT_TRUE(sendBytes(socket, kAnswer));
-  EXPECT_THAT(calls.only("send"), ElementsAre("send 14", "send 14", "send 14", "send 9"));
+  EXPECT_THAT(calls.noted, ElementsAre("send 14", "send 14", "send 14", "send 9"));
   EXPECT_EQ(log.waitFor(9), fixture::text(kAnswer.substr(5)));
 
   // Where a part went out, the log says how much.
@@ -175,9 +175,9 @@ TEST_F(Transfer, ASendThatNeverGoesOutCostsTheSendLimit) {
   TcpPeer peer(fixture::silent());
   fixture::connectTo(socket, peer.port());
   socket.put_MaxSendIdleMs(100);
-  for (const ssize_t answer : {ssize_t{0}, ssize_t{-EAGAIN}}) {
+  for (const int answer : {0, -EAGAIN}) {
     SystemCalls calls;
-    calls.sender = [answer](std::size_t) { return answer; };
+    calls.instead["send"] = [answer] { return answer; };
     const Stopwatch clock;
     EXPECT_FALSE(sendBytes(socket, "W"));
     EXPECT_GE(clock.ms(), 100);
@@ -192,8 +192,8 @@ TEST_F(Transfer, ASpuriousWakeUpCountsAsATimeout) {
   fixture::connectTo(socket, peer.port());
   {
     SystemCalls calls;
-    calls.receiver = [](std::size_t) { return -EAGAIN; };
-    EXPECT_FALSE(receiveBytes(socket, 1).ok);
+    calls.instead["recv"] = [] { return -EAGAIN; };
+    EXPECT_FALSE(receiveBytes(socket, 1).first);
     EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
   }
   EXPECT_EQ(receiveBytes(socket, 1), (ReceivedBytes{true, "a"}));

@@ -3,7 +3,10 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
@@ -26,11 +29,7 @@ struct Conversion {
 };
 
 inline void PrintTo(const Conversion& c, std::ostream* os) {
-  *os << (c.whole ? "whole \"" : "lossy \"");
-  for (const char byte : c.text) {
-    *os << std::hex << (static_cast<unsigned>(byte) & 0xFF) << ' ';
-  }
-  *os << (c.hadError ? "\" with error" : "\"");
+  *os << testing::PrintToString(std::tuple(c.text, c.whole, c.hadError));
 }
 
 /// The text lies at the end of a block of its own, so that a sanitizer sees a read behind it.

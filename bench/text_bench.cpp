@@ -33,7 +33,6 @@ extern "C" {
 namespace {
 
 // Character sets
-// -----------------------------------------------------------------------------------
 
 struct Encoding {
   int codePage;
@@ -141,7 +140,6 @@ void registerConversions() {
 }
 
 // Base64 and hexadecimal
-// ---------------------------------------------------------------------------
 
 std::string someBytes(benchmark::State& state) {
   std::string bytes(static_cast<std::size_t>(state.range(0)), '\0');
@@ -294,7 +292,6 @@ CODING("hex_decode/ours", hexDecodeOurs);
 CODING("hex_decode/openssl", hexDecodeOpenSsl);
 
 // Buffers
-// --------------------------------------------------------------------------------------------
 
 constexpr int kAppends = 1000;
 
@@ -346,7 +343,6 @@ BENCHMARK(replaceOurs)->Name("replace_all/ours")->Arg(64)->Arg(4096)->Arg(1 << 1
 BENCHMARK(replaceStd)->Name("replace_all/std_string")->Arg(64)->Arg(4096)->Arg(1 << 16);
 
 // What must take time by the length of the text
-// -----------------------------------------------------------------
 
 /// "ours" works on 2 MB, "two_halves" on 1 MB twice: the table's ratio is 1 where the time is by
 /// the length, 0.5 where it is by its square.
@@ -461,7 +457,6 @@ BENCHMARK(encodeNumber<ContentCoding::encodeDecimal>)->Name("decimal_encode/ours
 BENCHMARK(encodeNumber<ContentCoding::encodeBase58>)->Name("base58_encode/ours")->Arg(1 << 14);
 
 // The road of each call from the platform
-// --------------------------------------------------------------
 
 void deviceId(benchmark::State& state) {
   Psdk::setAnsiCodePage(1251);

@@ -11,6 +11,9 @@
 #include "ExchangeLog.h"
 #include "SerialPort.h"
 
+/// A network read waits so long for the next byte; a serial read doesn't wait at all.
+inline constexpr int kNetworkIdle_ms = 100;
+
 /// The byte pipe of one scale, over a serial line or a TCP connection. Every failure of the
 /// transport is a return value; nothing throws. Line settings may be set before or after opening
 /// and survive closing. Each operation holds the port's recursive mutex for its whole length. The
@@ -69,6 +72,7 @@ class COrbComLanPort {
 
   /// Looks at the line. A network port whose peer is gone turns to 2 by itself, but isn't closed.
   int getState();
+  /// Bits per second as last set. Only tests call it.
   unsigned long getBitRate();
 
   /// Each setter stores the value: 0 if an open line took it, -1 if it waits for the next
@@ -83,7 +87,8 @@ class COrbComLanPort {
   /// Names the exchange log "<folder>log_scales_<name>.log" (cut at 299 bytes) and switches it on
   /// if the marker "<folder>log.txt" exists. Both texts are used as bytes; returns 0.
   int SetLogName(const char* folder, const char* name);
-  /// Switches the exchange log by the low byte of `enabled`, and returns that byte.
+  /// Switches the exchange log by the low byte of `enabled`, and returns that byte. Only tests call
+  /// it: for users the marker does.
   int setPortLog(int enabled);
   /// Adds one record to the exchange log, if it is on; returns 0. A log that can't be opened
   /// switches itself off.

@@ -51,6 +51,8 @@ class IScalesObject {
   virtual int getScalesInfo(double* weight, double* price, double* cost, long* stable) = 0;
   /// Sets the tare; drivers let the scale take what lies on it.
   virtual int pressT(double tare) = 0;
+  /// Lets the scale take what lies on it for zero. Nothing calls it: the platform knows no method
+  /// for it.
   virtual int pressNull() = 0;
   /// Sends a price in the scale's own unit.
   virtual int setPrice(long price) = 0;

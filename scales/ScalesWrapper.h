@@ -70,6 +70,7 @@ class CScalesWrapper {
   /// others. 0, or 130 if it is no folder.
   int SetPathDllFolder(CkString& path);
   /// Reads the settings file again; 1 if it can't be loaded. Without such a file all scales go.
+  /// Nothing calls it: the component sets the folder again.
   int LoadIniSettings();
 
  private:

@@ -36,7 +36,6 @@ ClsSocket::~ClsSocket() = default;
 ClsSocket* ClsSocket::createNewCls() { return new (std::nothrow) ClsSocket; }
 
 // Connecting
-// ----------------------------------------------------------------------------------------
 
 bool ClsSocket::Connect(XString& hostname, int port, bool ssl, std::uint32_t maxWaitMs) {
   const CritSecExitor lock(this);
@@ -100,7 +99,6 @@ void ClsSocket::put_MaxSendIdleMs(std::uint32_t ms) {
 }
 
 // Sending
-// -------------------------------------------------------------------------------------------
 
 bool ClsSocket::SendBytes(const unsigned char* data, std::uint32_t size) {
   const BusyFlag sending(m_sending);
@@ -153,7 +151,6 @@ bool ClsSocket::sendAll(const unsigned char* data, std::uint32_t size) {
 }
 
 // Receiving
-// -----------------------------------------------------------------------------------------
 
 bool ClsSocket::ReceiveBytesN(std::uint32_t numBytes, DataBuffer& data) {
   const BusyFlag receiving(m_receiving);
@@ -240,7 +237,6 @@ bool ClsSocket::receiveSome(std::uint32_t& wanted, std::uint32_t idleMs, DataBuf
 }
 
 // State and end
-// -------------------------------------------------------------------------------------
 
 bool ClsSocket::get_IsConnected() {
   const CritSecExitor lock(this);

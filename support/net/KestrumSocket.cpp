@@ -59,7 +59,6 @@ bool KestrumSocket::isAlive() const {
 }
 
 // Sending
-// -------------------------------------------------------------------------------------------
 
 bool KestrumSocket::sockSend(const unsigned char* data, std::uint32_t size,
                              std::uint32_t packetSize, std::uint32_t idleMs, std::uint32_t& sent,
@@ -113,7 +112,6 @@ bool KestrumSocket::sockSend(const unsigned char* data, std::uint32_t size,
 }
 
 // Receiving
-// -----------------------------------------------------------------------------------------
 
 bool KestrumSocket::sockRecv_nb(unsigned char* buffer, std::uint32_t size, std::uint32_t idleMs,
                                 std::uint32_t& received, SocketParams& params, LogBase& log) {
@@ -185,7 +183,6 @@ bool KestrumSocket::sockIsConnected(LogBase& log) {
 }
 
 // Waiting
-// -------------------------------------------------------------------------------------------
 
 // Another thread closed the socket meanwhile.
 bool KestrumSocket::isWaitBroken(int fd, SocketParams& params) const {
@@ -265,7 +262,6 @@ bool KestrumSocket::waitReadableMsHB(std::uint32_t timeoutMs, bool polling, Sock
 }
 
 // Closing
-// -------------------------------------------------------------------------------------------
 
 void KestrumSocket::terminateConnection(std::uint32_t maxWaitMs, LogBase& log) {
   if (!isOpen()) return;
@@ -325,7 +321,6 @@ void KestrumSocket::closeDescriptor(LogBase& log) {
 }
 
 // Options
-// -------------------------------------------------------------------------------------------
 
 void KestrumSocket::setOption(int level, int option, int value, LogBase& log) {
   if (!isOpen()) return;

@@ -9,7 +9,6 @@
 #include "ContentCoding.h"
 
 // Base32 (RFC 4648)
-// --------------------------------------------------------------------------------
 
 namespace {
 
@@ -56,7 +55,6 @@ bool ContentCoding::decodeBase32(const char* p, std::size_t n, DataBuffer& out) 
 }
 
 // Ascii85: four bytes as five digits of base 85 from "!" on, "z" for four zero bytes
-// -----------------
 
 namespace {
 
@@ -135,7 +133,6 @@ bool ContentCoding::decodeAscii85(const char* p, std::size_t n, DataBuffer& out)
 }
 
 // EDA: pairs of bytes as three digits of base 43
-// ----------------------------------------------------
 
 namespace {
 
@@ -182,7 +179,6 @@ bool ContentCoding::decodeEda(const char* p, std::size_t n, DataBuffer& out) {
 }
 
 // Uuencoding (POSIX): lines of 45 bytes behind a length character
-// -------------------------------------
 
 namespace {
 

@@ -49,7 +49,6 @@ std::string_view viewOf(const void* p, std::size_t n) {
 }  // namespace
 
 // Quoted-printable (RFC 2045)
-// ------------------------------------------------------------------------
 
 bool ContentCoding::encodeQuotedPrintable(const void* p, std::size_t n, StringBuffer& out) {
   constexpr std::size_t kLongestLine = 76;
@@ -117,7 +116,6 @@ bool ContentCoding::decodeQuotedPrintable(const char* p, std::size_t n, DataBuff
 }
 
 // Percent encoding
-// -----------------------------------------------------------------------------------
 
 namespace {
 
@@ -160,7 +158,6 @@ bool ContentCoding::decodeUrl(const char* p, std::size_t n, DataBuffer& out) {
 }
 
 // JSON (RFC 8259)
-// --------------------------------------------------------------------------------------
 
 namespace {
 
@@ -239,7 +236,6 @@ bool ContentCoding::decodeJson(const char* p, std::size_t n, DataBuffer& out) {
 }
 
 // Encoded words (RFC 2047)
-// -------------------------------------------------------------------------------
 
 namespace {
 

@@ -12,7 +12,7 @@ class ClsXml;
 ///     CkString host;
 ///     if (xml.LoadXmlFile("settings.xml") && xml.FindChild2("SCALES1")) {
 ///       xml.GetAttrValue("fHost", host);
-///       const int port = xml.GetAttrValueInt("fPort");
+///       const int port = xml.GetAttrValueInt("fTCPPort");
 ///     }
 ///
 /// The handle owns the document, and the next successful LoadXmlFile() or the destructor frees it;

@@ -42,7 +42,6 @@ class LogEntry2 : public KestrumObject {
   std::uint32_t getElapsed() const { return m_elapsed; }
 
   // Rendering: appends to `out` with lines that end in CR LF; false, and nothing, without memory
-  // ---
 
   bool GetText(StringBuffer& out, int depth) const;
   bool GetHtml(StringBuffer& out) const;

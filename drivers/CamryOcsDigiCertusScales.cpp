@@ -28,9 +28,11 @@ std::uint8_t digitBeforePoint(std::uint8_t byte) {
   return row == kPointedDigits.end() ? std::uint8_t{0} : row->digit;
 }
 
+constexpr std::size_t kSum = 8;
+
 std::uint8_t exclusiveOr(Frame frame) {
   std::uint8_t sum = 0;
-  for (const std::uint8_t byte : frame.subspan(1, 7)) sum ^= byte;
+  for (const std::uint8_t byte : frame.first(kSum).subspan(1)) sum ^= byte;
   return sum;
 }
 
@@ -75,7 +77,7 @@ constinit const ProtocolSheet kSheetOfOCSrc = {
     .read = StartByteRead{.length = 9, .start = {0x7F}, .wrongByte = kCostsOne_ms},
     .asking = kThreeTimes_500ms,
     .fixed = {{0, 0x7F}},
-    .checksum = {.at = 8, .of = ocs::exclusiveOr},
+    .checksum = {.at = ocs::kSum, .of = ocs::exclusiveOr},
     .weight = {.at = 2,
                .size = 5,
                .written = TextNotation{.point = Take::Drop,

@@ -1,17 +1,5 @@
 #include "Drivers.h"
 
-namespace {
-
-namespace uns02 {
-
-std::optional<Command> price(long price) {
-  return Command{.bytes = priceFrame({0x2A, 0x02}, price)};
-}
-
-}  // namespace uns02
-
-}  // namespace
-
 // ScalesCAS: ENQ, a pause, DC1, and a frame of text between control bytes. What is no part of a
 // number is dropped; a frame without a number is a good zero.
 //
@@ -107,5 +95,6 @@ constinit const ProtocolSheet kSheetOfBTHE_UNS_2 = {
     .motion = kAlwaysMoving,
     .weightUnit = WeightUnit::Kilogram,
     .moneyUnit = MoneyUnit::Whole,
-    .commands = {.tare = Command{.bytes = {0x2A, 0x01}, .pause_ms = 150}, .price = uns02::price},
+    .commands = {.tare = Command{.bytes = {0x2A, 0x01}, .pause_ms = 150},
+                 .price = PriceCommand{.head = {.bytes = {0x2A, 0x02}, .pause_ms = 0}, .zero = 0}},
 };

@@ -34,10 +34,7 @@ class Reader {
   }
 
   std::size_t operator()(const TerminatorRead& style) {
-    while (budgetLeft() && count_ < style.capacity) {
-      readUpTo(style.capacity);
-      if (count_ >= style.minLength && endsFrame(style, frame_.first(count_))) break;
-    }
+    while (budgetLeft() && !isWhole(style, frame_.first(count_))) readUpTo(style.capacity);
     return count_;
   }
 

@@ -7,9 +7,9 @@
 #include "ComLanPort.h"
 #include "ReadStyle.h"
 
-/// A line that hasn't fallen silent for so long never will: as long as the longest budget for an
-/// answer. What has piled up between the scale and the port is through in a fraction of this.
-inline constexpr int kLongestDrain_ms = 500;
+/// A line that hasn't fallen silent for as long as an answer may take never will. What has piled up
+/// between the scale and the port is through in a fraction of this.
+inline constexpr int kLongestDrain_ms = kLongestBudget_ms;
 
 /// What a flooded connection has waiting when a drain's time is over; no scale talks so fast.
 inline constexpr std::size_t kBacklog = 1024;

@@ -1,22 +1,5 @@
 #include "Drivers.h"
 
-namespace {
-
-namespace jpl {
-
-/// Goes out twice: a scale that misses the first still gets the price, and one that gets both sees
-/// the same price twice.
-std::optional<Command> price(long price) {
-  return Command{.bytes = priceFrame({0x00, 0x00, 0x02}, price),
-                 .pause_ms = 200,
-                 .times = 2,
-                 .afterwards = Command::Afterwards::ReadOnce};
-}
-
-}  // namespace jpl
-
-}  // namespace
-
 // ScalesJADEVER_SNUGII: the scale transmits lines by itself; the CR in front is the end of the
 // line before.
 //
@@ -60,5 +43,11 @@ constinit const ProtocolSheet kSheetOfJADEVER_JPL_N = {
     .weightUnit = WeightUnit::Kilogram,
     .moneyUnit = MoneyUnit::Whole,
     .commands = {.tare = Command{.bytes = {0x00, 0x00, 0x01}, .pause_ms = 150},
-                 .price = jpl::price},
+                 // A scale that misses the first still gets the price, and one that gets both sees
+                 // the same price twice.
+                 .price = PriceCommand{.head = {.bytes = {0x00, 0x00, 0x02},
+                                                .pause_ms = 200,
+                                                .times = 2,
+                                                .afterwards = Command::Afterwards::ReadOnce},
+                                       .zero = 0}},
 };

@@ -32,7 +32,7 @@ constinit const ProtocolSheet kSheetOfKELI = {
     .weight = {.at = 4, .size = NumberField::kToTheEnd, .written = kNumberText},
     .motion = kAlwaysAtRest,
     .weightUnit = WeightUnit::Kilogram,
-    .commands = {.zero = Command{.bytes = {0x02, 'E', 0x03}}},
+    .commands = {.zero = Command{.bytes = {0x02, 'E', 0x03}, .pause_ms = 0}},
 };
 
 // ScalesK9Keli: a frame between STX and ETX.

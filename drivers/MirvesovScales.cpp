@@ -95,7 +95,8 @@ constinit const ProtocolSheet kSheetOfA12 = {
                .cut = NumberField::Cut::To32Bits},
     .motion = kAlwaysAtRest,
     .weightUnit = WeightUnit::Gram,
-    .commands = {.tare = Command{.bytes = {'T'}}, .zero = Command{.bytes = {'Z'}}},
+    .commands = {.tare = Command{.bytes = {'T'}, .pause_ms = 0},
+                 .zero = Command{.bytes = {'Z'}, .pause_ms = 0}},
 };
 
 // ScalesA12EH: the scale transmits by itself. What is no digit is dropped from the number, and the

@@ -143,4 +143,4 @@ struct NumberField {
 /// with the units first, and a zero. `zero` is 0 for binary digits and '0' for characters. Higher
 /// digits are lost. A negative price divides as the signed number it is, so each digit stands below
 /// `zero`, modulo 256.
-ByteRow priceFrame(ByteRow head, long price, std::uint8_t zero = 0);
+ByteRow priceFrame(ByteRow head, long price, std::uint8_t zero);

@@ -8,11 +8,9 @@ using std::chrono::milliseconds;
 
 namespace {
 
-/// A network read waits so long for the next byte; a serial read doesn't wait at all.
-constexpr milliseconds kNetworkIdle{100};
 constexpr milliseconds kSilence{kSilence_ms};
 
-milliseconds emptyRead(bool overTcp) { return overTcp ? kNetworkIdle : milliseconds{0}; }
+milliseconds emptyRead(bool overTcp) { return milliseconds{overTcp ? kNetworkIdle_ms : 0}; }
 
 milliseconds longestDrain(bool overTcp, Talk talk) {
   // On a serial line any gap ends it.

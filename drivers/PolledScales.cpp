@@ -121,10 +121,10 @@ int PolledScales::pressNull() {
 }
 
 int PolledScales::setPrice(long price) {
-  if (sheet_.commands.price == nullptr) return kNotSupported;
+  if (!sheet_.commands.takePrice()) return kNotSupported;
   return underCatchAll([&] {
     if (const int code = isConnectedOrConnect(); code != kSuccess) return code;
-    const std::optional<Command> command = sheet_.commands.price(price);
+    const std::optional<Command> command = sheet_.commands.ofPrice(price);
     return command ? send(*command) : static_cast<int>(kNotSupported);
   });
 }

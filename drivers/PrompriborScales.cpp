@@ -13,13 +13,12 @@ Outcome holdAgainstPrice(Frame /*frame*/, Outputs& outputs) {
   return cutTo32(cost) == outputs.cost ? endPoll() : askAgain(kNoConnection);
 }
 
-std::optional<Command> price(long price) {
-  return Command{.bytes = priceFrame({0x00, 0x00, 0x02}, price)};
-}
-
 }  // namespace vta5
 
 namespace vn220 {
+
+constexpr std::size_t kWeightAt = 2;
+constexpr std::size_t kWeightSize = 3;
 
 constexpr bool isOutOfPlace(unsigned nibble) {
   return nibble > 9 && nibble != 0x0D && nibble != 0x0F;
@@ -28,7 +27,7 @@ constexpr bool isOutOfPlace(unsigned nibble) {
 /// A nibble that is neither a digit nor a dark place means that the block has lost its place: the
 /// port is closed and the poll over.
 Outcome holdAgainstDigits(Frame frame, Outputs& outputs) {
-  for (const std::uint8_t byte : frame.subspan(2, 3)) {
+  for (const std::uint8_t byte : frame.subspan(kWeightAt, kWeightSize)) {
     if (!isOutOfPlace(byte >> 4U) && !isOutOfPlace(byte & 0x0FU)) continue;
     outputs.weight = 0.0;
     return hangUp(kNoAnswer);
@@ -62,7 +61,8 @@ constinit const ProtocolSheet kSheetOfVTA5 = {
     .weightUnit = WeightUnit::Gram,
     .moneyUnit = MoneyUnit::Hundredth,
     .commands = {.tare = Command{.bytes = {0x00, 0x00, 0x01}, .pause_ms = 150},
-                 .price = vta5::price},
+                 .price =
+                     PriceCommand{.head = {.bytes = {0x00, 0x00, 0x02}, .pause_ms = 0}, .zero = 0}},
 };
 
 // ScalesVN_A_CI: characters between "<" and ">". The second byte of a command is the address,
@@ -109,8 +109,8 @@ constinit const ProtocolSheet kSheetOfVN_220_CI_OLD = {
     .read = StartByteRead{.length = 7, .start = {'<'}, .wrongByte = kCostsAsSilence},
     .asking = kThreeTimes_500ms,
     .fixed = {{0, '<'}, {6, '>'}},
-    .weight = {.at = 2,
-               .size = 3,
+    .weight = {.at = vn220::kWeightAt,
+               .size = vn220::kWeightSize,
                .written = PackedNotation{},
                .negative = bitOf(5, 0x20),
                .decimals = {.at = 5, .mask = 0x03, .zero = 0, .factors = kGramsOfDecimals},

@@ -47,6 +47,18 @@ int Framing::bits() const {
   return 1 + dataBits + (parity == COMPort::None ? 0 : 1) + (stopBits == COMPort::Two ? 2 : 1);
 }
 
+Command PriceCommand::of(long price) const {
+  Command command = head;
+  command.bytes = priceFrame(head.bytes, price, zero);
+  return command;
+}
+
+std::optional<Command> Commands::ofPrice(long number) const {
+  if (price) return price->of(number);
+  const auto chosen = std::ranges::find(setup, number, &SetupCommand::number);
+  return chosen == setup.end() ? std::nullopt : std::optional(chosen->command);
+}
+
 std::vector<std::uint8_t> Request::bytesOfFirstAttempt() const {
   std::vector<std::uint8_t> bytes(first.view().begin(), first.view().end());
   bytes.insert(bytes.end(), frameHead, 0);
@@ -81,6 +93,11 @@ bool endsFrame(const TerminatorRead& style, Frame frame) {
   if (frame.size() < size) return false;
   if (style.match == TerminatorRead::Match::AnyOf) return style.end.contains(frame.back());
   return std::ranges::equal(frame.last(size), style.end.view());
+}
+
+bool isWhole(const TerminatorRead& style, Frame frame) {
+  return frame.size() >= style.capacity ||
+         (frame.size() >= style.minLength && endsFrame(style, frame));
 }
 
 Outputs outputsAtEntry(const ProtocolSheet& sheet, const Outputs& ofCaller) {

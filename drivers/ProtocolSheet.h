@@ -101,11 +101,11 @@ struct Asking {
   /// All attempts are made, whatever the scale answers; the last good frame stands.
   bool allAttempts = false;
 };
-inline constexpr Asking kThreeTimes_500ms = {.attempts = 3, .budget_ms = 500};
+inline constexpr Asking kThreeTimes_500ms = {.attempts = 3, .budget_ms = kLongestBudget_ms};
 inline constexpr Asking kThreeTimes_300ms = {.attempts = 3, .budget_ms = 300};
-inline constexpr Asking kTwice_500ms = {.attempts = 2, .budget_ms = 500};
+inline constexpr Asking kTwice_500ms = {.attempts = 2, .budget_ms = kLongestBudget_ms};
 inline constexpr Asking kThreeTimesIn_500ms = {
-    .attempts = 3, .budget_ms = 500, .oneBudgetForAll = true};
+    .attempts = 3, .budget_ms = kLongestBudget_ms, .oneBudgetForAll = true};
 inline constexpr Asking kAlwaysThreeTimes_300ms = {
     .attempts = 3, .budget_ms = 300, .allAttempts = true};
 
@@ -180,20 +180,39 @@ struct Command {
     Drain,
   };
 
-  ByteRow bytes = {};
+  ByteRow bytes;
   /// After each write.
-  int pause_ms = 0;
+  int pause_ms;
   int times = 1;
   Afterwards afterwards = Afterwards::Nothing;
+};
+
+/// Tells a price-computing scale the price, as `priceFrame` writes it behind the command's bytes.
+struct PriceCommand {
+  Command head;
+  /// The scale's digit 0.
+  std::uint8_t zero;
+
+  Command of(long price) const;
+};
+
+/// Of a scale without a price: a number that selects a command when it is given as one.
+struct SetupCommand {
+  long number;
+  Command command;
 };
 
 /// Commands that aren't named the scale lacks: they give "not supported" and leave the port alone.
 struct Commands {
   std::optional<Command> tare = std::nullopt;
   std::optional<Command> zero = std::nullopt;
-  /// The command for a price. None for a price that stands for no command: that is answered
-  /// "not supported" with the port left open.
-  std::optional<Command> (*price)(long price) = nullptr;
+  std::optional<PriceCommand> price = std::nullopt;
+  std::span<const SetupCommand> setup = {};
+
+  bool takePrice() const { return price || !setup.empty(); }
+  /// None for a price that stands for no command: that is answered "not supported" with the port
+  /// left open.
+  std::optional<Command> ofPrice(long price) const;
 };
 inline constexpr Commands kNoCommands = {};
 
@@ -267,6 +286,8 @@ std::size_t shortestFrame(const ProtocolSheet& sheet);
 bool mayBegin(const ProtocolSheet& sheet, std::uint8_t byte);
 /// Whether the terminator stands at the end.
 bool endsFrame(const TerminatorRead& style, Frame frame);
+/// Whether the style reads no further.
+bool isWhole(const TerminatorRead& style, Frame frame);
 
 /// The outputs as a poll begins, from what the caller has in them.
 Outputs outputsAtEntry(const ProtocolSheet& sheet, const Outputs& ofCaller);

@@ -5,6 +5,9 @@
 
 #include "ByteRow.h"
 
+/// The longest that a driver waits for an answer.
+inline constexpr int kLongestBudget_ms = 500;
+
 /// What silence costs of a read's budget: the budget falls by the sleeps, not by the clock.
 inline constexpr int kSilence_ms = 50;
 

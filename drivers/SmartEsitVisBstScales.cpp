@@ -40,7 +40,7 @@ constinit const ProtocolSheet kSheetOfSMART = {
 //   < 2D 30 B1 32 35 30 0D
 //     00 01 02 03 04 05 06
 //     |  weight: "01.250" CR
-//     `- 2B or 2D, negative
+//     `- 2B, or 2D if negative
 constinit const ProtocolSheet kSheetOfESITSMART2 = {
     .line = k8N1,
     .atEntry = AtEntry::AllZero,

@@ -1,30 +1,18 @@
+#include <array>
+
 #include "Drivers.h"
 
 namespace {
 
 namespace iqPlus {
 
-/// The terminal has no price: three numbers select setup commands instead. Any other gives "not
-/// supported" and leaves the port open.
-std::optional<Command> setup(long price) {
-  constexpr int kPause_ms = 150;
-  switch (price) {
-    case 12345: return Command{.bytes = "STREAM=OFF\r\n", .pause_ms = kPause_ms};
-    case 1: return Command{.bytes = "EX\r\n", .pause_ms = kPause_ms};
-    case 2: return Command{.bytes = "SX\r\n", .pause_ms = kPause_ms};
-    default: return std::nullopt;
-  }
-}
+/// The terminal has no price.
+constexpr std::array<SetupCommand, 3> kSetup = {
+    {{12345, {.bytes = "STREAM=OFF\r\n", .pause_ms = 150}},
+     {1, {.bytes = "EX\r\n", .pause_ms = 150}},
+     {2, {.bytes = "SX\r\n", .pause_ms = 150}}}};
 
 }  // namespace iqPlus
-
-namespace icsNt {
-
-std::optional<Command> price(long price) {
-  return Command{.bytes = priceFrame({0x00, 0x00, 0x02}, price, '0')};
-}
-
-}  // namespace icsNt
 
 }  // namespace
 
@@ -50,7 +38,7 @@ constinit const ProtocolSheet kSheetOfIQplus355 = {
                .written = TextNotation{.blank = Take::Zero, .other = Take::Zero}},
     .motion = kAlwaysAtRest,
     .weightUnit = WeightUnit::Kilogram,
-    .commands = {.tare = Command{.bytes = "KTARE\r\n", .pause_ms = 150}, .price = iqPlus::setup},
+    .commands = {.tare = Command{.bytes = "KTARE\r\n", .pause_ms = 150}, .setup = iqPlus::kSetup},
 };
 
 // Scales_HBMWE2110: a text of no fixed form, up to a CR or an LF. One whose end didn't come in time
@@ -100,7 +88,8 @@ constinit const ProtocolSheet kSheetOfICS_NT = {
     .weightUnit = WeightUnit::Kilogram,
     .moneyUnit = MoneyUnit::AsCounted,
     .commands = {.tare = Command{.bytes = {0x00, 0x00, 0x01}, .pause_ms = 150},
-                 .price = icsNt::price},
+                 .price = PriceCommand{.head = {.bytes = {0x00, 0x00, 0x02}, .pause_ms = 0},
+                                       .zero = '0'}},
 };
 
 // CScalesWPT4Radwag: a line of text.

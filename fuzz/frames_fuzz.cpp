@@ -1,11 +1,12 @@
 // Every driver's frame functions on any bytes. The first byte chooses the model, the second how
-// the outputs stand before, the rest is the frame.
+// the outputs stand before and whether the frame is made a good one, the rest is the frame.
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <span>
 
 #include "Models.h"
 
@@ -20,6 +21,16 @@ bool isKnown(int code) {
          code == kUnknown;
 }
 
+/// Puts in all that a frame is held against, so that what is behind it is tried, too.
+void makeGood(const ProtocolSheet& sheet, std::span<std::uint8_t> frame, std::uint8_t choice) {
+  if (frame.size() < shortestFrame(sheet)) return;
+  for (const FixedByte& byte : sheet.fixed.view()) {
+    const Frame values = byte.oneOf.view();
+    frame[byte.placeIn(frame.size())] = values[choice % values.size()];
+  }
+  if (sheet.checksum.of != nullptr) frame[sheet.checksum.at] = sheet.checksum.of(frame);
+}
+
 void checkFrame(const ProtocolSheet& sheet, Frame frame, Outputs outputs) {
   takeMotionOfAnyFrame(sheet, frame, outputs);
   if (!isGood(sheet, frame)) return;
@@ -30,12 +41,11 @@ void checkFrame(const ProtocolSheet& sheet, Frame frame, Outputs outputs) {
 }
 
 void checkPrice(const ProtocolSheet& sheet, Frame bytes) {
-  if (sheet.commands.price == nullptr) return;
   unsigned long price = 0;
   for (const std::uint8_t byte : bytes.first(std::min(bytes.size(), sizeof price))) {
     price = price << 8 | byte;
   }
-  const auto command = sheet.commands.price(static_cast<long>(price));
+  const auto command = sheet.commands.ofPrice(static_cast<long>(price));
   check(!command || command->bytes.size() < ByteRow::kCapacity);
 }
 
@@ -53,7 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t length = size - kChoices;
   const auto block = std::make_unique<std::uint8_t[]>(length);
   std::copy_n(data + kChoices, length, block.get());
-  const Frame frame(block.get(), length);
+  const std::span frame(block.get(), length);
+  constexpr std::uint8_t kGood = 0x80;
+  if ((data[1] & kGood) != 0) makeGood(*sheet, frame, data[1]);
   checkFrame(*sheet, frame, {before, before, before, data[1] % 2 == 0});
   checkPrice(*sheet, frame);
   return 0;

@@ -16,7 +16,6 @@ constexpr unsigned long kDefaultBitRate = 4800;
 constexpr int kDefaultNetPort = 20108;
 
 constexpr int kConnectTimeout_ms = 10000;
-constexpr int kReadIdle_ms = 100;
 constexpr int kSendIdle_ms = 7000;
 constexpr int kCloseTimeout_ms = 5000;
 
@@ -160,7 +159,7 @@ std::unique_ptr<CkSocket> COrbComLanPort::connected() {
       [&]() -> std::unique_ptr<CkSocket> {
         auto made = std::make_unique<CkSocket>();
         if (!made->Connect(hostName.data(), netPort, false, kConnectTimeout_ms)) return nullptr;
-        made->put_MaxReadIdleMs(kReadIdle_ms);
+        made->put_MaxReadIdleMs(kNetworkIdle_ms);
         made->put_MaxSendIdleMs(kSendIdle_ms);
         return made;
       },

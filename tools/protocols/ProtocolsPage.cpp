@@ -40,6 +40,24 @@ std::string anyOf(const ByteRow& bytes) {
   return text;
 }
 
+std::string fixedOf(const FixedBytes& fixed) {
+  std::string text;
+  for (const FixedByte& byte : fixed.view()) {
+    text += (text.empty() ? "" : ", ") + std::to_string(byte.at) + ": " + anyOf(byte.oneOf);
+  }
+  return text;
+}
+
+/// What a frame is held against, by places from 0; from the end if negative.
+std::string checkOf(const ProtocolSheet& sheet) {
+  std::string text = fixedOf(sheet.fixed);
+  if (!sheet.orFixed.view().empty()) text += "; or " + fixedOf(sheet.orFixed);
+  if (sheet.checksum.of != nullptr) {
+    text += (text.empty() ? "" : "; ") + ("checksum at " + std::to_string(sheet.checksum.at));
+  }
+  return text.empty() ? kNone : text;
+}
+
 std::string requestOf(const Request& request) {
   if (request == kNoRequest) return "none, listens";
   std::string text = code(request.first.view());
@@ -93,9 +111,8 @@ std::string commandOf(const std::optional<Command>& command) {
 }
 
 std::string priceOf(const ProtocolSheet& sheet) {
-  if (sheet.commands.price == nullptr) return kNone;
-  const std::optional<Command> command = sheet.commands.price(1250);
-  return command ? commandOf(command) : "setup commands";
+  if (!sheet.commands.setup.empty()) return "setup commands";
+  return sheet.commands.price ? commandOf(sheet.commands.price->of(1250)) : kNone;
 }
 
 /// By their order in the enumerations.
@@ -129,13 +146,14 @@ std::string table(std::initializer_list<std::string> heading, Cells cells) {
 
 std::string exchangeTable() {
   return table(
-      {"Model", "Scale", "Line", "Request", "Read", "Attempts", "Drain", "Stable", "TCP"},
+      {"Model", "Scale", "Line", "Request", "Read", "Check", "Attempts", "Drain", "Stable", "TCP"},
       [](const ScalesModel& model) -> std::string {
         if (model.sheet == nullptr) return {};
         const ProtocolSheet& sheet = *model.sheet;
         return row({std::to_string(model.number), model.name, sheet.line.text(),
-                    requestOf(sheet.request), readOf(sheet.read), askingOf(sheet.asking),
-                    std::to_string(sheet.drainSize), motionOf(sheet.motion), tcpOf(sheet.read)});
+                    requestOf(sheet.request), readOf(sheet.read), checkOf(sheet),
+                    askingOf(sheet.asking), std::to_string(sheet.drainSize), motionOf(sheet.motion),
+                    tcpOf(sheet.read)});
       });
 }
 

@@ -143,8 +143,7 @@ void LogExplainer::takeAnswer(Record record) {
 
 bool LogExplainer::isWhole() const {
   if (const auto* style = std::get_if<TerminatorRead>(&sheet_.read)) {
-    return frame_.size() >= style->capacity ||
-           (frame_.size() >= style->minLength && endsFrame(*style, frame_));
+    return ::isWhole(*style, frame_);
   }
   return frame_.size() >= frameLength(sheet_);
 }

@@ -14,11 +14,9 @@ Frame frameAtHead(const ProtocolSheet& sheet, Frame bytes) {
     return bytes.first(std::min(length, bytes.size()));
   }
   const auto& style = std::get<TerminatorRead>(sheet.read);
-  const Frame longest = bytes.first(std::min(style.capacity, bytes.size()));
-  for (std::size_t size = style.minLength; size <= longest.size(); ++size) {
-    if (endsFrame(style, longest.first(size))) return longest.first(size);
-  }
-  return longest;
+  std::size_t size = std::min(style.minLength, bytes.size());
+  while (size < bytes.size() && !isWhole(style, bytes.first(size))) ++size;
+  return bytes.first(size);
 }
 
 /// Whether all bytes whatever, if only they are of the right number, are taken.

@@ -1,7 +1,6 @@
 #include "Questions.h"
 
 #include <algorithm>
-#include <array>
 
 namespace recognise {
 
@@ -11,51 +10,21 @@ Bytes bytesOf(std::span<const std::uint8_t> bytes) { return {bytes.begin(), byte
 
 bool isLine(const Bytes& bytes) { return bytes.back() == '\r' || bytes.back() == '\n'; }
 
-/// Prices that protocols without one have taken for commands.
-constexpr std::array<long, 3> kSettings = {1, 2, 12345};
-
-std::vector<Bytes> settingsOf(const ProtocolSheet& sheet) {
-  std::vector<Bytes> commands;
-  for (const long number : kSettings) {
-    if (const auto command = sheet.commands.price(number))
-      commands.push_back(bytesOf(command->bytes.view()));
-  }
-  return commands;
-}
-
-/// What the command of every price begins with, and its length; empty where prices stand for
-/// settings.
-struct PriceHead {
-  Bytes bytes;
-  std::size_t commandSize = 0;
-};
-PriceHead priceHeadOf(const ProtocolSheet& sheet) {
-  // Two prices that differ in every digit.
-  const auto low = sheet.commands.price(12345);
-  const auto high = sheet.commands.price(98760);
-  if (!low || !high) return {};
-  const auto a = low->bytes.view();
-  const auto differ = std::ranges::mismatch(a, high->bytes.view());
-  return {{a.begin(), differ.in1}, a.size()};
-}
-
-void addPriceCommands(const ProtocolSheet& sheet, std::vector<Bytes>& commands) {
-  if (sheet.commands.price == nullptr) return;
-  for (Bytes& setting : settingsOf(sheet)) commands.push_back(std::move(setting));
-  const PriceHead head = priceHeadOf(sheet);
-  if (!head.bytes.empty()) commands.push_back(head.bytes);
-}
-
 std::vector<Bytes> gatherCommands() {
-  std::vector<Bytes> commands;
+  std::vector<Bytes> gathered;
+  const auto add = [&](const Command& command) {
+    gathered.push_back(bytesOf(command.bytes.view()));
+  };
   for (const ScalesModel& model : scalesModels()) {
     if (model.sheet == nullptr) continue;
-    const ProtocolSheet& sheet = *model.sheet;
-    if (sheet.commands.tare) commands.push_back(bytesOf(sheet.commands.tare->bytes.view()));
-    if (sheet.commands.zero) commands.push_back(bytesOf(sheet.commands.zero->bytes.view()));
-    addPriceCommands(sheet, commands);
+    const Commands& commands = model.sheet->commands;
+    if (commands.tare) add(*commands.tare);
+    if (commands.zero) add(*commands.zero);
+    // Whatever the price is.
+    if (commands.price) add(commands.price->head);
+    for (const SetupCommand& setup : commands.setup) add(setup.command);
   }
-  return commands;
+  return gathered;
 }
 
 std::vector<Question> distinctQuestions(std::span<const ScalesModel* const> models) {
@@ -98,12 +67,14 @@ const std::vector<Bytes>& allCommands() {
 }
 
 bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
-  if (sheet.commands.price == nullptr) return false;
-  const auto same = [&](const Bytes& setting) { return std::ranges::equal(setting, written); };
-  if (std::ranges::any_of(settingsOf(sheet), same)) return true;
-  const PriceHead head = priceHeadOf(sheet);
-  return !head.bytes.empty() && written.size() == head.commandSize &&
-         std::ranges::equal(head.bytes, written.first(head.bytes.size()));
+  if (const auto& price = sheet.commands.price) {
+    const Frame head = price->head.bytes.view();
+    return written.size() == price->of(0).bytes.size() &&
+           std::ranges::equal(head, written.first(head.size()));
+  }
+  return std::ranges::any_of(sheet.commands.setup, [&](const SetupCommand& setup) {
+    return std::ranges::equal(setup.command.bytes.view(), written);
+  });
 }
 
 bool makesCommand(const Bytes& before, const Bytes& next) {

@@ -27,8 +27,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kStreamTime{2000};
 /// What a scale that is asked says before it is asked comes from another protocol.
 constexpr milliseconds kUnaskedTime{700};
-/// The longest budget that a driver gives an answer, and as much again.
-constexpr milliseconds kAnswerTime{1000};
+constexpr milliseconds kAnswerTime{2 * kLongestBudget_ms};
 constexpr int kRequests = 2;
 constexpr std::size_t kShown = 32;
 

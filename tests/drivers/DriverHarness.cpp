@@ -14,12 +14,6 @@ namespace {
 
 std::atomic<int> slept_ms = 0;
 
-std::vector<fixture::Bytes> framesOf(std::initializer_list<const char*> texts) {
-  std::vector<fixture::Bytes> frames;
-  for (const char* text : texts) frames.push_back(fixture::bytes(text));
-  return frames;
-}
-
 }  // namespace
 
 /// Stands in for the product's own.
@@ -40,38 +34,31 @@ Poll pollOnce(IScalesObject& scales) {
   return {code, out, sleptSoFar() - before};
 }
 
-Answers::Answers(fixture::Bytes request, std::vector<fixture::Bytes> answers)
-    : state_(std::make_shared<State>()) {
-  state_->request = std::move(request);
-  state_->answers = std::move(answers);
+Pair::Pair(int model, Transport transport, const std::string& request,
+           const std::vector<std::string>& answers, int leave)
+    : request_(fixture::bytes(request)) {
+  for (const std::string& answer : answers) answers_.push_back(fixture::bytes(answer));
+  start(
+      model, transport, [this](fixture::Wire& wire) { answer(wire); }, leave);
 }
 
-fixture::Script Answers::script() const {
-  return [state = state_](fixture::Wire& wire) {
-    fixture::Bytes seen;
-    while (wire.isAlive()) {
-      const fixture::Bytes some = wire.receiveSome();
-      state->received.add(some);
-      for (const std::uint8_t byte : some) {
-        seen.push_back(byte);
-        if (seen.size() > state->request.size()) seen.erase(seen.begin());
-        if (seen != state->request) continue;
-        seen.clear();
-        wire.send(state->answers[std::min(state->requests++, state->answers.size() - 1)]);
-      }
-    }
-  };
-}
-
-Pair::Pair(int model, Transport transport, const char* request,
-           std::initializer_list<const char*> answers, int leave)
-    : answers_(fixture::bytes(request), framesOf(answers)) {
-  start(model, transport, answers_.script(), leave);
-}
-
-Pair::Pair(int model, Transport transport, const fixture::Script& script, int leave)
-    : answers_({}, {}) {
+Pair::Pair(int model, Transport transport, const fixture::Script& script, int leave) {
   start(model, transport, script, leave);
+}
+
+void Pair::answer(fixture::Wire& wire) {
+  fixture::Bytes seen;
+  while (wire.isAlive()) {
+    const fixture::Bytes some = wire.receiveSome();
+    received_.add(some);
+    for (const std::uint8_t byte : some) {
+      seen.push_back(byte);
+      if (seen.size() > request_.size()) seen.erase(seen.begin());
+      if (seen != request_) continue;
+      seen.clear();
+      wire.send(answers_[std::min(requests_++, answers_.size() - 1)]);
+    }
+  }
 }
 
 void Pair::start(int model, Transport transport, const fixture::Script& script, int leave) {
@@ -87,8 +74,4 @@ void Pair::start(int model, Transport transport, const fixture::Script& script, 
     pty_->play(script);
   }
   if (code != kSuccess) throw std::runtime_error("the driver doesn't reach its scale");
-}
-
-std::string Pair::received(std::size_t count) const {
-  return fixture::hex(answers_.received(count));
 }

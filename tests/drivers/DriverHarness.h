@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,49 +29,35 @@ inline constexpr long kStableOfCaller = -7;
 
 Poll pollOnce(IScalesObject& scales);
 
-/// A scale's wits: answers the n-th request with the n-th answer, and all further ones with the
-/// last. An empty answer is silence.
-class Answers {
- public:
-  Answers(fixture::Bytes request, std::vector<fixture::Bytes> answers);
-
-  /// May run on one connection after the other.
-  fixture::Script script() const;
-  /// Waits for so many bytes in all, and gives what has come.
-  fixture::Bytes received(std::size_t count) const { return state_->received.waitFor(count); }
-
- private:
-  struct State {
-    fixture::Bytes request;
-    std::vector<fixture::Bytes> answers;
-    std::size_t requests = 0;
-    fixture::Received received = {};
-  };
-  std::shared_ptr<State> state_;
-};
-
 enum class Transport { Pty, Tcp };
 
 /// A driver and its scale at a line of either kind.
 class Pair {
  public:
-  /// Frames are texts for `fixture::bytes`. The connection is kept unless `leave` is 0.
-  Pair(int model, Transport transport, const char* request,
-       std::initializer_list<const char*> answers, int leave = 1);
+  /// The scale answers the n-th request with the n-th answer, and all further ones with the last.
+  /// An empty answer is silence. Frames are texts for `fixture::bytes`. The connection is kept
+  /// unless `leave` is 0.
+  Pair(int model, Transport transport, const std::string& request,
+       const std::vector<std::string>& answers, int leave = 1);
   Pair(int model, Transport transport, const fixture::Script& script, int leave = 1);
 
   Poll poll() { return pollOnce(*scales_); }
   bool isConnected() { return scales_->isConnected() == COrbComLanPort::kConnected; }
   /// What the scale has received, in hexadecimal, once there are so many bytes.
-  std::string received(std::size_t count) const;
+  std::string received(std::size_t count) const { return fixture::hex(received_.waitFor(count)); }
   IScalesObject& scales() { return *scales_; }
   fixture::PtyLine& pty() { return *pty_; }
   int connections() const { return tcp_->connections(); }
 
  private:
   void start(int model, Transport transport, const fixture::Script& script, int leave);
+  /// May run on one connection after the other.
+  void answer(fixture::Wire& wire);
 
-  Answers answers_;
+  fixture::Bytes request_;
+  std::vector<fixture::Bytes> answers_;
+  std::size_t requests_ = 0;
+  fixture::Received received_;
   std::unique_ptr<fixture::PtyLine> pty_;
   std::unique_ptr<fixture::TcpPeer> tcp_;
   std::unique_ptr<IScalesObject> scales_;

@@ -218,8 +218,8 @@ TEST_P(ExchangeTail, ReplyIsReadAndDropped) {
   logInto(folder);
   ASSERT_EQ(connect(1), kSuccess);
   const bool price = GetParam().model == 21;
-  Answers answers(fixture::bytes(price ? "00 00 02" : "'I' 0D 0A"), {fixture::text("I A\r\n")});
-  line_.play(answers.script());
+  line_.play(fixture::answering(fixture::bytes(price ? "00 00 02" : "'I' 0D 0A"),
+                                fixture::text("I A\r\n")));
   EXPECT_EQ(price ? scales_->setPrice(1250) : scales_->pressT(0.0), kSuccess);
   scales_->CloseComPort();
   const std::string log = folder.read("Весы/log_scales_id.log");

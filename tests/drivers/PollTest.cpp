@@ -3,11 +3,14 @@
 
 #include <cstdio>
 #include <latch>
+#include <sstream>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
 
+#include "DataFile.h"
 #include "DriverHarness.h"
 #include "Models.h"
 #include "PolledScales.h"
@@ -19,7 +22,6 @@ namespace {
 constexpr const char* kCasRequest = "05 11";
 constexpr const char* kCasFrame = "06 01 02 'S  1.250kg ' 03 04";
 constexpr const char* kOtherCasFrame = "06 01 02 'U  2.500kg ' 03 04";
-constexpr const char* kBadCasFrame = "06 01 02 'S  9.999kg ' 03 05";
 
 class Polls : public testing::TestWithParam<Transport> {};
 
@@ -45,85 +47,37 @@ TEST_P(Polls, AnswerStandsAndWhatIsLeftIsDrained) {
   EXPECT_EQ(pair.received(4), "05 11 05 11");
 }
 
-TEST_P(Polls, BadFramesEndTheirAttemptsAtOnce) {
-  Pair pair(13, GetParam(), kCasRequest, {kBadCasFrame, kBadCasFrame, kCasFrame});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_EQ(poll.reading.weight, 1.25);
-  EXPECT_EQ(pair.received(6), "05 11 05 11 05 11");
-  EXPECT_LT(poll.slept, milliseconds(3 * (150 + 500)));
+std::vector<std::string> answersOf(const std::string& row) {
+  std::vector<std::string> answers;
+  std::istringstream text(row);
+  for (std::string answer; std::getline(text, answer, '/');) answers.push_back(answer);
+  return answers;
 }
 
-/// Models 28 and 30 are asked three times whatever they answer.
-TEST_P(Polls, LastOfThreeAnswersStands) {
-  Pair pair(28, GetParam(), "2A 03",
-            {"01 00 00 00 00 00 | 00 00 00 00 00 00 | 00 00 00 00 00 00",
-             "02 00 00 00 00 00 | 00 00 00 00 00 00 | 00 00 00 00 00 00",
-             "03 00 00 00 00 00 | 04 00 00 00 00 00 | 05 00 00 00 00 00"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_DOUBLE_EQ(poll.reading.weight, 0.003);
-  EXPECT_DOUBLE_EQ(poll.reading.price, 0.04);
-  EXPECT_DOUBLE_EQ(poll.reading.cost, 0.05);
-  EXPECT_FALSE(poll.reading.stable);
-  EXPECT_EQ(pair.received(6), "2A 03 2A 03 2A 03");
-}
-
-TEST_P(Polls, OneAnswerOfThreeIsEnough) {
-  Pair pair(30, GetParam(), "00 00 03", {"'100000' '200000' '300000'", ""});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kSuccess);
-  EXPECT_DOUBLE_EQ(poll.reading.weight, 0.001);
-  EXPECT_EQ(poll.reading.price, 2.0);
-  EXPECT_EQ(poll.reading.cost, 3.0);
-  EXPECT_TRUE(poll.reading.stable);
-  EXPECT_GE(poll.slept, milliseconds(2 * 300));
-  EXPECT_EQ(pair.received(9), "00 00 03 00 00 03 00 00 03");
-}
-
-/// Model 0: 500 g at 1.00 can't cost 5.00. Such a frame is handed out, but asked again.
-TEST_P(Polls, ImplausibleFrame) {
-  constexpr const char* kImplausible = "00 00 05 00 00 00 | 00 01 00 00 00 00 | 00 00 05 00 00 00";
-  constexpr const char* kGood = "00 00 01 00 00 00 | 00 05 00 00 00 00 | 00 05 00 00 00 00";
-  {
-    Pair pair(0, GetParam(), "00 00 03", {kImplausible});
+TEST_P(Polls, GoOnAndEndByTheirAnswers) {
+  for (const fixture::DataRow& row : fixture::dataRows("polls.txt")) {
+    SCOPED_TRACE(row.heading + ": " + row.remark);
+    auto asked = fixture::dataFields(row.heading);
+    auto says = fixture::dataFields(row.right);
+    const auto number = [&](const char* name, double usual = 0.0) {
+      return says.contains(name) ? std::stod(says[name]) : usual;
+    };
+    const bool isReleased = says.contains("released");
+    Pair pair(std::stoi(asked["model"]), GetParam(), asked["request"], answersOf(row.left),
+              isReleased ? 0 : 1);
     const Poll poll = pair.poll();
-    EXPECT_EQ(poll.code, kNoConnection);
-    EXPECT_EQ(poll.reading.weight, 500.0);
-    EXPECT_EQ(poll.reading.cost, 500.0);
-    EXPECT_TRUE(poll.reading.stable);
-    EXPECT_EQ(pair.received(9), "00 00 03 00 00 03 00 00 03");
+    EXPECT_EQ(poll.code, number("code"));
+    EXPECT_DOUBLE_EQ(poll.reading.weight, number("weight"));
+    EXPECT_DOUBLE_EQ(poll.reading.price, number("price"));
+    EXPECT_DOUBLE_EQ(poll.reading.cost, number("cost"));
+    EXPECT_EQ(poll.reading.stable, says.contains("stable"));
+    EXPECT_GE(poll.slept.count(), number("from"));
+    EXPECT_LT(poll.slept.count(), number("below", 5000));
+    EXPECT_EQ(pair.isConnected(), !isReleased && !says.contains("closed"));
+    std::string sent;
+    for (double i = 0; i < number("attempts", 1); ++i) sent += asked["request"] + '|';
+    EXPECT_EQ(pair.received(fixture::bytes(sent).size()), fixture::hex(fixture::bytes(sent)));
   }
-  {
-    Pair pair(0, GetParam(), "00 00 03", {kImplausible, kGood});
-    EXPECT_EQ(pair.poll().code, kSuccess);
-    EXPECT_EQ(pair.received(6), "00 00 03 00 00 03");
-  }
-  Pair pair(0, GetParam(), "00 00 03", {kImplausible, ""});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kNoConnection) << "silence behind it changes nothing";
-  EXPECT_EQ(poll.reading.weight, 500.0);
-}
-
-/// Model 4: a nibble that is no digit ends the poll and the connection, kept or not.
-TEST_P(Polls, BadNibbleClosesThePort) {
-  Pair pair(4, GetParam(), "3C 00 21 3E", {"3C 00 0A 12 34 07 3E"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kNoAnswer);
-  EXPECT_EQ(poll.reading.weight, 0.0);
-  EXPECT_TRUE(poll.reading.stable);
-  EXPECT_FALSE(pair.isConnected());
-  EXPECT_EQ(pair.received(4), "3C 00 21 3E");
-}
-
-/// Model 4: the flag of a frame that then fails stays behind.
-TEST_P(Polls, StableOfABadFrame) {
-  Pair pair(4, GetParam(), "3C 00 21 3E", {"3C 00 00 12 34 07 3D"});
-  const Poll poll = pair.poll();
-  EXPECT_EQ(poll.code, kNoAnswer);
-  EXPECT_EQ(poll.reading.weight, 0.0);
-  EXPECT_TRUE(poll.reading.stable);
-  EXPECT_TRUE(pair.isConnected());
 }
 
 /// Model 8: three bytes go out behind the letter, the head of the last answer of this poll.
@@ -133,30 +87,6 @@ TEST_P(Polls, HeadOfTheLastAnswerGoesOut) {
   EXPECT_EQ(pair.received(12), "52 00 00 00 52 77 78 20 52 00 00 00");
   EXPECT_EQ(pair.poll().code, kSuccess);
   EXPECT_EQ(pair.received(16).substr(36), "52 00 00 00") << "a new poll begins with zeros";
-}
-
-/// What ends a poll with another code than silence.
-TEST_P(Polls, EndAtOnce) {
-  struct Ending {
-    int model;
-    const char* request;
-    const char* answer;
-    int code;
-    double weight;
-  };
-  for (const Ending& ending :
-       {Ending{3, "'G01W' 0D 0A", "'R01E01.250' 0D 0A", kUnknown, 1.25},
-        Ending{3, "'G01W' 0D 0A", "'R01?01.250' 0D 0A", kUnknown, 0.0},
-        Ending{14, "01 89", "01 80 AA C1 10 27 01 00 00 00 01 00 00 00 00 00 00 00", kOverload, 0},
-        Ending{11, "'20050027:' 0D 0A", "'81050027:  NOT READY NOW    ' 0D 0A", kNoAnswer, 0.0}}) {
-    Pair pair(ending.model, GetParam(), ending.request, {ending.answer}, 0);
-    const Poll poll = pair.poll();
-    EXPECT_EQ(poll.code, ending.code) << "model " << ending.model;
-    EXPECT_EQ(poll.reading.weight, ending.weight) << "model " << ending.model;
-    EXPECT_FALSE(pair.isConnected());
-    const fixture::Bytes once = fixture::bytes(ending.request);
-    EXPECT_EQ(pair.received(once.size()), fixture::hex(once));
-  }
 }
 
 /// What has piled up on a connection is thrown away, and the request goes out on the same one:

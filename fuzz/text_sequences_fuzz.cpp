@@ -264,10 +264,12 @@ void stringBuffer(Script& script) {
         pair.run(model.substr(0, at),
                  [&] { return flag ? text.chopAt(pos) : text.rollback(pos), true; });
         break;
-      case 16:
-        pair.run(trimmed(model, flag ? "\t " : "\t \r\n"),
-                 [&] { return flag ? text.trim() : text.trim2(), true; });
+      case 16: {
+        const std::string expected = trimmed(model, flag ? "\t " : "\t \r\n");
+        const std::size_t blanks = model.size() - expected.size();
+        pair.run(expected, [&] { return (flag ? text.trim() : text.trim2()) == blanks; });
         break;
+      }
       case 17: {
         // A short end of the text itself, or of the argument.
         const std::string_view all = at % 2 == 0 ? text.view() : piece;

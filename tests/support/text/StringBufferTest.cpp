@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "StringBuffer.h"
 
@@ -76,17 +75,6 @@ TEST(StringBufferTest, SearchesInLinearTime) {
   EXPECT_EQ(bytes.findBytes2(wanted.data(), 250'001), DataBuffer::kNotFound);
 }
 
-TEST(StringBufferTest, Trims) {
-  StringBuffer text("\t a b \r\n");
-  EXPECT_EQ(text.trim(), 2U);
-  EXPECT_STREQ(text.getString(), "a b \r\n");
-  text.trim2();
-  EXPECT_STREQ(text.getString(), "a b");
-  text.setString("  ");
-  EXPECT_EQ(text.trim(), 2U);
-  EXPECT_STREQ(text.getString(), "");
-}
-
 TEST(StringBufferTest, HandsItsBlockOver) {
   for (const std::size_t size : {std::size_t{5}, std::size_t{500}}) {
     StringBuffer text(std::string(size, 'x').c_str());
@@ -94,12 +82,6 @@ TEST(StringBufferTest, HandsItsBlockOver) {
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(block.get())), std::string(size, 'x'));
     EXPECT_EQ(text.getSize(), 0U);
   }
-  StringBuffer text("ab");
-  EXPECT_TRUE(ContentCoding::encodeHex(text.getString(), 2, HexStyle::Upper, text));
-  text.appendCharN('z', 75);
-  EXPECT_TRUE(ContentCoding::encodeBase64_noCrLf(text.getString(), 81, text));  // which moves
-  EXPECT_TRUE(text.view().starts_with("ab6162zzz"));
-  EXPECT_EQ(text.getSize(), 81U + 108U);
 }
 
 }  // namespace

@@ -198,8 +198,9 @@ TEST_F(Methods, SetParameterTakesWhatItKnowsAndPassesTheRestOver) {
 TEST_F(Methods, FolderBringsTheScalesOfItsFile) {
   fixture::TempFolder folder;
   const std::string path = folder.makeFolder("Весы");
-  folder.write("Весы/settings.xml",
-               "<Root><SCALES3 fNum=\"7\" fType=\"20\" fIsComPort=\"1\" fCoeff=\"1.000\"/></Root>");
+  folder.write(
+      "Весы/settings.xml",
+      R"(<Настройки><SCALES3 fNum="7" fType="20" fHost="весы.рф" fCoeff="1"/></Настройки>)");
   const auto knows = [&](const std::string& id) {
     call("GetWeight", {id});
     return lastError() != 8U;
@@ -208,6 +209,7 @@ TEST_F(Methods, FolderBringsTheScalesOfItsFile) {
   EXPECT_TRUE(holds("SetPathDllFolder", {path}));
   EXPECT_EQ(lastError(), 0U);
   EXPECT_TRUE(knows("7"));
+  EXPECT_TRUE(knows("весы.рф"));
   EXPECT_FALSE(knows(opened));
 
   EXPECT_FALSE(holds("SetPathDllFolder", {"/etc/passwd"}));

@@ -129,11 +129,6 @@ TEST_P(Exchange, Line) {
   const fixture::TempFolder folder;
   logInto(folder);
   ASSERT_EQ(connect(1), kSuccess);
-  const termios settings = line_.settings();
-  EXPECT_EQ(cfgetispeed(&settings), speed_t{B9600});
-  EXPECT_EQ(cfgetospeed(&settings), speed_t{B9600});
-  EXPECT_EQ(settings.c_cflag & CSIZE, tcflag_t{CS8});
-  EXPECT_EQ((settings.c_cflag & CSTOPB) != 0, GetParam().model == 17);
   scales_.reset();
   // Pseudo-terminals carry no parity; the log shows what the port was told.
   const std::string wanted =

@@ -14,7 +14,6 @@
 #include <system_error>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "PtyLine.h"
@@ -27,7 +26,6 @@ namespace {
 using fixture::Bytes;
 using fixture::bytes;
 using fixture::PtyLine;
-using testing::StrEq;
 
 /// What was asked of `tcsetattr` in this process while the object lives. A pseudo-terminal drops
 /// parity and frame length, so what a real line would get shows only in the request. There is one
@@ -123,45 +121,50 @@ TEST(SerialPort, OpeningSetsEveryFlagAndLeavesTheOthers) {
   }
 }
 
+using Setter = void (*)(COMPort&, int);
+constexpr Setter kBitRate = [](COMPort& port, int value) { port.setBitRate(value); };
+constexpr Setter kParity = [](COMPort& port, int value) {
+  port.setParity(static_cast<COMPort::Parity>(value));
+};
+constexpr Setter kStopBits = [](COMPort& port, int value) {
+  port.setStopBits(static_cast<COMPort::StopBits>(value));
+};
+constexpr Setter kDataBits = [](COMPort& port, int value) {
+  port.setDataBits(static_cast<COMPort::DataBits>(value));
+};
+
 TEST(SerialPort, AsksForTheFrameThatWasSet) {
-  struct Row {
-    const char* what;
-    std::function<void(COMPort&)> set;
+  constexpr tcflag_t kParityFlags = PARENB | PARODD;
+  const struct {
+    Setter set;
+    int value;
     tcflag_t mask;
     tcflag_t expected;
+  } rows[] = {
+      {kParity, COMPort::Odd, kParityFlags, PARENB | PARODD},
+      {kParity, COMPort::Even, kParityFlags, PARENB},
+      // No parity leaves the odd bit, and so does mark, which is none.
+      {kParity, COMPort::None, kParityFlags, PARODD},
+      {kParity, COMPort::Mark, kParityFlags, PARODD},
+      {kStopBits, COMPort::One, CSTOPB, 0},
+      {kStopBits, COMPort::Two, CSTOPB, CSTOPB},
+      {kDataBits, 4, CSIZE, CS8},
+      {kDataBits, 5, CSIZE, CS5},
+      {kDataBits, 6, CSIZE, CS6},
+      {kDataBits, 7, CSIZE, CS7},
+      {kDataBits, 8, CSIZE, CS8},
   };
-  // Frames of 6 and 7 bits are none that a pseudo-terminal has, so those calls end in a refusal.
-  const auto dataBits = [](int value) {
-    return [value](COMPort& port) {
-      errorOf([&] { port.setDataBits(static_cast<COMPort::DataBits>(value)); });
-    };
-  };
-  constexpr tcflag_t kParity = PARENB | PARODD;
-  const std::array rows = {
-      Row{"odd", [](COMPort& p) { p.setParity(COMPort::Odd); }, kParity, PARENB | PARODD},
-      Row{"even", [](COMPort& p) { p.setParity(COMPort::Even); }, kParity, PARENB},
-      Row{"none leaves the odd bit", [](COMPort& p) { p.setParity(COMPort::None); }, kParity,
-          PARODD},
-      Row{"mark is none", [](COMPort& p) { p.setParity(COMPort::Mark); }, kParity, PARODD},
-      Row{"one stop bit", [](COMPort& p) { p.setStopBits(COMPort::One); }, CSTOPB, 0},
-      Row{"two stop bits", [](COMPort& p) { p.setStopBits(COMPort::Two); }, CSTOPB, CSTOPB},
-      Row{"4 data bits stand for 8", dataBits(4), CSIZE, CS8},
-      Row{"5 data bits", dataBits(5), CSIZE, CS5},
-      Row{"6 data bits", dataBits(6), CSIZE, CS6},
-      Row{"7 data bits", dataBits(7), CSIZE, CS7},
-      Row{"8 data bits", dataBits(8), CSIZE, CS8},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.what);
+  for (const auto& row : rows) {
     PtyLine line;
     COMPort port(line.path().c_str());
     termios oddBit = line.settings();
     oddBit.c_cflag |= PARODD;
     line.apply(oddBit);
     const RequestedSettings requested;
-    row.set(port);
+    // Frames of 6 and 7 bits are none that a pseudo-terminal has, so those calls end in a refusal.
+    errorOf([&] { row.set(port, row.value); });
     ASSERT_FALSE(requested.all().empty());
-    EXPECT_EQ(requested.all().front().c_cflag & row.mask, row.expected);
+    EXPECT_EQ(requested.all().front().c_cflag & row.mask, row.expected) << row.mask << row.value;
   }
 }
 
@@ -186,38 +189,27 @@ TEST(SerialPort, TakesNineSpeeds) {
 }
 
 TEST(SerialPort, RefusesWhatALineCantHave) {
-  struct Row {
+  const struct {
     const char* error;
     std::vector<int> values;
-    std::function<void(COMPort&, int)> set;
-  };
-  const std::array rows = {
-      Row{"baudRate passed to void COMPort::ConfigureTermios() unrecognized.",
-          {-1, 0, 300, 4801, 56000, 230400, 256000},
-          [](COMPort& port, int value) { port.setBitRate(value); }},
-      Row{"StopBits FAIL.",
-          {-1, 1, 3},
-          [](COMPort& port, int value) {
-            port.setStopBits(static_cast<COMPort::StopBits>(value));
-          }},
-      Row{"Parity FAIL.",
-          {-1, 5},
-          [](COMPort& port, int value) { port.setParity(static_cast<COMPort::Parity>(value)); }},
-      Row{"DataBits FAIL.",
-          {0, 3, 9},
-          [](COMPort& port, int value) {
-            port.setDataBits(static_cast<COMPort::DataBits>(value));
-          }},
+    Setter set;
+  } rows[] = {
+      {"baudRate passed to void COMPort::ConfigureTermios() unrecognized.",
+       {-1, 0, 300, 4801, 56000, 230400, 256000},
+       kBitRate},
+      {"StopBits FAIL.", {-1, 1, 3}, kStopBits},
+      {"Parity FAIL.", {-1, 5}, kParity},
+      {"DataBits FAIL.", {0, 3, 9}, kDataBits},
   };
   PtyLine line;
-  for (const auto& [error, values, set] : rows) {
-    for (const int value : values) {
+  for (const auto& row : rows) {
+    for (const int value : row.values) {
       COMPort open(line.path().c_str());
-      EXPECT_THAT(errorOf([&, apply = set] { apply(open, value); }), StrEq(error));
+      EXPECT_EQ(errorOf([&] { row.set(open, value); }), row.error);
       // Before opening it is stored, and the opening meets it.
       COMPort later;
-      set(later, value);
-      EXPECT_THAT(errorOf([&] { later.Open(line.path().c_str()); }), StrEq(error));
+      row.set(later, value);
+      EXPECT_EQ(errorOf([&] { later.Open(line.path().c_str()); }), row.error);
     }
   }
 }

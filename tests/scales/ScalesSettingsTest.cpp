@@ -157,10 +157,6 @@ TEST_F(ScalesSettings, AFolderThatIsNoneChangesNothing) {
   EXPECT_EQ(load(file), 130);
   EXPECT_EQ(scales_.GetLastError(), 130);
   EXPECT_NE(scales_.GetScalesObject("7"), nullptr);
-  CkString expected;
-  expected.setStringUtf8(
-      ("Ошибка_130: Путь к папке компоненты указан НЕправильный: '" + file + "/'").c_str());
-  EXPECT_STREQ(scales_.GetLastTextError(), expected.getUnicode());
   EXPECT_EQ(load(folder_.file("missing")), 130);
   EXPECT_EQ(load(folder_.path() + std::string(65536, 'x')), 130);
   // The bad value stays, and the scales to come log there.
@@ -168,17 +164,6 @@ TEST_F(ScalesSettings, AFolderThatIsNoneChangesNothing) {
   EXPECT_EQ(load(file), 130);
   scales_.AddScalesObject("port", 9600, 1, 0, "8", 0, 1.0);
   EXPECT_EQ(world_.notes.front(), "folder " + file + "/");
-}
-
-TEST_F(ScalesSettings, FoldersAndNamesMayBeCyrillic) {
-  const std::string folder = folder_.makeFolder("Мои весы №1");
-  folder_.write(
-      "Мои весы №1/settings.xml",
-      "<Настройки>" + entry("SCALES1", R"(fNum="7" fHost="весы.рф" fCoeff="1")") + "</Настройки>");
-  EXPECT_EQ(load(folder), 0);
-  EXPECT_THAT(world_.notes, testing::Contains("folder " + folder));
-  // Names go on in windows-1251.
-  EXPECT_NE(scales_.GetScalesObject("\xE2\xE5\xF1\xFB.\xF0\xF4"), nullptr);
 }
 
 TEST_F(ScalesSettings, ReadsTheCoefficientAsAPersonTypesIt) {

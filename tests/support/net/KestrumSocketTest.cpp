@@ -4,6 +4,7 @@
 
 #include <array>
 #include <chrono>
+#include <set>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -71,15 +72,14 @@ TEST_F(Plain, TakesOptionsAndRoundsBufferSizes) {
 // A size that the system shall not have at all stays the system's own choice.
 TEST_F(Plain, LeavesBufferSizesOutsideTheRangeAlone) {
   TcpPeer peer(fixture::silent());
-  ASSERT_TRUE(connectTo(peer));
-  const int usual = option(SO_RCVBUF);
-  for (const std::uint32_t size : {4095U, 8U * 1024 * 1024 + 1}) {
-    TcpPeer next(fixture::silent());
-    socket.ensureSocketClosed();
+  std::set<int> sizes;
+  for (const std::uint32_t size : {0U, 4095U, 8U * 1024 * 1024 + 1}) {
     settings.soRcvBuf = size;
-    ASSERT_TRUE(connectTo(next));
-    EXPECT_EQ(option(SO_RCVBUF), usual) << size;
+    ASSERT_TRUE(connectTo(peer));
+    sizes.insert(option(SO_RCVBUF));
+    socket.ensureSocketClosed();
   }
+  EXPECT_EQ(sizes.size(), 1U);
 }
 
 TEST_F(Plain, SendsInPiecesOfTheSizeThatIsAskedForWithinItsLimits) {

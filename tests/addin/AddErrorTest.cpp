@@ -14,6 +14,7 @@
 #include "MemoryManager.h"
 #include "MemoryWatch.h"
 #include "PlatformObject.h"
+#include "RunningShort.h"
 
 extern "C" long GetClassObject(const WCHAR_T* name, IComponentBase** object);
 extern "C" long DestroyObject(IComponentBase** object);
@@ -165,22 +166,14 @@ TEST(Boundary, RefusesWhatMemoryIsTooShortFor) {
 
 /// An object whose parts can't all be made is none.
 TEST(Boundary, MakesAWholeObjectOrNone) {
-  bool hit = true;
-  int refused = 0;
-  for (int blocks = 0; hit && blocks < 1000; ++blocks) {
+  fixture::withMoreAndMoreMemory([](int blocks) {
     IComponentBase* object = nullptr;
-    long number = 0;
-    {
-      const fixture::MemoryShortage shortage(blocks);
-      number = GetClassObject(nullptr, &object);
-      hit = shortage.isHit();
-    }
+    const fixture::MemoryShortage shortage(blocks);
+    const long number = GetClassObject(nullptr, &object);
     EXPECT_EQ(number, reinterpret_cast<long>(object));
-    EXPECT_EQ(object == nullptr, hit) << blocks;
-    refused += object == nullptr ? 1 : 0;
+    EXPECT_EQ(object == nullptr, shortage.isHit()) << blocks;
     DestroyObject(&object);
-  }
-  EXPECT_GT(refused, 0);
+  });
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "LogBase.h"
 #include "MemoryWatch.h"
 #include "Psdk.h"
+#include "RunningShort.h"
 #include "StringBuffer.h"
 #include "XString.h"
 
@@ -23,6 +24,7 @@ namespace {
 
 using fixture::MemoryShortage;
 using fixture::memoryWatch;
+using fixture::withMoreAndMoreMemory;
 
 constexpr const char* kSecret = "the PIN of the till is 4711";
 
@@ -150,19 +152,6 @@ TEST(WipingTest, ConversionsAndCodersLeaveNoSecret) {
   }
 }
 
-/// Runs `use` with memory for 0, 1, 2, ... allocations until there was enough: nothing may
-/// crash, throw or leak on the way.
-template <typename Use>
-void withShrinkingMemory(Use use) {
-  for (int available = 0; available < 1000; ++available) {
-    EncodingConvert::cleanupMemory();  // so that each round needs the same
-    const MemoryShortage shortage(available);
-    use();
-    if (!shortage.isHit()) return;
-  }
-  ADD_FAILURE() << "never had enough memory";
-}
-
 TEST(AllocationTest, ATextThatCannotBeMadeIsAsBeforeAndSaysSo) {
   Psdk::setAnsiCodePage(1251);
   const std::string ansi(500, '\xC2');
@@ -226,7 +215,9 @@ TEST(AllocationTest, WhatLacksMemoryIsNoSuccess) {
   const auto isText = [&](const DataBuffer& bytes) { return bytes.equals2(text.data(), 3000); };
   for (const int page : kTextPages) {
     bool honest = true;
-    withShrinkingMemory([&] {
+    withMoreAndMoreMemory([&](int allocations) {
+      EncodingConvert::cleanupMemory();  // so that each round needs the same
+      const MemoryShortage shortage(allocations);
       DataBuffer there;
       DataBuffer back;
       const bool whole =
@@ -238,7 +229,9 @@ TEST(AllocationTest, WhatLacksMemoryIsNoSuccess) {
   }
   for (int encoding = 1; encoding <= 26; ++encoding) {
     bool honest = true;
-    withShrinkingMemory([&] {
+    withMoreAndMoreMemory([&](int allocations) {
+      EncodingConvert::cleanupMemory();
+      const MemoryShortage shortage(allocations);
       DataBuffer bytes;
       XString encoded;
       _clsEncode coder;

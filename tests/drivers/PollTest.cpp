@@ -182,15 +182,12 @@ TEST(PollsOverPty, EndOfTheThreadPassesThrough) {
   line.play(fixture::answering({'E'}, {0xE2, 0x04}));
   PolledScales scales(sheet);
   ASSERT_EQ(scales.SetComPort(line.path().c_str(), 9600, nullptr), kSuccess);
-  pthread_t thread = {};
-  const auto poll = [](void* polled) -> void* {
-    pollOnce(*static_cast<PolledScales*>(polled));
-    return nullptr;
-  };
-  ASSERT_EQ(::pthread_create(&thread, nullptr, poll, &scales), 0);
-  void* result = nullptr;
-  ASSERT_EQ(::pthread_join(thread, &result), 0);
-  EXPECT_EQ(result, PTHREAD_CANCELED);
+  bool isBack = false;
+  std::thread([&] {
+    pollOnce(scales);
+    isBack = true;
+  }).join();
+  EXPECT_FALSE(isBack);
 }
 
 }  // namespace

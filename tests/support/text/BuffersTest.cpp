@@ -182,6 +182,7 @@ TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   EXPECT_EQ(bytes.getByte(5), 0);
   EXPECT_EQ(bytes.getDataAt(5), nullptr);
   EXPECT_EQ(bytes.getUInt(0xFFFFFFFFFFFFFFFE), 0U);
+  EXPECT_STREQ(bytes.getEncoded("hex"), "01020304FF");
   EXPECT_STREQ(bytes.getEncodedRange("hex", 9, 3), "");
   EXPECT_EQ(bytes.findBytes2("\x03\x04", 2), 2U);
   EXPECT_EQ(bytes.findBytes2("\x05", 1), 0xFFFFFFFFU);
@@ -189,6 +190,9 @@ TEST(CkByteDataTest, ReadsNumbersAndRanges) {
   part.append2("\x01\x02", 2);
   EXPECT_EQ(bytes.findBytes(part), 0);
   EXPECT_EQ(part.findBytes(bytes), -1);
+  bytes.append(part);
+  bytes.byteSwap4321();
+  EXPECT_STREQ(bytes.getEncoded("hex"), "04030201FF0102");  // a rest stays
 }
 
 }  // namespace

@@ -95,8 +95,7 @@ class Exchange : public testing::TestWithParam<ExchangeRow> {
     return scales_->SetComPort(line_.path().c_str(), 9600, nullptr);
   }
   void logInto(const fixture::TempFolder& folder) {
-    CkString path;
-    path.setStringUtf8(folder.makeFolder("Весы").c_str());
+    CkString path(folder.makeFolder("Весы").c_str(), true);
     folder.write("Весы/log.txt", "");
     scales_->SetPathToDll(path);
     scales_->SetScalesName("id");

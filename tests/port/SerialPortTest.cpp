@@ -30,28 +30,16 @@ using fixture::PtyLine;
 /// What was asked of `tcsetattr` in this process while the object lives. A pseudo-terminal drops
 /// parity and frame length, so what a real line would get shows only in the request. There is one
 /// object at a time.
-class RequestedSettings {
- public:
+struct RequestedSettings {
   RequestedSettings() { current = this; }
   ~RequestedSettings() { current = nullptr; }
   RequestedSettings(const RequestedSettings&) = delete;
   RequestedSettings& operator=(const RequestedSettings&) = delete;
 
-  const std::vector<termios>& all() const { return requests_; }
-  /// From now on every request is refused.
-  void refuse() { refusing_ = true; }
-
-  /// Called for each request; true to pass it on.
-  bool take(const termios& settings) {
-    requests_.push_back(settings);
-    return !refusing_;
-  }
+  std::vector<termios> all;
+  bool areRefused = false;
 
   static inline RequestedSettings* current = nullptr;
-
- private:
-  std::vector<termios> requests_;
-  bool refusing_ = false;
 };
 
 }  // namespace
@@ -60,11 +48,11 @@ class RequestedSettings {
 extern "C" int tcsetattr(int fd, int actions, const termios* settings) noexcept {
   using Function = int (*)(int, int, const termios*);
   static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "tcsetattr"));
-  if (RequestedSettings::current != nullptr && !RequestedSettings::current->take(*settings)) {
-    errno = EIO;
-    return -1;
-  }
-  return real(fd, actions, settings);
+  RequestedSettings* const requested = RequestedSettings::current;
+  if (requested != nullptr) requested->all.push_back(*settings);
+  if (requested == nullptr || !requested->areRefused) return real(fd, actions, settings);
+  errno = EIO;
+  return -1;
 }
 
 namespace {
@@ -163,24 +151,18 @@ TEST(SerialPort, AsksForTheFrameThatWasSet) {
     const RequestedSettings requested;
     // Frames of 6 and 7 bits are none that a pseudo-terminal has, so those calls end in a refusal.
     errorOf([&] { row.set(port, row.value); });
-    ASSERT_FALSE(requested.all().empty());
-    EXPECT_EQ(requested.all().front().c_cflag & row.mask, row.expected) << row.mask << row.value;
+    ASSERT_FALSE(requested.all.empty());
+    EXPECT_EQ(requested.all.front().c_cflag & row.mask, row.expected) << row.mask << row.value;
   }
 }
 
 TEST(SerialPort, TakesNineSpeeds) {
   PtyLine line;
   COMPort port(line.path().c_str());
-  for (const auto& [rate, constant] :
-       std::initializer_list<std::pair<int, speed_t>>{{600, B600},
-                                                      {1200, B1200},
-                                                      {2400, B2400},
-                                                      {4800, B4800},
-                                                      {9600, B9600},
-                                                      {19200, B19200},
-                                                      {38400, B38400},
-                                                      {57600, B57600},
-                                                      {115200, B115200}}) {
+  const std::pair<int, speed_t> speeds[] = {{600, B600},     {1200, B1200},   {2400, B2400},
+                                            {4800, B4800},   {9600, B9600},   {19200, B19200},
+                                            {38400, B38400}, {57600, B57600}, {115200, B115200}};
+  for (const auto& [rate, constant] : speeds) {
     port.setBitRate(rate);
     const termios settings = line.settings();
     EXPECT_EQ(::cfgetispeed(&settings), constant) << rate;
@@ -219,15 +201,15 @@ TEST(SerialPort, ReachesAnEvenParityScaleOverAPseudoTerminal) {
   COMPort port(line.path().c_str());
   const RequestedSettings requested;
   port.setParity(COMPort::Even);
-  ASSERT_EQ(requested.all().size(), 2U);
-  EXPECT_TRUE(requested.all()[0].c_cflag & PARENB);
-  EXPECT_FALSE(requested.all()[1].c_cflag & (PARENB | PARODD));
+  ASSERT_EQ(requested.all.size(), 2U);
+  EXPECT_TRUE(requested.all[0].c_cflag & PARENB);
+  EXPECT_FALSE(requested.all[1].c_cflag & (PARENB | PARODD));
   line.send(bytes("05"));
   std::array<std::uint8_t, 8> buffer = {};
   EXPECT_EQ(port.read(buffer.data(), buffer.size()), 1U);
   // The setting stays, and the next change asks for parity again.
   port.setStopBits(COMPort::Two);
-  EXPECT_TRUE(requested.all().at(2).c_cflag & PARENB);
+  EXPECT_TRUE(requested.all.at(2).c_cflag & PARENB);
   EXPECT_TRUE(line.settings().c_cflag & CSTOPB);
 }
 
@@ -235,9 +217,9 @@ TEST(SerialPort, GivesUpWhenTheLineRefusesTwice) {
   PtyLine line;
   COMPort port(line.path().c_str());
   RequestedSettings requested;
-  requested.refuse();
+  requested.areRefused = true;
   EXPECT_EQ(errorOf([&] { port.setBitRate(9600); }), kSystemError);
-  EXPECT_EQ(requested.all().size(), 2U);
+  EXPECT_EQ(requested.all.size(), 2U);
 }
 
 TEST(SerialPort, OpenLeavesNothingBehindWhenItFails) {

@@ -33,8 +33,7 @@ class ScalesSettings : public testing::Test {
 
   int load() { return load(folder_.path()); }
   int load(const std::string& folder) {
-    CkString path;
-    path.setStringUtf8(folder.c_str());
+    CkString path(folder.c_str(), true);
     return scales_.SetPathDllFolder(path);
   }
   /// Loads a file with these elements under a root, and gives "id, coeff, leave, connection" of
@@ -173,11 +172,8 @@ TEST_F(ScalesSettings, ReadsTheCoefficientAsAPersonTypesIt) {
     rows.emplace_back(fixture::characters(row.left), std::stod(row.right));
   }
   for (const auto& [typed, value] : rows) {
-    CkString text;
-    text.setStringUtf8("9");
-    scales_.Set_param_mp_coeff(text);
-    text.setStringUtf8(typed.c_str());
-    EXPECT_EQ(scales_.Set_param_mp_coeff(text), 0);
+    scales_.Set_param_mp_coeff(CkString("9"));
+    EXPECT_EQ(scales_.Set_param_mp_coeff(CkString(typed.c_str(), true)), 0);
     EXPECT_EQ(scales_.GetLastError(), 1099);
     scales_.Set_param_mp_model(1);
     CkString id;

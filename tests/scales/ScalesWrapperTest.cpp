@@ -8,7 +8,6 @@
 
 #include "FakeScale.h"
 #include "ScalesWrapper.h"
-#include "TempFolder.h"
 
 namespace {
 
@@ -161,19 +160,13 @@ TEST_F(ScalesWrapper, MakesScalesFromItsParameters) {
                             : notes[2] + ", " + notes[3] + ", " + notes[4];
   };
   EXPECT_EQ(opened(), "code 5");  // model 0 until another is set
-  CkString port;
-  CkString host;
-  CkString coeff;
-  port.setString("/dev/x");
-  host.setString("host");
-  coeff.setString("0,5");
   EXPECT_EQ(scales_.Set_param_mp_model(1), 0);
   EXPECT_EQ(opened(), "coeff 1.000000, leave 0, serial  0");
-  EXPECT_EQ(scales_.Set_param_mp_cport(port), 0);
+  EXPECT_EQ(scales_.Set_param_mp_cport(CkString("/dev/x")), 0);
   EXPECT_EQ(scales_.Set_param_mp_cbaudrate(9600), 0);
-  EXPECT_EQ(scales_.Set_param_mp_ehost(host), 0);
+  EXPECT_EQ(scales_.Set_param_mp_ehost(CkString("host")), 0);
   EXPECT_EQ(scales_.Set_param_mp_eport(20108), 0);
-  EXPECT_EQ(scales_.Set_param_mp_coeff(coeff), 0);
+  EXPECT_EQ(scales_.Set_param_mp_coeff(CkString("0,5")), 0);
   EXPECT_EQ(scales_.Set_param_mp_conleave(3), 0);
   EXPECT_EQ(opened(), "coeff 0.500000, leave 3, serial /dev/x 9600");
   EXPECT_EQ(scales_.Set_param_mp_conntypel(-1), 0);

@@ -115,8 +115,7 @@ TEST_F(Shortage, AFolderBringsAllItsScalesOrNone) {
   folder.write("settings.xml",
                R"(<S><SCALES1 fNum="1" fType="1" fIsComPort="1" fComPortName=")" + kLong +
                    R"(" fCoeff="12.5"/><SCALES2 fNum="2" fType="1" fHost="host"/></S>)");
-  CkString path;
-  path.setStringUtf8(folder.path().c_str());
+  CkString path(folder.path().c_str(), true);
   EXPECT_GT(refusals([&](auto& s) { return s.SetPathDllFolder(path) == 0; },
                      [](auto& s, bool done) {
                        for (const std::string& id : {std::string("1"), kLong, std::string("host")})

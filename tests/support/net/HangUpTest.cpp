@@ -1,11 +1,9 @@
 #include <fcntl.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <memory>
 #include <semaphore>
 #include <string>
 #include <utility>

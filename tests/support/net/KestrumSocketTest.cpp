@@ -7,7 +7,6 @@
 #include <set>
 #include <thread>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "ClsSocket.h"

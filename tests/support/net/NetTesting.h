@@ -5,11 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "CkByteData.h"
 #include "CkSocket.h"
-#include "Descriptor.h"
-#include "HexBytes.h"
-#include "StringBuffer.h"
 #include "Usage.h"
 
 namespace fixture {

@@ -10,7 +10,6 @@
 #include "CkByteData.h"
 #include "CkString.h"
 #include "ClsEncode.h"
-#include "ContentCoding.h"
 #include "DataBuffer.h"
 #include "EncodingConvert.h"
 #include "LogBase.h"

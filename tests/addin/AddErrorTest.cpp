@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -53,15 +54,22 @@ TEST(WstringToP, PutsATextIntoAVariant) {
   EXPECT_EQ(value.data()->value.wide.pwstrVal[0], 0);
 }
 
-/// A platform whose memory manager throws.
-class ThrowingManager final : public IMemoryManager {
+/// Memory of a platform that does something else when it is asked for some.
+class OddManager final : public IMemoryManager {
  public:
-  bool AllocMemory(void**, unsigned long) override { throw std::runtime_error("no memory"); }
+  explicit OddManager(std::function<void()> act) : act_(std::move(act)) {}
+  bool AllocMemory(void**, unsigned long) override {
+    act_();
+    return false;
+  }
   void FreeMemory(void**) override {}
+
+ private:
+  std::function<void()> act_;
 };
 
 TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
-  ThrowingManager throwing;
+  OddManager throwing([] { throw std::runtime_error("no memory"); });
   fixture::MemoryManager memory;
   CAddInNative component;
   component.setMemManager(&throwing);
@@ -79,16 +87,10 @@ TEST(Boundary, NothingIsThrownAndNothingLeftHalfDone) {
   EXPECT_EQ(params.values(), kUntouched);
 }
 
-/// A platform that ends the calling thread while it is asked for memory, as a cancelled one ends:
-/// by a call before which the address sanitizer takes its marks off the stack.
-class CancellingManager final : public IMemoryManager {
- public:
-  bool AllocMemory(void**, unsigned long) override { ::pthread_exit(PTHREAD_CANCELED); }
-  void FreeMemory(void**) override {}
-};
-
+/// The thread ends as a cancelled one does, by a call before which the address sanitizer takes its
+/// marks off the stack.
 TEST(Boundary, LetsTheEndOfAThreadThrough) {
-  CancellingManager manager;
+  OddManager manager([] { ::pthread_exit(PTHREAD_CANCELED); });
   CAddInNative component;
   component.setMemManager(&manager);
   bool isBack = false;

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -12,38 +13,18 @@
 
 namespace {
 
-struct Trip {
-  int model;
-  sim::Transport transport;
-};
-
-void PrintTo(const Trip& trip, std::ostream* out) {
-  *out << "model " << trip.model << (trip.transport == sim::Transport::Tcp ? " TCP" : " PTY");
-}
-
-std::vector<Trip> trips() {
-  std::vector<Trip> all;
-  for (const int model : modelsWithSheet()) {
-    for (const auto transport : {sim::Transport::Pty, sim::Transport::Tcp}) {
-      all.push_back({model, transport});
-    }
-  }
-  return all;
-}
+using Trip = std::tuple<int, sim::Transport>;
 
 class RoundTrip : public testing::TestWithParam<Trip> {
  protected:
   void SetUp() override {
-    const bool tcp = GetParam().transport == sim::Transport::Tcp;
     driver_->SetLeaveConn(1);
-    ASSERT_EQ(tcp ? driver_->SetLanPort("127.0.0.1", scale_.port(), nullptr)
-                  : driver_->SetComPort(scale_.devicePath().c_str(), 9600, nullptr),
+    ASSERT_EQ(isTcp_ ? driver_->SetLanPort("127.0.0.1", scale_.port(), nullptr)
+                     : driver_->SetComPort(scale_.devicePath().c_str(), 9600, nullptr),
               kSuccess);
   }
 
-  bool reachable() const {
-    return GetParam().transport == sim::Transport::Pty || scale_.model().worksOverTcp();
-  }
+  bool reachable() const { return !isTcp_ || scale_.model().worksOverTcp(); }
 
   /// Polls, and compares with what the scale shows.
   void poll(const char* what) {
@@ -77,8 +58,9 @@ class RoundTrip : public testing::TestWithParam<Trip> {
     return static_cast<double>(highest ? limits.highest : limits.lowest) / std::pow(10.0, decimals);
   }
 
-  sim::SimulatedScale scale_{GetParam().model, GetParam().transport};
-  std::unique_ptr<IScalesObject> driver_ = createScales(GetParam().model);
+  const bool isTcp_ = std::get<sim::Transport>(GetParam()) == sim::Transport::Tcp;
+  sim::SimulatedScale scale_{std::get<int>(GetParam()), std::get<sim::Transport>(GetParam())};
+  std::unique_ptr<IScalesObject> driver_ = createScales(std::get<int>(GetParam()));
 };
 
 TEST_P(RoundTrip, Weights) {
@@ -123,9 +105,13 @@ TEST_P(RoundTrip, Commands) {
 }
 
 std::string nameOfTrip(const testing::TestParamInfo<Trip>& test) {
-  return std::to_string(test.param.model) +
-         (test.param.transport == sim::Transport::Tcp ? "Tcp" : "Pty");
+  return std::to_string(std::get<int>(test.param)) +
+         (std::get<sim::Transport>(test.param) == sim::Transport::Tcp ? "Tcp" : "Pty");
 }
-INSTANTIATE_TEST_SUITE_P(Model, RoundTrip, testing::ValuesIn(trips()), nameOfTrip);
+INSTANTIATE_TEST_SUITE_P(Model, RoundTrip,
+                         testing::Combine(testing::ValuesIn(modelsWithSheet()),
+                                          testing::Values(sim::Transport::Pty,
+                                                          sim::Transport::Tcp)),
+                         nameOfTrip);
 
 }  // namespace

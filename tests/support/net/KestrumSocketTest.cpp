@@ -10,13 +10,11 @@
 #include <gtest/gtest.h>
 
 #include "ClsSocket.h"
-#include "DataBuffer.h"
 #include "KestrumSocket.h"
 #include "LogBase.h"
 #include "NetTesting.h"
 #include "SystemCalls.h"
 #include "TcpPeer.h"
-#include "XString.h"
 
 namespace {
 
@@ -132,19 +130,13 @@ TEST_F(Plain, ASecondReceiverIsTurnedAwayASenderIsNot) {
 
 TEST(TwoThreads, OnOneObjectTheSecondReceiverIsTurnedAway) {
   TcpPeer peer([](TcpWire& wire) { wire.pause(60'000); });
-  ClsSocket socket;
-  XString host;
-  host.setFromUtf8("127.0.0.1");
-  ASSERT_TRUE(socket.Connect(host, peer.port(), false, 5000));
+  CkSocket socket;
+  fixture::connectTo(socket, peer.port());
   socket.put_MaxReadIdleMs(1500);
-  std::thread first([&] {
-    DataBuffer data;
-    EXPECT_FALSE(socket.ReceiveBytesN(1, data));
-  });
+  std::thread first([&] { EXPECT_FALSE(fixture::receiveBytes(socket, 1).first); });
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   const Stopwatch clock;
-  DataBuffer data;
-  EXPECT_FALSE(socket.ReceiveBytesN(1, data));
+  EXPECT_FALSE(fixture::receiveBytes(socket, 1).first);
   EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::OtherThread);
   EXPECT_LT(clock.ms(), 1000);
   first.join();

@@ -42,6 +42,13 @@ std::string awaitHex(COrbComLanPort& port, unsigned long size) {
 
 int write(COrbComLanPort& port, const Bytes& data) { return port.write(data.data(), data.size()); }
 
+/// The line is closed, and what isn't open transfers nothing.
+void expectClosedLine(COrbComLanPort& port) {
+  EXPECT_EQ(port.getState(), kNotConnected);
+  EXPECT_EQ(readHex(port, 8), "");
+  EXPECT_EQ(write(port, bytes("05")), -1);
+}
+
 TEST(ComLanPort, CarriesBytesOverASerialLine) {
   COrbComLanPort unset;
   EXPECT_EQ(unset.Open(), 1);
@@ -65,9 +72,7 @@ TEST(ComLanPort, CarriesBytesOverASerialLine) {
   port.Close(false);
   EXPECT_EQ(port.getState(), kConnected);
   port.Close(true);
-  EXPECT_EQ(port.getState(), kNotConnected);
-  EXPECT_EQ(readHex(port, 8), "");
-  EXPECT_EQ(write(port, bytes("05")), -1);
+  expectClosedLine(port);
   EXPECT_EQ(port.Open(), 0);
 }
 
@@ -99,9 +104,7 @@ TEST(ComLanPort, ARefusedSettingClosesTheLineAndStays) {
   for (const auto& set : refused) {
     COrbComLanPort port(line.path().c_str());
     EXPECT_EQ(set(port), -2);
-    EXPECT_EQ(port.getState(), kNotConnected);
-    EXPECT_EQ(readHex(port, 8), "");
-    EXPECT_EQ(write(port, bytes("05")), -1);
+    expectClosedLine(port);
     EXPECT_EQ(set(port), -1);
     EXPECT_EQ(port.Open(), 1);
     EXPECT_EQ(port.OpenComPort(line.path().c_str()), 0);
@@ -123,9 +126,7 @@ TEST(ComLanPort, FindsASerialLineDeadAndOpensItAgain) {
     // The line object exists until a transfer meets the hang-up.
     EXPECT_EQ(port.getState(), kConnected);
     transfer(port);
-    EXPECT_EQ(port.getState(), kNotConnected);
-    EXPECT_EQ(readHex(port, 8), "");
-    EXPECT_EQ(write(port, bytes("05")), -1);
+    expectClosedLine(port);
     EXPECT_EQ(port.Open(), 1);
     line.plugIn();
     EXPECT_EQ(port.Open(), 0);

@@ -15,12 +15,7 @@ namespace {
 TEST(FindIpAddrInfo, PrefersStreamsOverTcp) {
   sockaddr address = {};
   const auto entry = [&](int family, int type, int protocol) {
-    addrinfo info = {};
-    info.ai_family = family;
-    info.ai_socktype = type;
-    info.ai_protocol = protocol;
-    info.ai_addr = &address;
-    return info;
+    return addrinfo{0, family, type, protocol, sizeof address, &address, nullptr, nullptr};
   };
   // From the best to the worst; each wins over all that follow.
   std::array<addrinfo, 6> entries = {

@@ -6,14 +6,15 @@ namespace recognise {
 
 namespace {
 
-Bytes bytesOf(std::span<const std::uint8_t> bytes) { return {bytes.begin(), bytes.end()}; }
-
 bool isLine(const Bytes& bytes) { return bytes.back() == '\r' || bytes.back() == '\n'; }
 
-std::vector<Bytes> gatherCommands() {
-  std::vector<Bytes> gathered;
+/// Everything that makes a scale of any model do something else than say its weight, as far as it
+/// is fixed: of a command with a price in it the head.
+std::vector<Bytes> allCommands() {
+  std::vector<Bytes> all;
   const auto add = [&](const Command& command) {
-    gathered.push_back(bytesOf(command.bytes.view()));
+    const Frame bytes = command.bytes.view();
+    all.emplace_back(bytes.begin(), bytes.end());
   };
   for (const ScalesModel& model : scalesModels()) {
     if (model.sheet == nullptr) continue;
@@ -24,7 +25,7 @@ std::vector<Bytes> gatherCommands() {
     if (commands.price) add(commands.price->head);
     for (const SetupCommand& setup : commands.setup) add(setup.command);
   }
-  return gathered;
+  return all;
 }
 
 std::vector<Question> distinctQuestions(std::span<const ScalesModel* const> models) {
@@ -61,11 +62,6 @@ Question between(const Question& before, const Question& next) {
 
 }  // namespace
 
-const std::vector<Bytes>& allCommands() {
-  static const std::vector<Bytes> commands = gatherCommands();
-  return commands;
-}
-
 bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
   if (const auto& price = sheet.commands.price) {
     const Frame head = price->head.bytes.view();
@@ -78,9 +74,10 @@ bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
 }
 
 bool makesCommand(const Bytes& before, const Bytes& next) {
+  static const std::vector<Bytes> kCommands = allCommands();
   Bytes both = before;
   both.insert(both.end(), next.begin(), next.end());
-  return std::ranges::any_of(allCommands(), [&](const Bytes& command) {
+  return std::ranges::any_of(kCommands, [&](const Bytes& command) {
     const auto begin = static_cast<std::ptrdiff_t>(before.size());
     for (auto at = both.begin();; ++at) {
       at = std::search(at, both.end(), command.begin(), command.end());

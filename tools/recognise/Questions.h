@@ -31,10 +31,6 @@ struct Question {
 /// foreign bytes is over with the line's end.
 std::vector<Question> questionsFor(std::span<const ScalesModel* const> models);
 
-/// Everything that makes a scale of any model do something else than say its weight, as far as it
-/// is fixed: of a command with a price in it the head.
-const std::vector<Bytes>& allCommands();
-
 /// Whether a driver writes this for a price, whatever price it is, or for a setting in its place.
 bool isPriceCommand(const ProtocolSheet& sheet, Frame written);
 

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "Checks.h"
 #include "FrameSearch.h"
 #include "Models.h"
 
@@ -32,6 +31,16 @@ enum Doubt : unsigned {
   kStrayBytes = 16,
   /// Most bytes of the frame play no part in the reading, or price and cost don't agree.
   kImplausible = 32,
+};
+
+/// How much a good frame proves.
+struct Checks {
+  std::size_t size = 0;
+  /// Bytes that stand as the protocol wants them. All bytes of a frame with a checksum are such.
+  std::size_t guarded = 0;
+  /// Bytes that the reading depends on, the guarded ones among them. A frame of another protocol
+  /// that passes by chance leaves most of its bytes unused.
+  std::size_t used = 0;
 };
 
 /// What speaks for one model, and how much.

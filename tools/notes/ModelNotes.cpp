@@ -1,12 +1,13 @@
 #include "ModelNotes.h"
 
 #include <algorithm>
-#include <charconv>
-#include <string_view>
+#include <regex>
 
 #include <nlohmann/json.hpp>
 
 #include "Messages.h"
+#include "Models.h"
+#include "Text.h"
 
 namespace notes {
 
@@ -18,100 +19,98 @@ constexpr unsigned char kFile[] = {
 #include "ModelNotes.inc"
 };
 
-const Json* entryOf(int model) {
+/// Empty for a model of which no paper was found.
+const Json& notesOf(int model) {
   static const Json kNotes = Json::parse(std::begin(kFile), std::end(kFile));
+  static const Json kNone = Json::object();
   for (const Json& entry : kNotes.at("models")) {
-    if (entry.at("model") == model) return &entry;
+    if (entry.at("model") == model) return entry;
   }
-  return nullptr;
+  return kNone;
 }
 
-/// In the current language; empty where the entry has none.
+std::string inThisLanguage(const Json& text) {
+  return std::string(translated(text.get_ref<const std::string&>()));
+}
+
+/// Empty where the entry has none.
 std::string textOf(const Json& entry, const char* name) {
-  const auto text = entry.find(name);
-  if (text == entry.end()) return {};
-  return std::string(translated(text->get_ref<const std::string&>()));
+  return entry.contains(name) ? inThisLanguage(entry[name]) : "";
 }
 
 const Json& listOf(const Json& entry, const char* name) {
   static const Json kNone = Json::array();
-  const auto list = entry.find(name);
-  return list == entry.end() ? kNone : *list;
+  return entry.contains(name) ? entry[name] : kNone;
 }
 
-Certainty certaintyOf(const std::string& sure) {
-  if (sure == "own") return Certainty::OwnManual;
-  return sure == "sister" ? Certainty::SistersManual : Certainty::Inferred;
-}
-
-/// Two hexadecimal digits, of which '?' is any.
-bool fits(std::string_view digits, std::uint8_t byte) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  return (digits[0] == '?' || digits[0] == kDigits[byte >> 4]) &&
-         (digits[1] == '?' || digits[1] == kDigits[byte & 0x0F]);
-}
-
-/// One place of a pattern: "20|2D" is either.
-bool fitsAny(std::string_view place, std::uint8_t byte) {
-  for (std::size_t at = 0; at + 2 <= place.size(); at += 3) {
-    if (fits(place.substr(at, 2), byte)) return true;
-  }
-  return false;
-}
-
-/// Whether the bytes hold the pattern somewhere.
-bool holds(std::span<const std::uint8_t> bytes, std::string_view pattern) {
-  std::vector<std::string_view> places;
-  while (!pattern.empty()) {
-    const std::size_t size = std::min(pattern.find(' '), pattern.size());
-    places.push_back(pattern.substr(0, size));
-    pattern.remove_prefix(std::min(size + 1, pattern.size()));
-  }
-  const auto isThere = [](std::uint8_t byte, std::string_view place) {
-    return fitsAny(place, byte);
-  };
-  return std::search(bytes.begin(), bytes.end(), places.begin(), places.end(), isThere) !=
-         bytes.end();
+/// Whether the bytes hold the pattern somewhere: places of two hexadecimal digits, of which '?' is
+/// any; "20|2D" is either.
+bool holds(std::span<const std::uint8_t> bytes, std::string pattern) {
+  std::ranges::replace(pattern, '?', '.');
+  const std::string places = std::regex_replace(pattern, std::regex("[^ ]+"), "(?:$&)");
+  return std::regex_search(hexText(bytes), std::regex("\\b" + places));
 }
 
 /// The first entry of a list of the model's whose pattern the bytes hold; null for none.
 const Json* entryThatFits(int model, const char* list, std::span<const std::uint8_t> bytes) {
-  const Json* notes = entryOf(model);
-  if (notes == nullptr) return nullptr;
-  for (const Json& entry : listOf(*notes, list)) {
-    const auto pattern = entry.find("pattern");
-    if (pattern == entry.end()) continue;
-    if (holds(bytes, pattern->get_ref<const std::string&>())) return &entry;
+  for (const Json& entry : listOf(notesOf(model), list)) {
+    if (entry.contains("pattern") && holds(bytes, entry["pattern"])) return &entry;
   }
   return nullptr;
 }
 
-WrongSetting wrongSettingOf(const Json& entry) {
-  return {textOf(entry, "sign"), textOf(entry, "cause"), textOf(entry, "way_out")};
+std::string certaintyText(const Json& sure) {
+  if (sure == "own") return say("the manual of this very series");
+  if (sure == "sister") return say("the manual of a sister");
+  return say("only the frame fits; nothing proves that it is this scale");
+}
+
+std::string unitText(const ProtocolSheet& sheet) {
+  switch (sheet.weightUnit) {
+    case WeightUnit::Kilogram:
+      return say(
+          "The number of the display, in kilograms if that is what it shows: coefficient 1.");
+    case WeightUnit::Gram: return say("Grams: coefficient 0.001 for kilograms.");
+    case WeightUnit::AsShown: break;
+  }
+  return say(
+      "The digits of the display without their point: find the coefficient by a known weight.");
+}
+
+/// What an answer of this protocol says nothing of, or nothing that the driver looks at.
+std::string untoldText(const ProtocolSheet& sheet) {
+  std::vector<std::string> untold;
+  if (sheet.motion.told != Motion::Told::ByFrame) untold.push_back(say("whether the weight moves"));
+  if (!showsOverload(sheet)) untold.push_back(say("an overload"));
+  untold.push_back(say("the unit"));
+  return joined(untold);
+}
+
+/// As delivered, with the other speeds; where that isn't known, with those that can be set.
+std::string lineText(const Json& notes) {
+  std::string text = textOf(notes, "line");
+  const Json& delivered = listOf(notes, "baud");
+  const Json& known = delivered.empty() ? listOf(notes, "bauds") : delivered;
+  const auto bauds = known.get<std::vector<int>>();
+  if (bauds.empty()) return text.empty() ? say("not known; try 9600, 4800 and 2400 baud") : text;
+  if (!text.empty()) text += ", ";
+  if (delivered.empty()) return text + say("one of {0} baud", joined(bauds));
+  text += say("{0} baud", bauds.front());
+  return bauds.size() == 1 ? text : text + say(" (also {0})", joined(std::span(bauds).subspan(1)));
+}
+
+/// "- Cable: ..."
+void addRow(std::string& page, const std::string& name, const std::string& text) {
+  page += fmt::format("- **{}**: {}\n", name, text);
 }
 
 }  // namespace
 
-std::optional<ModelNotes> notesOf(int model) {
-  const Json* entry = entryOf(model);
-  if (entry == nullptr) return std::nullopt;
-  ModelNotes notes;
-  notes.certainty = certaintyOf(entry->at("sure"));
-  notes.paper = textOf(*entry, "paper");
-  notes.line = textOf(*entry, "line");
-  notes.cable = textOf(*entry, "cable");
-  notes.unit = textOf(*entry, "unit");
-  notes.deliveredFirst = entry->contains("baud");
-  for (const Json& baud : listOf(*entry, notes.deliveredFirst ? "baud" : "bauds")) {
-    notes.bauds.push_back(baud);
-  }
-  for (const Json& setting : listOf(*entry, "set")) {
-    notes.settings.emplace_back(translated(setting.get_ref<const std::string&>()));
-  }
-  for (const Json& wrong : listOf(*entry, "wrong")) {
-    notes.wrong.push_back(wrongSettingOf(wrong));
-  }
-  return notes;
+std::vector<std::string> settingsOf(int model) {
+  std::vector<std::string> settings;
+  for (const Json& setting : listOf(notesOf(model), "set"))
+    settings.push_back(inThisLanguage(setting));
+  return settings;
 }
 
 std::optional<OtherFormat> otherFormatIn(int model, std::span<const std::uint8_t> bytes) {
@@ -123,7 +122,40 @@ std::optional<OtherFormat> otherFormatIn(int model, std::span<const std::uint8_t
 std::optional<WrongSetting> misreadingIn(int model, std::span<const std::uint8_t> bytes) {
   const Json* wrong = entryThatFits(model, "wrong", bytes);
   if (wrong == nullptr) return std::nullopt;
-  return wrongSettingOf(*wrong);
+  return WrongSetting{textOf(*wrong, "sign"), textOf(*wrong, "cause"), textOf(*wrong, "way_out")};
+}
+
+std::string pageOf(const ScalesModel& model, int headingLevel) {
+  std::string page = fmt::format("{:#<{}} {}\n\n", "", headingLevel, model.pageText());
+  if (model.sheet == nullptr)
+    return page + say("This model needs no scale, or has no driver.") + "\n";
+  const ProtocolSheet& sheet = *model.sheet;
+  const Json& notes = notesOf(model.number);
+  const bool known = !notes.empty();
+  const std::string cable = textOf(notes, "cable");
+  const std::string unit = textOf(notes, "unit");
+  addRow(page, say("The driver's line"), sheet.line.text());
+  addRow(page, say("As delivered"),
+         known ? lineText(notes)
+               : say("no paper of this scale was found; `weigh find` tries the speeds"));
+  if (known) addRow(page, say("Cable"), cable.empty() ? say("no paper says") : cable);
+  addRow(page, say("Weight"), unitText(sheet) + (unit.empty() ? "" : " " + unit));
+  addRow(page, say("Not told by this protocol"), untoldText(sheet));
+  if (!known) return page;
+  addRow(page, say("Known from"),
+         fmt::format("{} ({})", textOf(notes, "paper"), certaintyText(notes["sure"])));
+  page += "\n" + say("On the scale:") + "\n\n";
+  const std::vector<std::string> settings = settingsOf(model.number);
+  if (settings.empty()) page += say("No paper says what to set.") + "\n";
+  for (std::size_t i = 0; i < settings.size(); ++i)
+    page += fmt::format("{}. {}\n", i + 1, settings[i]);
+  const Json& wrong = listOf(notes, "wrong");
+  if (!wrong.empty()) page += "\n" + say("When something is wrong:") + "\n\n";
+  for (const Json& row : wrong) {
+    page += fmt::format("- {} {} *{}*\n", textOf(row, "sign"), textOf(row, "cause"),
+                        textOf(row, "way_out"));
+  }
+  return page;
 }
 
 }  // namespace notes

@@ -13,9 +13,6 @@ struct ScalesModel;
 /// here is in the current language.
 namespace notes {
 
-/// Whose paper it is.
-enum class Certainty { OwnManual, SistersManual, Inferred };
-
 /// What a wrong setting looks like, and the way out.
 struct WrongSetting {
   std::string sign;
@@ -29,23 +26,8 @@ struct OtherFormat {
   std::string wayOut;
 };
 
-struct ModelNotes {
-  Certainty certainty = Certainty::Inferred;
-  std::string paper;
-  /// As delivered; empty where nobody says.
-  std::string line;
-  /// The speed as delivered and the other ones; or, if that isn't known, those that can be set.
-  std::vector<int> bauds;
-  bool deliveredFirst = false;
-  std::string cable;
-  /// What the number of the driver means, where more is known than the driver knows.
-  std::string unit;
-  std::vector<std::string> settings;
-  std::vector<WrongSetting> wrong;
-};
-
-/// None for a model of which no paper was found.
-std::optional<ModelNotes> notesOf(int model);
+/// What is to be set on the scale, step by step; empty where no paper says.
+std::vector<std::string> settingsOf(int model);
 
 /// The output that the bytes are of, if the notes of the model know it.
 std::optional<OtherFormat> otherFormatIn(int model, std::span<const std::uint8_t> bytes);

@@ -10,84 +10,61 @@
 #include <string_view>
 
 #include "Models.h"
+#include "Text.h"
 
 namespace {
 
-template <typename... Handler>
-struct Overloaded : Handler... {
-  using Handler::operator()...;
-};
-template <typename... Handler>
-Overloaded(Handler...) -> Overloaded<Handler...>;
-
 const std::string kNone = "–";
 
-std::string code(Frame bytes) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    text += text.empty() ? "`" : " ";
-    text += {kDigits[byte >> 4U], kDigits[byte & 0x0FU]};
-  }
-  return text + "`";
-}
+std::string code(Frame bytes) { return "`" + hexText(bytes) + "`"; }
 
 std::string anyOf(const ByteRow& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes.view()) {
-    text += (text.empty() ? "" : " or ") + code({&byte, 1});
-  }
-  return text;
+  std::vector<std::string> codes;
+  for (const std::uint8_t byte : bytes.view()) codes.push_back(code({&byte, 1}));
+  return joined(codes, " or ");
 }
 
 std::string fixedOf(const FixedBytes& fixed) {
-  std::string text;
-  for (const FixedByte& byte : fixed.view()) {
-    text += (text.empty() ? "" : ", ") + std::to_string(byte.at) + ": " + anyOf(byte.oneOf);
-  }
-  return text;
+  std::vector<std::string> places;
+  for (const FixedByte& byte : fixed.view())
+    places.push_back(fmt::format("{}: {}", byte.at, anyOf(byte.oneOf)));
+  return joined(places);
 }
 
 /// What a frame is held against, by places from 0; from the end if negative.
 std::string checkOf(const ProtocolSheet& sheet) {
-  std::string text = fixedOf(sheet.fixed);
-  if (!sheet.orFixed.view().empty()) text += "; or " + fixedOf(sheet.orFixed);
-  if (sheet.checksum.of != nullptr) {
-    text += (text.empty() ? "" : "; ") + ("checksum at " + std::to_string(sheet.checksum.at));
-  }
-  return text.empty() ? kNone : text;
+  std::vector<std::string> checks;
+  if (!sheet.fixed.view().empty()) checks.push_back(fixedOf(sheet.fixed));
+  if (!sheet.orFixed.view().empty()) checks.push_back("or " + fixedOf(sheet.orFixed));
+  if (sheet.checksum.of != nullptr)
+    checks.push_back(fmt::format("checksum at {}", sheet.checksum.at));
+  return checks.empty() ? kNone : joined(checks, "; ");
 }
 
 std::string requestOf(const Request& request) {
   if (request == kNoRequest) return "none, listens";
   std::string text = code(request.first.view());
-  if (request.frameHead > 0) text += " and " + std::to_string(request.frameHead) + " bytes";
+  if (request.frameHead > 0) text += fmt::format(" and {} bytes", request.frameHead);
   if (request.second.empty()) return text;
-  return text + ", " + std::to_string(request.pause_ms) + " ms, " + code(request.second.view());
+  return fmt::format("{}, {} ms, {}", text, request.pause_ms, code(request.second.view()));
 }
 
 std::string readOf(const ReadStyle& style) {
-  return std::visit(
-      Overloaded{[](const StartByteRead& read) {
-                   const bool hunts = read.wrongByte == StartByteRead::WrongByte::CostsOne_ms;
-                   return (hunts ? "hunt " : "start ") + anyOf(read.start) + ", " +
-                          std::to_string(read.length);
-                 },
-                 [](const LengthRead& read) {
-                   return "length " + std::to_string(read.length) +
-                          (read.asksOn ? ", asks on" : "");
-                 },
-                 [](const TerminatorRead& read) {
-                   const bool sequence = read.match == TerminatorRead::Match::Sequence;
-                   return "to " + (sequence ? code(read.end.view()) : anyOf(read.end)) + ", " +
-                          std::to_string(read.minLength) + " to " + std::to_string(read.capacity);
-                 }},
-      style);
+  if (const auto* read = std::get_if<StartByteRead>(&style)) {
+    const bool hunts = read->wrongByte == StartByteRead::WrongByte::CostsOne_ms;
+    return fmt::format("{} {}, {}", hunts ? "hunt" : "start", anyOf(read->start), read->length);
+  }
+  if (const auto* read = std::get_if<LengthRead>(&style))
+    return fmt::format("length {}{}", read->length, read->asksOn ? ", asks on" : "");
+  const auto& read = std::get<TerminatorRead>(style);
+  const bool sequence = read.match == TerminatorRead::Match::Sequence;
+  return fmt::format("to {}, {} to {}", sequence ? code(read.end.view()) : anyOf(read.end),
+                     read.minLength, read.capacity);
 }
 
 std::string askingOf(const Asking& asking) {
-  return std::to_string(asking.attempts) + (asking.oneBudgetForAll ? " in " : " × ") +
-         std::to_string(asking.budget_ms) + " ms" + (asking.allAttempts ? ", all run" : "");
+  return fmt::format("{} {} {} ms{}", asking.attempts, asking.oneBudgetForAll ? "in" : "×",
+                     asking.budget_ms, asking.allAttempts ? ", all run" : "");
 }
 
 std::string motionOf(const Motion& motion) {
@@ -98,14 +75,14 @@ std::string tcpOf(const ReadStyle& style) {
   const auto* read = std::get_if<TerminatorRead>(&style);
   if (read == nullptr) return "yes";
   if (read->capacity == kMaxFrame) return "no";
-  return "answers of " + std::to_string(read->capacity) + " bytes";
+  return fmt::format("answers of {} bytes", read->capacity);
 }
 
 std::string commandOf(const std::optional<Command>& command) {
   if (!command) return kNone;
   std::string text = code(command->bytes.view());
-  if (command->pause_ms > 0) text += ", " + std::to_string(command->pause_ms) + " ms";
-  if (command->times > 1) text += ", " + std::to_string(command->times) + " times";
+  if (command->pause_ms > 0) text += fmt::format(", {} ms", command->pause_ms);
+  if (command->times > 1) text += fmt::format(", {} times", command->times);
   if (command->afterwards != Command::Afterwards::Nothing) text += ", reply dropped";
   return text;
 }
@@ -129,50 +106,57 @@ std::string entryOf(AtEntry atEntry) {
   return std::array{"all 0", "stable 0", "stable 1"}.at(static_cast<std::size_t>(atEntry));
 }
 
-std::string row(std::initializer_list<std::string> cells) {
-  std::string text = "|";
-  for (const std::string& cell : cells) text += " " + cell + " |";
-  return text + "\n";
-}
+using Cells = std::vector<std::string>;
 
-template <typename Cells>
-std::string table(std::initializer_list<std::string> heading, Cells cells) {
+std::string row(const Cells& cells) { return fmt::format("| {} |\n", joined(cells, " | ")); }
+
+/// Of the models that have cells.
+std::string table(const Cells& heading, Cells (*cellsOf)(const ScalesModel&)) {
   std::string text = row(heading) + "|";
   for (std::size_t i = 0; i < heading.size(); ++i) text += "---|";
   text += "\n";
-  for (const ScalesModel& model : scalesModels()) text += cells(model);
+  for (const ScalesModel& model : scalesModels()) {
+    if (const Cells cells = cellsOf(model); !cells.empty()) text += row(cells);
+  }
   return text;
 }
 
 std::string exchangeTable() {
   return table(
       {"Model", "Scale", "Line", "Request", "Read", "Check", "Attempts", "Drain", "Stable", "TCP"},
-      [](const ScalesModel& model) -> std::string {
+      [](const ScalesModel& model) -> Cells {
         if (model.sheet == nullptr) return {};
         const ProtocolSheet& sheet = *model.sheet;
-        return row({std::to_string(model.number), model.name, sheet.line.text(),
-                    requestOf(sheet.request), readOf(sheet.read), checkOf(sheet),
-                    askingOf(sheet.asking), std::to_string(sheet.drainSize), motionOf(sheet.motion),
-                    tcpOf(sheet.read)});
+        return {std::to_string(model.number),
+                model.name,
+                sheet.line.text(),
+                requestOf(sheet.request),
+                readOf(sheet.read),
+                checkOf(sheet),
+                askingOf(sheet.asking),
+                std::to_string(sheet.drainSize),
+                motionOf(sheet.motion),
+                tcpOf(sheet.read)};
       });
 }
 
 std::string outputsTable() {
   return table(
       {"Model", "Weight", "Price, cost", "Overload", "Before", "Tare", "Zero", "Price sent"},
-      [](const ScalesModel& model) -> std::string {
+      [](const ScalesModel& model) -> Cells {
         if (model.sheet == nullptr) return {};
         const ProtocolSheet& sheet = *model.sheet;
-        return row({std::to_string(model.number), weightOf(sheet.weightUnit),
-                    moneyOf(sheet.moneyUnit), showsOverload(sheet) ? "yes" : kNone,
-                    entryOf(sheet.atEntry), commandOf(sheet.commands.tare),
-                    commandOf(sheet.commands.zero), priceOf(sheet)});
+        return {std::to_string(model.number),   weightOf(sheet.weightUnit),
+                moneyOf(sheet.moneyUnit),       showsOverload(sheet) ? "yes" : kNone,
+                entryOf(sheet.atEntry),         commandOf(sheet.commands.tare),
+                commandOf(sheet.commands.zero), priceOf(sheet)};
       });
 }
 
 std::string modelsWithoutDriver() {
-  return table({"Model", "On the page"}, [](const ScalesModel& model) -> std::string {
-    return model.create == nullptr ? row({std::to_string(model.number), model.name}) : "";
+  return table({"Model", "On the page"}, [](const ScalesModel& model) -> Cells {
+    if (model.create != nullptr) return {};
+    return {std::to_string(model.number), model.name};
   });
 }
 

@@ -251,9 +251,8 @@ std::optional<Finding> otherFormat(const ScalesModel& model, std::span<const std
 }
 
 std::string onTheScale(int model) {
-  const auto notes = notes::notesOf(model);
-  if (!notes || notes->settings.empty()) return {};
-  return " " + say("On the scale itself: {0}", fmt::to_string(fmt::join(notes->settings, " ")));
+  const std::vector<std::string> settings = notes::settingsOf(model);
+  return settings.empty() ? "" : " " + say("On the scale itself: {0}", joined(settings, " "));
 }
 
 Finding judge(const Heard& heard, const ScalesModel& model, const Connection& connection) {

@@ -270,19 +270,10 @@ constexpr host::OtherValue kUntouched{0x7777};
 
 /// Calls as no careful host makes them: too few parameters, of the wrong kind, and none.
 TEST_F(Methods, RefuseCallsWithoutTheirTextAndTouchNothing) {
-  const struct {
-    const char* name;
-    bool looksAtCount = true;
-  } rows[] = {{"SetParameter"},
-              {"Close"},
-              {"Calibrate"},
-              {"GetWeight"},
-              {"SetPrice"},
-              {"GetWeightPriceCost"},
-              {"SetPathDllFolder", false}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    const long number = component_.findMethod(row.name)->number;
+  for (const std::string_view name : {"SetParameter", "Close", "Calibrate", "GetWeight", "SetPrice",
+                                      "GetWeightPriceCost", "SetPathDllFolder"}) {
+    SCOPED_TRACE(name);
+    const long number = component_.findMethod(name)->number;
     const auto tried = [&](const Value& first, long count, bool array = true) {
       const std::vector<Value> values(5, first);
       host::Variants params(values, component_.memory());
@@ -297,8 +288,9 @@ TEST_F(Methods, RefuseCallsWithoutTheirTextAndTouchNothing) {
       EXPECT_FALSE(tried(first, 5));
     }
     for (const long count : {0L, 1L, 5L, -1L}) EXPECT_FALSE(tried("/no/such/folder", count, false));
+    // One method doesn't look at the count.
     for (const long count : {0L, -1L}) {
-      EXPECT_EQ(tried("/no/such/folder", count), !row.looksAtCount);
+      EXPECT_EQ(tried("/no/such/folder", count), name == "SetPathDllFolder");
     }
   }
 }

@@ -139,10 +139,7 @@ TEST_F(PortLog, ShowsTheTimeOfTheZone) {
 }
 
 TEST_F(PortLog, NamesTheConnection) {
-  struct Row {
-    std::string expected;
-    std::function<void(COrbComLanPort&)> set;
-  };
+  using Row = std::pair<std::string, std::function<void(COrbComLanPort&)>>;
   const auto serial = [](COMPort::Parity parity, COMPort::DataBits dataBits,
                          COMPort::StopBits stopBits, bool handshaking, bool xOnxOff) {
     return [=](COrbComLanPort& port) {

@@ -1,4 +1,5 @@
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -38,14 +39,8 @@ TEST(CharsetTest, SpecialNames) {
 TEST(CharsetTest, ACharsetIsSetByNameWithTheWishForAMark) {
   const AnsiIs ansi(1251);
   using Mark = _ckCharset::Mark;
-  struct Case {
-    const char* name;
-    bool known;
-    int codePage;
-    const char* canonical;
-    Mark mark;
-  };
-  for (const Case& test :
+  using Case = std::tuple<const char*, bool, int, const char*, Mark>;
+  for (const auto& [name, isKnown, codePage, canonical, mark] :
        {Case{nullptr, true, 1251, "windows-1251", Mark::Unset},
         Case{"ANSI", true, 1251, "windows-1251", Mark::Unset},
         Case{"Oem", true, CkSettings::getOemCodePage(), "utf-8", Mark::Unset},
@@ -53,10 +48,10 @@ TEST(CharsetTest, ACharsetIsSetByNameWithTheWishForAMark) {
         Case{"no-bom:utf16", true, 1200, "unicode", Mark::NotWanted},
         Case{"BOM-none", false, 0, "", Mark::Unset}, Case{"default", true, 0, "", Mark::Unset}}) {
     _ckCharset named;
-    EXPECT_EQ(named.setByName(test.name), test.known) << test.canonical;
-    EXPECT_EQ(named.getCodePage(), test.codePage);
-    EXPECT_STREQ(named.getName(), test.canonical);
-    EXPECT_EQ(named.getMark(), test.mark) << test.canonical;
+    EXPECT_EQ(named.setByName(name), isKnown) << canonical;
+    EXPECT_EQ(named.getCodePage(), codePage);
+    EXPECT_STREQ(named.getName(), canonical);
+    EXPECT_EQ(named.getMark(), mark) << canonical;
   }
 }
 

@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -107,12 +108,8 @@ TEST_F(CkStringTest, GivesBytesInNamedEncodings) {
 
 TEST_F(CkStringTest, ItsBytesBecomeTextAndBack) {
   using Coder = void (CkString::*)(const char*);
-  struct Case {
-    Coder encode, decode;
-    const char* charset;
-    const char* encoded;
-  };
-  for (const Case& test : {
+  using Case = std::tuple<Coder, Coder, const char*, const char*>;
+  for (const auto& [encode, decode, charset, encoded] : {
            Case{&CkString::hexEncode, &CkString::hexDecode, "windows-1251", "C2E5F1"},
            Case{&CkString::base64Encode, &CkString::base64Decode, "utf-8", "0JLQtdGB"},
            Case{&CkString::qpEncode, &CkString::qpDecode, "windows-1251", "=C2=E5=F1"},
@@ -120,10 +117,10 @@ TEST_F(CkStringTest, ItsBytesBecomeTextAndBack) {
        }) {
     CkString text;
     text.setStringU(L"Вес");
-    (text.*test.encode)(test.charset);
-    EXPECT_STREQ(text.getUtf8(), test.encoded);
-    (text.*test.decode)(test.charset);
-    EXPECT_STREQ(text.getUtf8(), "Вес") << test.encoded;
+    (text.*encode)(charset);
+    EXPECT_STREQ(text.getUtf8(), encoded);
+    (text.*decode)(charset);
+    EXPECT_STREQ(text.getUtf8(), "Вес") << encoded;
   }
   // There is no text in a binary encoding's bytes.
   for (const Coder decode : {&CkString::base64Decode, &CkString::hexDecode}) {

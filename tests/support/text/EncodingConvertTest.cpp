@@ -1,5 +1,7 @@
+#include <array>
 #include <cstdio>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -50,13 +52,7 @@ TEST(EncodingConvertTest, HalfWidthKanaTakeTheirMarks) {
 
 TEST(EncodingConvertTest, ErrorActions) {
   using Action = EncodingConvert::ErrorAction;
-  struct Case {
-    int action;
-    int from;
-    int to;
-    std::string text;
-    std::string result;
-  };
+  using Case = std::tuple<int, int, int, std::string, std::string>;
   const Case cases[] = {
       {Action::Drop, kUtf8, 1251, "a中z", "az"},
       {Action::Replace, kUtf8, 1251, "a中z", "a??z"},
@@ -74,13 +70,13 @@ TEST(EncodingConvertTest, ErrorActions) {
       {Action::Replace, 1251, 866, "a\x98z", "a??z"},
       {Action::KeepBytes, 1251, 866, "a\x98z", "a\x98z"},
       {Action::Replace, 932, 51932, "\x81\xADz", "??z"}};
-  for (const Case& test : cases) {
+  for (const auto& [action, from, to, text, result] : cases) {
     EncodingConvert converter;
-    converter.setErrorAction(test.action);
+    converter.setErrorAction(action);
     converter.setDefBytes("??", 2);
     converter.setAltDestCodepage(932);
-    EXPECT_EQ(convert(test.from, test.to, test.text, converter).text, test.result)
-        << "action " << test.action << " from " << test.from;
+    EXPECT_EQ(convert(from, to, text, converter).text, result)
+        << "action " << action << " from " << from;
   }
 }
 
@@ -108,11 +104,7 @@ TEST(EncodingConvertTest, ShortWaysGiveWhatTheLongWayGives) {
   std::vector<std::string> texts = {"a\0b"s, "a\x98z",       "\xD0", "a\xE2\x82\0z"s,
                                     "a中😀z", "\xF0\x9F\x98", ""};
   while (texts.back().size() < 50'000) texts.back() += "Вес: 1,250 кг\x98中ä😀";
-  struct Way {
-    int from;
-    int middle;
-    int to;
-  };
+  using Way = std::array<int, 3>;
   for (const auto& [from, middle, to] :
        {Way{kUtf8, 1200, 1251}, Way{kUtf8, 1200, 37}, Way{kUtf8, 1200, 932}, Way{kUtf8, 1200, 949},
         Way{kUtf8, 1200, 20261}, Way{1251, 1200, kUtf8}, Way{37, 1200, kUtf8},

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -57,15 +58,13 @@ TEST_F(XStringTest, WritersKeepOneFormAndReadersAddTheirs) {
 }
 
 TEST_F(XStringTest, AnEmptyPieceTouchesTheFormsAsAnyOtherButForAnsi) {
-  struct Case {
-    bool (XString::*append)(const char*);
-    const char* forms;
-  };
-  for (const Case& test : {Case{&XString::appendUtf8, "8"}, Case{&XString::appendUsAscii, "8"},
-                           Case{&XString::appendAnsi, "8a"}}) {
+  using Case = std::pair<bool (XString::*)(const char*), const char*>;
+  for (const auto& [append, expected] :
+       {Case{&XString::appendUtf8, "8"}, Case{&XString::appendUsAscii, "8"},
+        Case{&XString::appendAnsi, "8a"}}) {
     XString x;
-    EXPECT_TRUE((x.*test.append)(""));
-    EXPECT_EQ(forms(x), test.forms);
+    EXPECT_TRUE((x.*append)(""));
+    EXPECT_EQ(forms(x), expected);
   }
 }
 

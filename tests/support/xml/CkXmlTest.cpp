@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -66,11 +67,7 @@ TEST_F(Xml, MovesBetweenNodes) {
 
 TEST_F(Xml, ReadsAttributes) {
   ASSERT_TRUE(xml_.FindChild2("y"));
-  struct Row {
-    const char* name;
-    const char* text;
-    int value;
-  };
+  using Row = std::tuple<const char*, const char*, int>;
   for (const auto& [name, text, value] :
        {Row{"n", " 12x", 12}, Row{" m ", "-7", -7}, Row{" t ", "x", 0}, Row{"e", "", 0},
         Row{"T", "none", 0}, Row{"big", "4294967297", 1}, Row{"d", "1", 1},

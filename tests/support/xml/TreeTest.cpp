@@ -2,6 +2,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -75,10 +76,7 @@ TEST(TreeNode, ThatIsInvalidHidesNoSibling) {
 TEST(TreeNode, FindsDirectChildren) {
   const UncountedTree root =
       parse("<r><a n='1'/><x:a n='2'/><a n='3'/><b><c/></b><x:y:z/><n a='4'/></r>");
-  struct Row {
-    const char* wanted;
-    std::string_view found;
-  };
+  using Row = std::pair<const char*, std::string_view>;
   for (const auto& [wanted, found] : {
            Row{"a", "a[n='1']"},
            Row{"x:a", "x:a[n='2']"},

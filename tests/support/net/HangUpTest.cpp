@@ -27,6 +27,12 @@ using fixture::SystemCalls;
 using fixture::TcpPeer;
 using fixture::TcpWire;
 
+// The first byte waits for the connection to stand on both sides.
+const fixture::TcpScript kResetting = [](TcpWire& wire) {
+  wire.receive(1);
+  wire.reset();
+};
+
 class HangUp : public testing::Test {
  protected:
   CkSocket socket;
@@ -49,10 +55,7 @@ TEST_F(HangUp, InTheMiddleOfAnAnswerIsAClosedConnection) {
 }
 
 TEST_F(HangUp, AResetInTheMiddleOfAnAnswerIsASocketError) {
-  TcpPeer peer([](TcpWire& wire) {
-    wire.receive(1);
-    wire.reset();
-  });
+  TcpPeer peer(kResetting);
   fixture::connectTo(socket, peer.port());
   socket.put_MaxReadIdleMs(5000);
   ASSERT_TRUE(sendBytes(socket, "W"));
@@ -64,11 +67,7 @@ TEST_F(HangUp, AResetInTheMiddleOfAnAnswerIsASocketError) {
 
 TEST_F(HangUp, ASendAfterAResetFailsAndTheProcessLives) {
   ASSERT_NE(std::signal(SIGPIPE, SIG_DFL), SIG_ERR);
-  // The first byte waits for the connection to stand on both sides.
-  TcpPeer peer([](TcpWire& wire) {
-    wire.receive(1);
-    wire.reset();
-  });
+  TcpPeer peer(kResetting);
   fixture::connectTo(socket, peer.port());
   const Stopwatch clock;
   while (sendBytes(socket, "W") && clock.ms() < 5000) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include <CLI/CLI.hpp>
 
@@ -43,18 +44,18 @@ std::optional<double> realNumber(std::string_view text);
 std::int64_t requireWhole(const std::string& names, const std::string& text, std::int64_t lowest,
                           std::int64_t highest);
 
-/// An option or argument that takes a whole number; writes it to `target`.
-template <typename Number>
-CLI::Option* addNumber(CLI::App& app, const std::string& names, Number& target, Number lowest,
-                       Number highest, const std::string& about) {
+/// An option or argument that takes a whole number; writes it to `target`, which may be optional or
+/// a time.
+template <typename Target>
+CLI::Option* addNumber(CLI::App& app, const std::string& names, Target& target, std::int64_t lowest,
+                       std::int64_t highest, const std::string& about) {
   // Not by CLI11's own conversion, which takes 08 for octal.
   const auto take = [names, &target, lowest, highest](const std::string& given) {
-    target = static_cast<Number>(requireWhole(names, given, static_cast<std::int64_t>(lowest),
-                                              static_cast<std::int64_t>(highest)));
+    target = static_cast<Target>(requireWhole(names, given, lowest, highest));
   };
-  return app.add_option_function<std::string>(names, take, about)
-      ->type_name("N")
-      ->default_str(std::to_string(target));
+  CLI::Option* option = app.add_option_function<std::string>(names, take, about)->type_name("N");
+  if constexpr (std::is_integral_v<Target>) option->default_str(std::to_string(target));
+  return option;
 }
 
 /// One that takes a text, and no empty one: that is what a script's unset variable leaves.

@@ -80,12 +80,6 @@ constexpr std::array kLineCommands = {
     LineCommand{"back", [](ScaleLine& line) { line.comeBack(); }},
 };
 
-template <typename Table>
-auto byName(const Table& table, std::string_view name) {
-  return std::find_if(table.begin(), table.end(),
-                      [&](const auto& command) { return command.name == name; });
-}
-
 }  // namespace
 
 Console::Console(std::vector<ScaleLine*> lines, std::ostream& out, bool echo)
@@ -161,9 +155,11 @@ void Console::apply(ScaleLine& line, std::string_view command, const std::string
     rest = command;
     word = "weight";
   }
-  if (const auto change = byName(kLineCommands, word); change != kLineCommands.end()) {
+  const auto* change = std::ranges::find(kLineCommands, word, &LineCommand::name);
+  const auto* set = std::ranges::find(kStateCommands, word, &StateCommand::name);
+  if (change != kLineCommands.end()) {
     change->change(line);
-  } else if (const auto set = byName(kStateCommands, word); set != kStateCommands.end()) {
+  } else if (set != kStateCommands.end()) {
     const std::optional<double> number = numberIn(rest);
     if (set->wantsNumber != number.has_value() || (!set->wantsNumber && !rest.empty())) {
       throw std::invalid_argument(

@@ -1,14 +1,16 @@
 #include "Player.h"
 
+#include <fmt/chrono.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,7 +22,7 @@
 #include "ModelSheet.h"
 #include "ReplayLine.h"
 #include "ScaleLine.h"
-#include "SettingsFile.h"
+#include "SettingsEntry.h"
 #include "SimulationLoop.h"
 #include "Text.h"
 
@@ -33,14 +35,47 @@ constexpr int kUsualSpeed = 9600;
 constexpr const char* kNoCorrection = "1.000";
 
 std::string timeOfDay() {
-  timespec now = {};
-  ::clock_gettime(CLOCK_REALTIME, &now);
-  tm parts = {};
-  ::localtime_r(&now.tv_sec, &parts);
-  constexpr long kNanosecondsInMillisecond = 1'000'000;
-  return fmt::format("{:02}:{:02}:{:02}.{:03}", parts.tm_hour, parts.tm_min, parts.tm_sec,
-                     now.tv_nsec / kNanosecondsInMillisecond);
+  using namespace std::chrono;
+  const auto now = system_clock::now();
+  const auto milliseconds =
+      duration_cast<std::chrono::milliseconds>(now.time_since_epoch()) % seconds{1};
+  return fmt::format("{:%H:%M:%S}.{:03}", fmt::localtime(system_clock::to_time_t(now)),
+                     milliseconds.count());
 }
+
+/// The settings.xml of a simulation in its folder, removed at the end.
+class SettingsFile {
+ public:
+  SettingsFile(const std::filesystem::path& folder, const std::vector<SettingsEntry>& entries)
+      : path_(folder / kSettingsFile) {
+    // By its root a file of ours is known again.
+    static constexpr std::string_view kRoot = "SCALESIM";
+    if (entries.size() > kMostSettingsEntries) throw std::runtime_error("more than 100 scales");
+    if (std::ifstream old(path_); old) {
+      const std::string text{std::istreambuf_iterator<char>(old), {}};
+      if (text.find(fmt::format("<{}>", kRoot)) == std::string::npos)
+        throw Failure(kFailed, say("{0} was not written by scalesim and stays as it is; choose "
+                                   "another folder",
+                                   path_.string()));
+    }
+    // By way of a second name, so that whoever waits for the file finds it whole.
+    const std::filesystem::path fresh = folder / ".scalesim";
+    if (!(std::ofstream(fresh) << settingsDocument(kRoot, entries) << std::flush))
+      throw std::system_error(errno, std::generic_category(), path_.string());
+    std::filesystem::rename(fresh, path_);
+  }
+  ~SettingsFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+  SettingsFile(const SettingsFile&) = delete;
+  SettingsFile& operator=(const SettingsFile&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
 
 /// Writes what goes over a line to standard error.
 sim::Observer tellBytes(const std::string& name) {

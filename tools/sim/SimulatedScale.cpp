@@ -47,9 +47,6 @@ SimulatedScale::~SimulatedScale() {
   thread_.join();
 }
 
-std::string SimulatedScale::devicePath() const { return devicePath_; }
-int SimulatedScale::port() const { return port_; }
-
 void SimulatedScale::setWeight(double kilograms) {
   change([=](ScaleState& state) { state.weight = kilograms; });
 }
@@ -59,9 +56,7 @@ void SimulatedScale::change(const std::function<void(ScaleState&)>& change) {
 }
 
 ScaleState SimulatedScale::state() {
-  ScaleState copy;
-  loop_.call([&] { copy = line_->scale().state(); });
-  return copy;
+  return loop_.call([&] { return line_->scale().state(); });
 }
 
 void SimulatedScale::setFaults(Faults faults) {
@@ -81,9 +76,7 @@ void SimulatedScale::comeBack() {
 }
 
 int SimulatedScale::count(Action action) {
-  int count = 0;
-  loop_.call([&] { count = line_->scale().count(action); });
-  return count;
+  return loop_.call([&] { return line_->scale().count(action); });
 }
 
 bool SimulatedScale::waitForCount(Action action, int wanted, std::chrono::milliseconds limit) {
@@ -97,27 +90,19 @@ bool SimulatedScale::waitForCount(Action action, int wanted, std::chrono::millis
 }
 
 Bytes SimulatedScale::received() {
-  Bytes copy;
-  loop_.call([&] { copy = received_; });
-  return copy;
+  return loop_.call([&] { return received_; });
 }
 
 Bytes SimulatedScale::sent() {
-  Bytes copy;
-  loop_.call([&] { copy = sent_; });
-  return copy;
+  return loop_.call([&] { return sent_; });
 }
 
 Bytes SimulatedScale::frame() {
-  Bytes frame;
-  loop_.call([&] { frame = line_->scale().frame(); });
-  return frame;
+  return loop_.call([&] { return line_->scale().frame(); });
 }
 
 Reading SimulatedScale::expectedReading() {
-  Reading reading;
-  loop_.call([&] { reading = line_->scale().expectedReading(); });
-  return reading;
+  return loop_.call([&] { return line_->scale().expectedReading(); });
 }
 
 }  // namespace sim

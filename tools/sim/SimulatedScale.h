@@ -33,9 +33,9 @@ class SimulatedScale {
   const ScaleModel& model() const { return model_; }
   /// A path of this scale alone, in a temporary directory; empty over TCP. It stays the same when
   /// the line vanishes and comes back.
-  std::string devicePath() const;
+  const std::string& devicePath() const { return devicePath_; }
   /// The port on 127.0.0.1; 0 on a pseudo-terminal. It stays the same too.
-  int port() const;
+  int port() const { return port_; }
 
   void setWeight(double kilograms);
   /// Changes several things at once: `change([](ScaleState& s) { s.stable = false; ... })`.

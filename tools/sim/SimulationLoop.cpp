@@ -33,29 +33,23 @@ void SimulationLoop::stop() {
   wake();
 }
 
-void SimulationLoop::call(const std::function<void()>& work) {
-  std::packaged_task<void()> task(work);
-  std::future<void> done = task.get_future();
+void SimulationLoop::enqueue(std::function<void()> work) {
   {
     const std::lock_guard lock(mutex_);
-    if (over_) {
-      task();
-    } else {
-      calls_.push_back(std::move(task));
-    }
+    if (over_) return work();
+    calls_.push_back(std::move(work));
   }
   wake();
-  done.get();
 }
 
 void SimulationLoop::runCalls() {
-  std::deque<std::packaged_task<void()>> calls;
+  std::vector<std::function<void()>> calls;
   {
     const std::lock_guard lock(mutex_);
     calls.swap(calls_);
     over_ = stopping_;
   }
-  for (auto& call : calls) call();
+  for (const auto& call : calls) call();
 }
 
 int SimulationLoop::timeoutMs() const {

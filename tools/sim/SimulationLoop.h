@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <deque>
 #include <functional>
 #include <future>
 #include <memory>
@@ -33,9 +32,14 @@ class SimulationLoop {
   void run();
   /// From any thread, and from a signal's handler.
   void stop();
-  /// Runs `work` on the loop's thread and waits for it; hands on what it throws. Not to be called
-  /// on the loop's own thread, nor before `run` is certain to be called.
-  void call(const std::function<void()>& work);
+  /// Runs `work` on the loop's thread and hands on what it returns or throws. Not to be called on
+  /// the loop's own thread, nor before `run` is certain to be called.
+  template <typename Work>
+  auto call(Work work) {
+    const auto task = std::make_shared<std::packaged_task<decltype(work())()>>(std::move(work));
+    enqueue([task] { (*task)(); });
+    return task->get_future().get();
+  }
 
  private:
   struct Watch {
@@ -43,6 +47,7 @@ class SimulationLoop {
     std::function<void()> ready;
   };
 
+  void enqueue(std::function<void()> work);
   int timeoutMs() const;
   void runCalls();
   void wake();
@@ -52,7 +57,7 @@ class SimulationLoop {
   FileDescriptor wake_;
   std::atomic<bool> stopping_ = false;
   std::mutex mutex_;
-  std::deque<std::packaged_task<void()>> calls_;
+  std::vector<std::function<void()>> calls_;
   bool over_ = false;
 };
 

@@ -71,7 +71,8 @@ TEST_P(Polls, GoOnAndEndByTheirAnswers) {
     EXPECT_LT(poll.slept.count(), number("below", 5000));
     EXPECT_EQ(pair.isConnected(), !isReleased && !says.contains("closed"));
     std::string sent;
-    for (double i = 0; i < number("attempts", 1); ++i) sent += asked["request"] + '|';
+    for (int left = static_cast<int>(number("attempts", 1)); left > 0; --left)
+      sent += asked["request"] + '|';
     EXPECT_EQ(pair.received(fixture::bytes(sent).size()), fixture::hex(fixture::bytes(sent)));
   }
 }

@@ -117,7 +117,7 @@ std::string modelSheet(const ScaleModel& model) {
   rows.emplace_back(say("Obeys"), obeysText(model));
   rows.emplace_back(say("Frame"), say("{0} (for {1})", hexText(model.frame(state)),
                                       displayText(model, model.display(state))));
-  if (sim::numberIn(model.layout, sim::Quantity::Weight) != nullptr)
+  if (sim::numberIn(model.layout, &sim::Display::weight) != nullptr)
     rows.emplace_back(say("Weight"),
                       say("from {0} to {1} {2}", sim::decimalText(limits.lowest, decimals),
                           sim::decimalText(limits.highest, decimals), model.unit.name));

@@ -16,7 +16,6 @@ namespace sim {
 /// failed; what happens on a line that is up is never an error.
 class Endpoint {
  public:
-  Endpoint() = default;
   virtual ~Endpoint() = default;
   Endpoint(const Endpoint&) = delete;
   Endpoint& operator=(const Endpoint&) = delete;
@@ -35,16 +34,21 @@ class Endpoint {
   /// Whether a frame that nobody asked for makes sense now.
   virtual bool hasListener() const = 0;
   /// Drops the host: a connection is closed and the next one welcome, a serial line goes away.
-  virtual void hangUp() = 0;
+  virtual void hangUp() { goAway(); }
   /// Makes the line vanish: no device path, no open connection, no listening port.
   virtual void goAway() = 0;
   /// Brings it back under the same address. Throws like the constructor.
   virtual void comeBack() = 0;
   bool isAway() const { return descriptor() < 0; }
+
   /// Time between a frame and the hang-up behind it, for which the reader may still take it.
-  virtual std::chrono::milliseconds graceBeforeHangUp() const = 0;
+  const std::chrono::milliseconds graceBeforeHangUp;
   /// Time from one frame of a streaming scale to the next.
-  virtual std::chrono::milliseconds streamInterval() const = 0;
+  const std::chrono::milliseconds streamInterval;
+
+ protected:
+  Endpoint(std::chrono::milliseconds grace, std::chrono::milliseconds interval)
+      : graceBeforeHangUp(grace), streamInterval(interval) {}
 };
 
 /// A new directory with a name of its own, removed with all that is in it at the end.
@@ -83,11 +87,8 @@ class PtyEndpoint final : public Endpoint {
   void send(std::span<const std::uint8_t> bytes) override;
   std::size_t fill(std::span<const std::uint8_t> bytes) override;
   bool hasListener() const override { return static_cast<bool>(master_); }
-  void hangUp() override;
   void goAway() override;
   void comeBack() override;
-  std::chrono::milliseconds graceBeforeHangUp() const override;
-  std::chrono::milliseconds streamInterval() const override;
 
  private:
   LineEnd hostEnd() const;
@@ -120,8 +121,6 @@ class TcpEndpoint final : public Endpoint {
   void hangUp() override;
   void goAway() override;
   void comeBack() override;
-  std::chrono::milliseconds graceBeforeHangUp() const override;
-  std::chrono::milliseconds streamInterval() const override;
 
  private:
   std::uint16_t port_;

@@ -17,40 +17,31 @@ void damage(const ScaleModel& model, Bytes& frame) {
   frame.at(index) ^= 0xFF;
 }
 
-Bytes garbageOf(std::size_t count) {
-  Bytes garbage(count);
-  for (std::size_t i = 0; i < count; ++i) garbage[i] = kGarbage[i % kGarbage.size()];
-  return garbage;
+/// So many bytes of an endless row of these, from `begin` on.
+Bytes again(std::span<const std::uint8_t> row, std::size_t begin, std::size_t count) {
+  Bytes bytes(count);
+  for (std::size_t i = 0; i < count; ++i) bytes[i] = row[(begin + i) % row.size()];
+  return bytes;
 }
 
 }  // namespace
 
 Transmission Misbehaviour::transmit(const ScaleModel& model, Bytes frame) {
-  using std::chrono::milliseconds;
   const int number = framesSeen_++;
-  if (faults_.frames > 0 && number >= faults_.frames) return {{{milliseconds{0}, frame}}, false};
-  Transmission out;
+  if (faults_.frames > 0 && number >= faults_.frames) return {.bytes = std::move(frame)};
+  Transmission out{.bytes = {}, .byteByByte = faults_.dribble};
   out.hangUp = faults_.hangUpAfter > 0 && (number + 1) % faults_.hangUpAfter == 0;
   if (faults_.silent) return out;
   if (faults_.corruptEvery > 0 && number % faults_.corruptEvery == 0) damage(model, frame);
   if (faults_.cut) frame.resize(std::min(frame.size(), *faults_.cut));
-  Bytes all = garbageOf(faults_.garbage);
-  all.insert(all.end(), frame.begin(), frame.end());
-  if (faults_.dribble == milliseconds{0}) {
-    out.pieces.push_back({milliseconds{0}, std::move(all)});
-  } else {
-    for (const std::uint8_t byte : all) out.pieces.push_back({faults_.dribble, Bytes{byte}});
-  }
+  out.bytes = again(kGarbage, 0, faults_.garbage);
+  out.bytes.insert(out.bytes.end(), frame.begin(), frame.end());
   return out;
 }
 
 Bytes Misbehaviour::endless(const Bytes& frame, std::size_t count) const {
-  const bool garbage = faults_.endless == Faults::Endless::Garbage;
-  const std::span<const std::uint8_t> row =
-      garbage ? std::span<const std::uint8_t>(kGarbage) : std::span<const std::uint8_t>(frame);
-  Bytes bytes(count);
-  for (std::size_t i = 0; i < count; ++i) bytes[i] = row[(endlessSent_ + i) % row.size()];
-  return bytes;
+  if (faults_.endless == Faults::Endless::Garbage) return again(kGarbage, endlessSent_, count);
+  return again(frame, endlessSent_, count);
 }
 
 }  // namespace sim

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstddef>
 #include <optional>
-#include <vector>
 
 #include "ScaleModel.h"
 
@@ -35,11 +34,9 @@ struct Faults {
 
 /// One frame as it goes out.
 struct Transmission {
-  struct Piece {
-    std::chrono::milliseconds pause;
-    Bytes bytes;
-  };
-  std::vector<Piece> pieces;
+  Bytes bytes;
+  /// Pause before each of them; 0 for all at once.
+  std::chrono::milliseconds byteByByte{0};
   bool hangUp = false;
 };
 

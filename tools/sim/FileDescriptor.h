@@ -2,9 +2,17 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace sim {
+
+/// Throws errno as a std::system_error.
+[[noreturn]] inline void fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
 
 /// Owns a file descriptor.
 class FileDescriptor {

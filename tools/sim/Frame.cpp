@@ -1,5 +1,7 @@
 #include "Frame.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <numeric>
 
@@ -11,16 +13,6 @@ bool isBinary(Form form) { return form == Form::LowFirst || form == Form::HighFi
 bool hasPoint(Form form) { return form == Form::Written || form == Form::Backwards; }
 
 std::int64_t magnitudeOf(std::int64_t number) { return number < 0 ? -number : number; }
-
-std::int64_t valueOf(Quantity quantity, const Display& display) {
-  switch (quantity) {
-    case Quantity::Weight: return display.weight;
-    case Quantity::Price: return display.price;
-    case Quantity::Cost: return display.cost;
-    case Quantity::Tare: return display.tare;
-  }
-  return 0;
-}
 
 /// The characters of a number that isn't binary, from left to right.
 std::string textOf(const Number& number, std::int64_t value, int decimals) {
@@ -70,7 +62,7 @@ class Writer {
   void operator()(const Number& number) {
     if (display_.overload && !number.overload.empty()) return add(number.overload);
     const auto limits = number.limits(display_.decimals, negativeElsewhere_);
-    std::int64_t value = std::clamp(valueOf(number.of, display_), limits.lowest, limits.highest);
+    std::int64_t value = std::clamp(display_.*number.of, limits.lowest, limits.highest);
     if (isBinary(number.form)) {
       if (number.minus != Minus::Binary) value = magnitudeOf(value);
       return addBinary(static_cast<std::uint64_t>(value), number);
@@ -87,10 +79,8 @@ class Writer {
     const auto begin = at(checksum.from);
     if (checksum.kind == Checksum::Kind::ModbusCrc) return addModbusCrc(begin);
     const unsigned sum = std::accumulate(begin, frame_.end(), 0U, std::bit_xor<>());
-    constexpr std::string_view kHexDigits = "0123456789ABCDEF";
     switch (checksum.kind) {
-      case Checksum::Kind::Characters:
-        return add(std::string{kHexDigits[sum >> 4U], kHexDigits[sum & 0x0FU]});
+      case Checksum::Kind::Characters: return add(fmt::format("{:02X}", sum));
       case Checksum::Kind::Nibbles:
         return add(std::string{static_cast<char>(sum >> 4U), static_cast<char>(sum & 0x0FU)});
       default: frame_.push_back(static_cast<std::uint8_t>(sum));
@@ -182,13 +172,11 @@ std::int64_t powerOfTen(int exponent) {
 }
 
 std::string decimalText(std::int64_t number, int decimals) {
-  std::string digits = std::to_string(magnitudeOf(number));
-  const auto behind = static_cast<std::size_t>(decimals);
-  if (decimals > 0) {
-    if (digits.size() <= behind) digits.insert(0, behind + 1 - digits.size(), '0');
-    digits.insert(digits.size() - behind, ".");
-  }
-  return (number < 0 ? "-" : "") + digits;
+  if (decimals == 0) return std::to_string(number);
+  const std::int64_t one = powerOfTen(decimals);
+  const std::int64_t magnitude = magnitudeOf(number);
+  return fmt::format("{}{}.{:0{}}", number < 0 ? "-" : "", magnitude / one, magnitude % one,
+                     decimals);
 }
 
 Number::Limits Number::limits(int decimals, bool negative) const {
@@ -222,7 +210,7 @@ bool showsStability(const Layout& layout) {
 }
 
 bool showsOverload(const Layout& layout) {
-  const Number* weight = numberIn(layout, Quantity::Weight);
+  const Number* weight = numberIn(layout, &Display::weight);
   return (weight != nullptr && !weight->overload.empty()) ||
          tells(layout, &Mark::overload, {&Status::overload});
 }

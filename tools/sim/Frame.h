@@ -71,8 +71,6 @@ struct Status {
   bool decimals = false;
 };
 
-enum class Quantity { Weight, Price, Cost, Tare };
-
 /// How a number fills its places.
 enum class Form {
   Written,            ///< characters, with the point
@@ -96,8 +94,11 @@ enum class Minus {
   Binary,  ///< two's complement
 };
 
+/// One of the numbers on the display.
+using Quantity = std::int64_t Display::*;
+
 struct Number {
-  Quantity of = Quantity::Weight;
+  Quantity of = &Display::weight;
   Form form = Form::Written;
   /// Characters or bytes.
   int places = 0;

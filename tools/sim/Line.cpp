@@ -32,7 +32,7 @@ void Line::receive(Clock::time_point now) {
 void Line::advance(Clock::time_point now) {
   if (wantsToStream() && nextFrame_ <= now) {
     sendUnasked(now);
-    nextFrame_ = lastDue(now) + endpoint_->streamInterval();
+    nextFrame_ = lastDue(now) + endpoint_->streamInterval;
   }
   while (!queue_.empty() && queue_.front().due <= now) {
     const Bytes bytes = std::move(queue_.front().bytes);

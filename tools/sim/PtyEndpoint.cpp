@@ -20,6 +20,9 @@ namespace {
 /// Bytes that may wait unread before a streaming scale's old frames are thrown away. Small enough
 /// that the line's own buffer never fills while no host has it open.
 constexpr int kUnreadLimit = 1024;
+/// What a host hasn't read when the line vanishes is gone; hosts look every 50 ms.
+constexpr std::chrono::milliseconds kGraceBeforeHangUp{200};
+constexpr std::chrono::milliseconds kStreamInterval{100};
 
 struct Speed {
   speed_t constant;
@@ -39,10 +42,6 @@ constexpr std::array<Speed, 9> kSpeeds = {{{B600, 600},
 int bitsPerSecondOf(speed_t constant) {
   const auto* speed = std::ranges::find(kSpeeds, constant, &Speed::constant);
   return speed == kSpeeds.end() ? kSpeeds.back().bitsPerSecond : speed->bitsPerSecond;
-}
-
-[[noreturn]] void fail(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
 }
 
 /// Links of simulators lead to "/dev/./pts/7", and by the dot they are known again.
@@ -102,7 +101,8 @@ TemporaryDirectory::~TemporaryDirectory() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-PtyEndpoint::PtyEndpoint(std::filesystem::path link) : link_(std::move(link)) {
+PtyEndpoint::PtyEndpoint(std::filesystem::path link)
+    : Endpoint(kGraceBeforeHangUp, kStreamInterval), link_(std::move(link)) {
   if (link_.empty()) {
     directory_.emplace();
     link_ = directory_->path() / "line";
@@ -127,14 +127,13 @@ void PtyEndpoint::comeBack() {
   if (!slave) fail(name.data());
   // Without this the line would echo the first frames back to the scale and wait for line ends.
   termios raw = {};
-  if (::tcgetattr(slave.get(), &raw) != 0) fail("tcgetattr");
+  ::tcgetattr(slave.get(), &raw);
   ::cfmakeraw(&raw);
   if (::tcsetattr(slave.get(), TCSANOW, &raw) != 0) fail("tcsetattr");
 
-  const std::string_view own = name.data();
-  slavePath_ = own.starts_with(kPtyFolder)
-                   ? std::string(kMarkedPtyFolder) + std::string(own.substr(kPtyFolder.size()))
-                   : std::string(own);
+  slavePath_ = name.data();
+  if (slavePath_.starts_with(kPtyFolder))
+    slavePath_.replace(0, kPtyFolder.size(), kMarkedPtyFolder);
   replaceLink(slavePath_, link_);
   slave_ = std::move(slave);
   master_ = std::move(master);
@@ -150,8 +149,6 @@ void PtyEndpoint::goAway() {
   slave_.reset();
   master_.reset();
 }
-
-void PtyEndpoint::hangUp() { goAway(); }
 
 Bytes PtyEndpoint::receive() {
   std::array<std::uint8_t, 4096> chunk = {};
@@ -182,22 +179,8 @@ void PtyEndpoint::send(std::span<const std::uint8_t> bytes) {
 }
 
 std::size_t PtyEndpoint::fill(std::span<const std::uint8_t> bytes) {
-  std::size_t taken = 0;
-  while (master_ && taken < bytes.size()) {
-    const ssize_t sent = ::write(master_.get(), bytes.data() + taken, bytes.size() - taken);
-    if (sent <= 0) break;
-    taken += static_cast<std::size_t>(sent);
-  }
-  return taken;
-}
-
-std::chrono::milliseconds PtyEndpoint::graceBeforeHangUp() const {
-  // What a host hasn't read when the line vanishes is gone; hosts look every 50 ms.
-  return std::chrono::milliseconds{200};
-}
-
-std::chrono::milliseconds PtyEndpoint::streamInterval() const {
-  return std::chrono::milliseconds{100};
+  const ssize_t taken = master_ ? ::write(master_.get(), bytes.data(), bytes.size()) : 0;
+  return static_cast<std::size_t>(std::max<ssize_t>(taken, 0));
 }
 
 }  // namespace sim

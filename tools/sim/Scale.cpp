@@ -9,7 +9,7 @@ namespace {
 /// Price commands carry five digits, the units first, as numbers or as characters, in hundredths.
 constexpr std::size_t kPriceDigits = 5;
 
-double priceOf(const Bytes& payload) {
+double priceOf(std::span<const std::uint8_t> payload) {
   constexpr unsigned kDigitOfNumberOrCharacter = 0x0F;
   constexpr double kHundredths = 100.0;
   std::int64_t price = 0;
@@ -23,61 +23,52 @@ bool endsLine(std::uint8_t byte) { return byte == CR || byte == LF; }
 
 }  // namespace
 
-RequestRecogniser::Match RequestRecogniser::match(const Command& command) const {
-  const std::size_t fixed = std::min(command.fixed.bytes.size(), pending_.size());
-  if (!std::equal(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(fixed),
-                  command.fixed.bytes.begin()) ||
-      (endsLine(command.fixed.bytes.back()) && !atLineStart_)) {
-    return Match::None;
-  }
-  return pending_.size() < command.fixed.bytes.size() + command.payload ? Match::Partial
-                                                                        : Match::Whole;
+/// Whether what is pending begins so.
+bool Scale::mayBe(const Command& command) const {
+  const Bytes& fixed = command.fixed.bytes;
+  const auto [here, there] = std::ranges::mismatch(pending_, fixed);
+  return (here == pending_.end() || there == fixed.end()) &&
+         (atLineStart_ || !endsLine(fixed.back()));
 }
 
-std::optional<RequestRecogniser::Found> RequestRecogniser::feed(std::uint8_t byte) {
-  pending_.push_back(byte);
+/// The command that is pending whole; null for none.
+const Command* Scale::completed() {
   while (!pending_.empty()) {
-    bool partial = false;
+    bool begun = false;
     for (const Command& command : model_->commands) {
-      switch (match(command)) {
-        case Match::None: break;
-        case Match::Partial: partial = true; break;
-        case Match::Whole: {
-          const auto payload =
-              pending_.begin() + static_cast<std::ptrdiff_t>(command.fixed.bytes.size());
-          Found found = {&command, Bytes(payload, pending_.end())};
-          reset();
-          return found;
-        }
-      }
+      if (!mayBe(command)) continue;
+      if (pending_.size() >= command.fixed.bytes.size() + command.payload) return &command;
+      begun = true;
     }
-    if (partial) break;
+    if (begun) break;
     atLineStart_ = endsLine(pending_.front());
     pending_.erase(pending_.begin());
   }
-  return {};
+  return nullptr;
 }
 
 std::vector<Scale::Answer> Scale::receive(std::span<const std::uint8_t> bytes) {
   std::vector<Answer> answers;
   for (const std::uint8_t byte : bytes) {
-    const auto found = recogniser_.feed(byte);
-    if (!found) continue;
-    carryOut(*found);
-    const Action action = found->command->action;
-    Bytes reply = action == Action::Weigh ? frame() : found->command->reply.bytes;
-    if (!reply.empty()) answers.push_back({action, std::move(reply)});
+    pending_.push_back(byte);
+    const Command* command = completed();
+    if (command == nullptr) continue;
+    carryOut(*command);
+    forgetPartOfRequest();
+    Bytes reply = command->action == Action::Weigh ? frame() : command->reply.bytes;
+    if (!reply.empty()) answers.push_back({command->action, std::move(reply)});
   }
   return answers;
 }
 
-void Scale::carryOut(const RequestRecogniser::Found& found) {
-  const Action action = found.command->action;
-  ++counts_[static_cast<std::size_t>(action)];
-  switch (action) {
+void Scale::carryOut(const Command& command) {
+  ++counts_[static_cast<std::size_t>(command.action)];
+  switch (command.action) {
     case Action::Tare: state_.pressTare(); break;
     case Action::Zero: state_.pressZero(); break;
-    case Action::Price: state_.price = priceOf(found.payload); break;
+    case Action::Price:
+      state_.price = priceOf(std::span(pending_).subspan(command.fixed.bytes.size()));
+      break;
     case Action::Weigh:
     case Action::Setup: break;
   }

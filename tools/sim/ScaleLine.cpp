@@ -96,11 +96,13 @@ void ScaleLine::sendWithoutEnd(Clock::time_point now) {
 }
 
 void ScaleLine::sendFrame(Bytes frame, Clock::time_point now) {
-  Transmission out = misbehaviour_.transmit(scale_.model(), std::move(frame));
-  for (Transmission::Piece& piece : out.pieces) {
-    if (!piece.bytes.empty()) enqueue(std::move(piece.bytes), piece.pause, now);
+  const Transmission out = misbehaviour_.transmit(scale_.model(), std::move(frame));
+  if (out.byteByByte > milliseconds{0}) {
+    for (const std::uint8_t byte : out.bytes) enqueue({byte}, out.byteByByte, now);
+  } else if (!out.bytes.empty()) {
+    enqueue(out.bytes, milliseconds{0}, now);
   }
-  if (out.hangUp) enqueue({}, endpoint().graceBeforeHangUp(), now);
+  if (out.hangUp) enqueue({}, endpoint().graceBeforeHangUp, now);
 }
 
 void ScaleLine::hangUp(Clock::time_point now) {

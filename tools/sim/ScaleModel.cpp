@@ -59,13 +59,13 @@ bool ScaleModel::streams() const {
 }
 
 Number::Limits ScaleModel::limits(int of) const {
-  const Number* weight = numberIn(layout, Quantity::Weight);
+  const Number* weight = numberIn(layout, &Display::weight);
   if (weight == nullptr) return {-rounded(kWidestNumber), rounded(kWidestNumber)};
   return weight->limits(of, showsSign(layout));
 }
 
 std::int64_t ScaleModel::highestPrice() const {
-  return highestOf(numberIn(layout, Quantity::Price));
+  return highestOf(numberIn(layout, &Display::price));
 }
 
 std::int64_t ScaleModel::unitsOf(double kilograms, int of) const {
@@ -94,7 +94,7 @@ Display ScaleModel::display(const ScaleState& state) const {
     constexpr double kHundredths = 100.0;
     shown.price = std::clamp<std::int64_t>(rounded(state.price * kHundredths), 0, highestPrice());
     shown.cost = std::min(costOf(shown.weight, shown.decimals, shown.price),
-                          highestOf(numberIn(layout, Quantity::Cost)));
+                          highestOf(numberIn(layout, &Display::cost)));
   }
   return shown;
 }

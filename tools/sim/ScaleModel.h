@@ -124,7 +124,7 @@ struct ScaleModel {
   const Variant* variant = nullptr;
 
   bool streams() const;
-  bool hasPrice() const { return numberIn(layout, Quantity::Price) != nullptr; }
+  bool hasPrice() const { return numberIn(layout, &Display::price) != nullptr; }
   bool hasDecimals() const { return decimals.fewest < decimals.most; }
   bool showsStability() const { return sim::showsStability(layout); }
   bool showsOverload() const { return sim::showsOverload(layout); }

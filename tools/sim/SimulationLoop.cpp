@@ -6,12 +6,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <system_error>
 
 namespace sim {
 
 SimulationLoop::SimulationLoop() : wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
-  if (!wake_) throw std::system_error(errno, std::generic_category(), "eventfd");
+  if (!wake_) fail("eventfd");
 }
 
 void SimulationLoop::watch(int fd, std::function<void()> ready) {
@@ -71,7 +70,7 @@ void SimulationLoop::run() {
     // poll passes over negative descriptors, so lines that are away keep their places.
     for (const auto& line : lines_) waiting.push_back({line->descriptor(), line->events(), 0});
     if (::poll(waiting.data(), waiting.size(), timeoutMs()) < 0 && errno != EINTR) {
-      throw std::system_error(errno, std::generic_category(), "poll");
+      fail("poll");
     }
     if (waiting.front().revents != 0) {
       std::uint64_t count = 0;

@@ -3,6 +3,7 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -14,10 +15,9 @@ namespace sim {
 namespace {
 
 constexpr const char* kLoopback = "127.0.0.1";
-
-[[noreturn]] void fail(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
+/// The component empties a network line until nothing has come for 100 ms; a scale that leaves no
+/// longer gaps would keep it there for ever.
+constexpr std::chrono::milliseconds kStreamInterval{250};
 
 /// The socket functions take every kind of address by a pointer to the plainest.
 sockaddr* plain(sockaddr_in& address) {
@@ -45,7 +45,10 @@ FileDescriptor boundTo(std::uint16_t& port) {
 
 }  // namespace
 
-TcpEndpoint::TcpEndpoint(std::uint16_t port) : port_(port), reservation_(boundTo(port_)) {
+TcpEndpoint::TcpEndpoint(std::uint16_t port)
+    : Endpoint(std::chrono::milliseconds{0}, kStreamInterval),
+      port_(port),
+      reservation_(boundTo(port_)) {
   comeBack();
 }
 
@@ -88,24 +91,9 @@ Bytes TcpEndpoint::receive() {
 void TcpEndpoint::send(std::span<const std::uint8_t> bytes) { fill(bytes); }
 
 std::size_t TcpEndpoint::fill(std::span<const std::uint8_t> bytes) {
-  std::size_t taken = 0;
-  while (client_ && taken < bytes.size()) {
-    const ssize_t sent =
-        ::send(client_.get(), bytes.data() + taken, bytes.size() - taken, MSG_NOSIGNAL);
-    if (sent <= 0) break;
-    taken += static_cast<std::size_t>(sent);
-  }
-  return taken;
-}
-
-std::chrono::milliseconds TcpEndpoint::graceBeforeHangUp() const {
-  return std::chrono::milliseconds{0};
-}
-
-std::chrono::milliseconds TcpEndpoint::streamInterval() const {
-  // The component empties a network line until nothing has come for 100 ms; a scale that leaves
-  // no longer gaps would keep it there for ever.
-  return std::chrono::milliseconds{250};
+  const ssize_t taken =
+      client_ ? ::send(client_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) : 0;
+  return static_cast<std::size_t>(std::max<ssize_t>(taken, 0));
 }
 
 }  // namespace sim

@@ -10,13 +10,8 @@ namespace {
 const ScaleModel& cas() { return *findScaleModel(13); }
 Bytes goodFrame() { return cas().frame(cas().usualState()); }
 
-/// All that goes out for one frame, the pauses left out.
 Bytes sentFor(Misbehaviour& misbehaviour) {
-  Bytes sent;
-  for (const auto& piece : misbehaviour.transmit(cas(), goodFrame()).pieces) {
-    sent.insert(sent.end(), piece.bytes.begin(), piece.bytes.end());
-  }
-  return sent;
+  return misbehaviour.transmit(cas(), goodFrame()).bytes;
 }
 
 TEST(Faults, SpoilTheFramesThatTheyAreToldTo) {

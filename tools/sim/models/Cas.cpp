@@ -38,10 +38,10 @@ std::vector<ScaleModel> casModels() {
            {is(SOH, 0x80, 0xAA), Status{.stable = 0x40, .negative = 0x80, .overload = 0x01},
             Number{.form = Form::LowFirst, .places = 2},
             Number{
-                .of = Quantity::Price, .form = Form::LowFirst, .places = 4, .minus = Minus::Binary},
+                .of = &Display::price, .form = Form::LowFirst, .places = 4, .minus = Minus::Binary},
             Number{
-                .of = Quantity::Cost, .form = Form::LowFirst, .places = 4, .minus = Minus::Binary},
-            Number{.of = Quantity::Tare, .form = Form::LowFirst, .places = 2}, is(0, 0)},
+                .of = &Display::cost, .form = Form::LowFirst, .places = 4, .minus = Minus::Binary},
+            Number{.of = &Display::tare, .form = Form::LowFirst, .places = 2}, is(0, 0)},
        .decimals = kUpToThree,
        .checkedByte = 1,
        .reads = kRawCount,

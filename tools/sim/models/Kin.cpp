@@ -33,8 +33,8 @@ Layout operator+(Layout first, const Layout& second) {
 
 Layout unitsFirst(Form form, int priceDigits) {
   return {Number{.form = form, .places = 6, .fill = '0'},
-          Number{.of = Quantity::Price, .form = form, .places = priceDigits, .fill = '0'},
-          Number{.of = Quantity::Cost, .form = form, .places = 6, .fill = '0'}};
+          Number{.of = &Display::price, .form = form, .places = priceDigits, .fill = '0'},
+          Number{.of = &Display::cost, .form = form, .places = 6, .fill = '0'}};
 }
 
 Layout addressed(const Mark& sign, const Number& weight) {

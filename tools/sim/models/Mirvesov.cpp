@@ -25,7 +25,7 @@ Layout a12eh(unsigned kind, unsigned status, char fill, const Fixed& end = is(CR
           Status{.always = status, .moving = 0x08, .negative = 0x02, .overload = 0x04},
           is(' '),
           Number{.form = Form::Digits, .places = 6, .fill = fill},
-          Number{.of = Quantity::Tare, .form = Form::Digits, .places = 6, .fill = fill},
+          Number{.of = &Display::tare, .form = Form::Digits, .places = 6, .fill = fill},
           end};
 }
 

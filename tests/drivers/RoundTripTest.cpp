@@ -80,7 +80,7 @@ TEST_P(RoundTrip, Weights) {
     poll("overload");
     scale_.change([](sim::ScaleState& state) { state.overload = false; });
   }
-  if (!scale_.model().hasStartByte) return;
+  if (!scale_.model().hasStartByte()) return;
   scale_.setFaults({.garbage = 3, .frames = 1});
   pollAt("garbage before the frame", 1.5);
 }

@@ -74,14 +74,9 @@ std::string readingText(const ScaleModel& model) {
 }
 
 std::string stabilityText(const ScaleModel& model) {
-  switch (model.stableReading) {
-    case sim::StableReading::AlwaysStable:
-      return say("not in the frame; the component always reports stable");
-    case sim::StableReading::AlwaysMoving:
-      return say("not in the frame; the component always reports moving");
-    case sim::StableReading::AsShown: break;
-  }
-  return say("in the frame");
+  if (model.showsStability()) return say("in the frame");
+  return model.alwaysStable ? say("not in the frame; the component always reports stable")
+                            : say("not in the frame; the component always reports moving");
 }
 
 std::string overloadText(const ScaleModel& model) {

@@ -105,8 +105,7 @@ Reading ScaleModel::expectedReading(const ScaleState& state) const {
   reading.weight = reads.read(shown.weight, shown.decimals);
   reading.price = static_cast<double>(shown.price) * hundredth;
   reading.cost = static_cast<double>(shown.cost) * hundredth;
-  reading.stable = stableReading == StableReading::AlwaysStable ||
-                   (stableReading == StableReading::AsShown && shown.stable);
+  reading.stable = showsStability() ? shown.stable : alwaysStable;
   if (readSpecial != nullptr) readSpecial(shown, reading);
   return reading;
 }

@@ -57,9 +57,6 @@ struct Unit {
   double inKilogram = 1.0;
 };
 
-/// How the component reads the stability of a good frame.
-enum class StableReading { AsShown, AlwaysStable, AlwaysMoving };
-
 /// Unit of the weight that the component hands out.
 enum class WeightUnit { Kilograms, Grams, Count };
 
@@ -101,14 +98,14 @@ struct ScaleModel {
   double usualWeight = 1.25;
   Unit unit = {};
 
-  /// The component looks for the frame's first byte and so steps over others before it; otherwise
-  /// it takes whatever comes first for the frame.
-  bool hasStartByte = true;
   /// Offset of a byte by which the component tells a damaged frame from a good one, from the end
   /// if negative; none where it would take any bytes of the right number.
   std::optional<int> checkedByte = -1;
+  /// The component takes whatever comes first for the frame.
+  bool takesFirst = false;
   WeightReading reads = {WeightUnit::Kilograms, asWritten};
-  StableReading stableReading = StableReading::AsShown;
+  /// What the component says of the weight where the frame doesn't tell whether it moves.
+  bool alwaysStable = false;
   /// What the component makes of a hundredth of a money unit.
   double hundredth = 0.0;
   /// What overload and other special frames make of the reading; null where there are none.
@@ -124,6 +121,8 @@ struct ScaleModel {
   const Variant* variant = nullptr;
 
   bool streams() const;
+  /// The component looks for the frame's first byte and so steps over others before it.
+  bool hasStartByte() const { return checkedByte && !takesFirst; }
   bool hasPrice() const { return numberIn(layout, &Display::price) != nullptr; }
   bool hasDecimals() const { return decimals.fewest < decimals.most; }
   bool showsStability() const { return sim::showsStability(layout); }

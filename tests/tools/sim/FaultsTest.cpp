@@ -42,7 +42,7 @@ TEST(Faults, GarbageOpensNoFrameOfAnyModel) {
   Misbehaviour garbage({.garbage = 64, .cut = 0});
   const Bytes sent = sentFor(garbage);
   for (const ScaleModel& model : scaleModels()) {
-    if (!model.hasStartByte) continue;
+    if (!model.hasStartByte()) continue;
     for (const double weight : {1.0, -1.0}) {
       ScaleState state = model.usualState();
       state.weight = weight;

@@ -14,16 +14,14 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .commands = {{Action::Weigh, is(0, 0, 3, 0, 0, 0, 0, 0)}},
        .layout = unitsFirst(Form::UnitsFirst, 5),
        .decimals = kFixedPoint,
-       .hasStartByte = false,
        .checkedByte = {},
        .reads = kKilogramsByFactor,
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        .hundredth = 0.01,
-       .variants = {{.name = "numbers",
-                     .about =
-                         message("sends digits as numbers instead of characters; the component "
-                                 "reads a stable zero"),
-                     .layout = unitsFirst(Form::UnitsFirstNumbers, 5)}}},
+       .variants = {{"numbers",
+                     message("sends digits as numbers instead of characters; the component "
+                             "reads a stable zero"),
+                     unitsFirst(Form::UnitsFirstNumbers, 5)}}},
       {// OCS, ВК ЗЕВС III с радиоканалом
        .number = 18,
        .layout =
@@ -36,13 +34,12 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
        .commands = {{Action::Weigh, is(ENQ)}},
        .layout = {is(STX), Status{.always = 0x40, .stable = 0x02, .negative = 0x04}, is(CR, '0'),
                   Number{.places = 6, .fill = '0'}, lineEnd()},
-       .hasStartByte = false,
+       .takesFirst = true,
        .noTcp = kEndMarkNeedsSerialLine,
-       .variants = {{.name = "underflow",
-                     .about =
-                         message("a load far below zero, which shows as letters; the component "
-                                 "reads zero, not stable"),
-                     .layout = {is("@P", CR, "0    UF"), lineEnd()}}}},
+       .variants = {{"underflow",
+                     message("a load far below zero, which shows as letters; the component "
+                             "reads zero, not stable"),
+                     {is("@P", CR, "0    UF"), lineEnd()}}}},
       {// CERTUS CBA
        .number = 25,
        // It sends a line end before each line too, and by the first CR the component finds the
@@ -53,7 +50,7 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
                      .about = message("sends a second comma; the component loses the last digit"),
                      .layout = {lineEnd(), kStableOrUnstable, grossOrNet, is(','), kSign,
                                 Number{.places = 7}, is(" g"), lineEnd()},
-                     .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
+                     .decimals = kUpToOne,
                      .unit = kGrams},
                     {.name = "grams",
                      .about =
@@ -61,7 +58,7 @@ std::vector<ScaleModel> camryOcsDigiCertusModels() {
                                  "thousand times too much"),
                      .layout = {lineEnd(), kStableOrUnstable, grossOrNet, kSign,
                                 Number{.places = 7}, is("g  "), lineEnd()},
-                     .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
+                     .decimals = kUpToOne,
                      .unit = kGrams}}},
   };
 }

@@ -9,10 +9,8 @@ namespace {
 
 /// Status, weight text, unit, exclusive or of all these.
 Layout cas(const Layout& weightAndUnit) {
-  Layout frame = {is(ACK, SOH, STX), Mark{.usual = "S", .moving = "U"}};
-  frame.insert(frame.end(), weightAndUnit.begin(), weightAndUnit.end());
-  frame.insert(frame.end(), {Checksum{.from = 3}, is(ETX, EOT)});
-  return frame;
+  return Layout{is(ACK, SOH, STX), Mark{.usual = "S", .moving = "U"}} + weightAndUnit +
+         Layout{Checksum{.from = 3}, is(ETX, EOT)};
 }
 
 ScaleModel casModel(int number) {
@@ -55,10 +53,8 @@ std::vector<ScaleModel> casModels() {
                     {.action = Action::Price, .fixed = is(kUns2Address, 2), .payload = 6}},
        .layout = unitsFirst(Form::UnitsFirstNumbers, 6),
        .decimals = kFixedPoint,
-       .hasStartByte = false,
        .checkedByte = {},
        .reads = kKilogramsByFactor,
-       .stableReading = StableReading::AlwaysMoving,
        .hundredth = 0.01},
   };
   models.front().variants = {
@@ -67,7 +63,7 @@ std::vector<ScaleModel> casModels() {
            message("a weight of seven characters beside its sign; the frame is a byte longer than "
                    "the component takes"),
        .layout = cas({kSign, Number{.places = 7}, is(" g")}),
-       .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
+       .decimals = kUpToOne,
        .unit = kGrams}};
   return models;
 }

@@ -20,10 +20,9 @@ std::vector<ScaleModel> jadeverModels() {
                     {.action = Action::Price, .fixed = is(0, 0, 2), .payload = 6}},
        .layout = unitsFirst(Form::UnitsFirst, 5),
        .decimals = kFixedPoint,
-       .hasStartByte = false,
        .checkedByte = {},
        .reads = kKilogramsByFactor,
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        .hundredth = 0.01},
   };
 }

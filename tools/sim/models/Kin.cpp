@@ -23,13 +23,12 @@ double kilogramsByFactor(std::int64_t units, int decimals) {
 
 double rawCount(std::int64_t units, int /*decimals*/) { return static_cast<double>(units); }
 
-/// Puts the second layout behind the first.
+}  // namespace
+
 Layout operator+(Layout first, const Layout& second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;
 }
-
-}  // namespace
 
 Layout unitsFirst(Form form, int priceDigits) {
   return {Number{.form = form, .places = 6, .fill = '0'},
@@ -37,18 +36,14 @@ Layout unitsFirst(Form form, int priceDigits) {
           Number{.of = &Display::cost, .form = form, .places = 6, .fill = '0'}};
 }
 
-Layout addressed(const Mark& sign, const Number& weight) {
-  return {is(STX, "AD"), sign, weight, Checksum{.from = 1, .kind = Checksum::Kind::Characters},
-          is(ETX)};
+Layout addressed(const Layout& weight) {
+  const Checksum checksum = {.from = 1, .kind = Checksum::Kind::Characters};
+  return Layout{is(STX, "AD")} + weight + Layout{checksum, is(ETX)};
 }
 
-Layout addressedWithDecimals() {
-  return {is(STX, "AD"),
-          kPlusOrMinus,
-          Number{.form = Form::Digits, .places = 6, .fill = '0'},
-          Status{.always = '0', .decimals = true},
-          Checksum{.from = 1, .kind = Checksum::Kind::Characters},
-          is(ETX)};
+Layout digitsAndDecimals(const Mark& sign) {
+  return {sign, Number{.form = Form::Digits, .places = 6, .fill = '0'},
+          Status{.always = '0', .decimals = true}};
 }
 
 Layout streamLine(Layout begin, std::string_view overload) {

@@ -13,15 +13,18 @@ inline constexpr Mark kPlusOrMinus = {.usual = "+", .negative = "-"};
 
 inline constexpr Decimals kFixedPoint = {.fewest = 3, .most = 3, .usual = 3};
 inline constexpr Decimals kUpToThree = {.fewest = 0, .most = 3, .usual = 3};
+inline constexpr Decimals kUpToOne = {.fewest = 0, .most = 1, .usual = 1};
 inline constexpr Decimals kNone = {.fewest = 0, .most = 0, .usual = 0};
 inline constexpr Unit kGrams = {.name = "g", .inKilogram = 1000.0};
 
+/// Puts the second layout behind the first.
+Layout operator+(Layout first, const Layout& second);
 /// Weight in six digits, price in `priceDigits`, cost in six, the units first.
 Layout unitsFirst(Form form, int priceDigits);
-/// The answer to the command AD of the scale with address A: sign, weight, checksum.
-Layout addressed(const Mark& sign, const Number& weight);
-/// The same of scales that send six digits and behind them the number of decimals.
-Layout addressedWithDecimals();
+/// The answer to the command AD of the scale with address A: the weight and its checksum.
+Layout addressed(const Layout& weight);
+/// Sign, six digits, and behind them the number of decimals.
+Layout digitsAndDecimals(const Mark& sign);
 /// Sign, weight, unit, gross or net, motion: the line of a scale that sends by itself.
 Layout streamLine(Layout begin, std::string_view overload = {});
 

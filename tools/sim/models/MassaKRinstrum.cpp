@@ -13,10 +13,8 @@ std::vector<ScaleModel> massaKAndRinstrumModels() {
        .commands = {{Action::Weigh, is('E')}},
        .layout = {Number{.form = Form::LowFirst, .places = 2, .minus = Minus::Binary}},
        .decimals = kUpToThree,
-       .hasStartByte = false,
        .checkedByte = {},
        .reads = kRawCount,
-       .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "unasked",
                      .about = message("another protocol of the maker, which sends by itself; the "
                                       "component takes the first two bytes, always the same, for a "
@@ -29,22 +27,21 @@ std::vector<ScaleModel> massaKAndRinstrumModels() {
        .number = 11,
        .commands = {{Action::Weigh, is("20050027:\r\n")}},
        .layout = {is("81050027:"), kSign, Number{.places = 9}, is(" kg"), lineEnd()},
-       .hasStartByte = false,
+       .takesFirst = true,
        .reads = kGramsCut,
-       .stableReading = StableReading::AlwaysMoving,
        .noTcp =
            message("the component asks for 30 bytes and the indicator's line is shorter; over TCP "
                    "it gets all the bytes that it asked for or none"),
-       .variants =
-           {{.name = "error",
-             .about = message("answers with an error, as while its menus are open; the component "
-                              "reads the error's number as a weight"),
-             .layout = {is("C1050027:0601"), lineEnd()}},
-            {.name = "auto",
-             .about = message("sends by itself, as an indicator set to AUTO instead of NET; the "
-                              "component finds no answer in it"),
-             .layout = streamLine({}),
-             .streams = true}}},
+       .variants = {{"error",
+                     message("answers with an error, as while its menus are open; the component "
+                             "reads the error's number as a weight"),
+                     {is("C1050027:0601"), lineEnd()}},
+                    {.name = "auto",
+                     .about =
+                         message("sends by itself, as an indicator set to AUTO instead of NET; the "
+                                 "component finds no answer in it"),
+                     .layout = streamLine({}),
+                     .streams = true}}},
   };
 }
 

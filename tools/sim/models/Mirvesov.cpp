@@ -10,12 +10,8 @@ namespace {
 /// The part that both modes of the A9 have: sign, digits, number of decimals, checksum of all
 /// behind the first byte.
 Layout a9(const Fixed& begin) {
-  return {begin,
-          kSign,
-          Number{.form = Form::Digits, .places = 6, .fill = '0'},
-          Status{.always = '0', .decimals = true},
-          Checksum{.from = 1, .kind = Checksum::Kind::Nibbles},
-          is(ETX)};
+  const Checksum checksum = {.from = 1, .kind = Checksum::Kind::Nibbles};
+  return Layout{begin} + digitsAndDecimals(kSign) + Layout{checksum, is(ETX)};
 }
 
 /// `kind` tells the place of the point, and in other scales the division too.
@@ -52,17 +48,16 @@ std::vector<ScaleModel> mirvesovModels() {
        .layout = a9(is(STX, "@D")),
        .decimals = kUpToThree,
        .reads = kGramsByDecimalCode,
-       .stableReading = StableReading::AlwaysMoving,
        .variants = {{.name = "four-decimals",
                      .about =
                          message("shows four decimals; the component reads ten times too much"),
-                     .layout = addressedWithDecimals(),
+                     .layout = addressed(digitsAndDecimals(kPlusOrMinus)),
                      .decimals = Decimals{.fewest = 4, .most = 4, .usual = 4}},
                     {.name = "address-1",
                      .about =
                          message("answers to its own address 1 only, as the maker's paper has it; "
                                  "the component asks another and hears nothing"),
-                     .layout = addressedWithDecimals(),
+                     .layout = addressed(digitsAndDecimals(kPlusOrMinus)),
                      .commands = {{Action::Weigh, is(STX, "AD05", ETX)}}}}},
       {// А12 (Мирвесов)
        .number = 8,
@@ -73,25 +68,23 @@ std::vector<ScaleModel> mirvesovModels() {
        // Fewer decimals would let the field hold more grams than fit the component's 32 bits.
        .decimals = {.fewest = 2, .most = 4, .usual = 3},
        .reads = kGramsCut,
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        .variants = {{.name = "pounds",
                      .about = message("shows pounds; the component takes them for kilograms"),
                      .layout = {is("ww"), a12Weight, is("lb"), lineEnd()},
                      .unit = kPounds},
-                    {.name = "new",
-                     .about =
-                         message("the newer A12(E): other letters and a checksum; the component "
-                                 "finds no frame"),
-                     .layout = {is('W'), Mark{.usual = "G", .net = "N"}, a12Weight, is("kg"),
-                                Checksum{.kind = Checksum::Kind::Characters}, lineEnd()}}}},
+                    {"new",
+                     message("the newer A12(E): other letters and a checksum; the component "
+                             "finds no frame"),
+                     {is('W'), Mark{.usual = "G", .net = "N"}, a12Weight, is("kg"),
+                      Checksum{.kind = Checksum::Kind::Characters}, lineEnd()}}}},
       {// DS2 (Мирвесов)
        .number = 12,
        .commands = {{Action::Weigh, is(STX, "AD05", ETX)}},
-       .layout = addressed(kSign, {.places = 7, .fill = '0'}),
+       .layout = addressed({kSign, Number{.places = 7, .fill = '0'}}),
        .decimals = {.fewest = 0, .most = 4, .usual = 0},
        .usualWeight = 25.0,
        .reads = {WeightUnit::Grams, digitsRunTogether},
-       .stableReading = StableReading::AlwaysMoving,
        .remark =
            message("the component leaves the point of the weight out, so a weight with decimals "
                    "comes out too large; by default the simulator shows whole kilograms, which "
@@ -100,26 +93,24 @@ std::vector<ScaleModel> mirvesovModels() {
                      .about =
                          message("sends six digits and the number of decimals; the component takes "
                                  "that for a digit of the weight"),
-                     .layout = addressedWithDecimals(),
+                     .layout = addressed(digitsAndDecimals(kPlusOrMinus)),
                      .decimals = Decimals{}}}},
       {// A12EH (и некоторые модели BDU)
        .number = 31,
        .layout = a12eh(0x2A, 0x20, '0'),
        .reads = kKilogramsByFactor,
        .readSpecial = notValidIsZero,
-       .variants = {{.name = "division-2",
-                     .about =
-                         message("weighs in steps of 2; the component then leaves the point out"),
-                     .layout = a12eh(0x32, 0x30, ' ')},
-                    {.name = "con2",
-                     .about = message("the output Con2, which tells the place of the point in "
-                                      "another way; the component leaves it out"),
-                     .layout = a12eh(0x22, 0x30, '0', lineEnd())}}},
+       .variants = {{"division-2",
+                     message("weighs in steps of 2; the component then leaves the point out"),
+                     a12eh(0x32, 0x30, ' ')},
+                    {"con2",
+                     message("the output Con2, which tells the place of the point in "
+                             "another way; the component leaves it out"),
+                     a12eh(0x22, 0x30, '0', lineEnd())}}},
       {// А9 (непрерывный режим передачи)
        .number = 34,
        .layout = a9(is(STX)),
-       .reads = kKilogramsByFactor,
-       .stableReading = StableReading::AlwaysMoving},
+       .reads = kKilogramsByFactor},
   };
 }
 

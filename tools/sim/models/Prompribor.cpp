@@ -37,10 +37,9 @@ std::vector<ScaleModel> prompriborModels() {
                     {.action = Action::Price, .fixed = is(0, 0, 2), .payload = 6}},
        .layout = unitsFirst(Form::UnitsFirstNumbers, 6),
        .decimals = kFixedPoint,
-       .hasStartByte = false,
        .checkedByte = {},
        .reads = {WeightUnit::Grams, kRawCount.read},
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        .hundredth = 1.0,
        .readSpecial = costIsWorkedOutAgain,
        .remark =

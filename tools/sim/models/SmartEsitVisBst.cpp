@@ -13,37 +13,36 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
        .number = 33,
        .layout = {is(STX), kSign, Number{.places = 7, .fill = '0'}, is("kg"),
                   Mark{.usual = " ", .moving = "M"}, is(CR)},
-       .variants = {{.name = "over-capacity",
-                     .about = message("tells an overload by a letter where the component looks for "
-                                      "motion, and sends the number all the same"),
-                     .layout = streamLine({is(STX)}, "O")}}},
+       .variants = {{"over-capacity",
+                     message("tells an overload by a letter where the component looks for "
+                             "motion, and sends the number all the same"),
+                     streamLine({is(STX)}, "O")}}},
       {// ESIT Smart2
        .number = 36,
        .layout = {kPlusOrMinus, Number{.form = Form::MarkedDigits, .places = 5, .fill = '0'},
                   is(CR)},
-       .stableReading = StableReading::AlwaysStable},
+       .alwaysStable = true},
       {// ESIT ECI STATIC
        .number = 37,
        .commands = {{Action::Weigh, is('W', CR)}, {Action::Tare, is('T', CR)}},
        .layout = {Number{.places = 10, .minus = Minus::Beside}, lineEnd()},
-       .hasStartByte = false,
-       .stableReading = StableReading::AlwaysMoving},
+       .takesFirst = true},
       {// ВИС HL318L
        .number = 39,
        .layout = {is(LF), kStableOrUnstable, grossOrNet, is(','),
                   Number{.places = 8, .minus = Minus::Beside}, is("kg", CR)},
-       .variants =
-           {{.name = "plus",
-             .about = message("sends a plus before the weight; the component reads a stable "
-                              "zero"),
-             .layout = {is(LF), kStableOrUnstable, grossOrNet, is(','), kPlusOrMinus,
-                        Number{.places = 7, .fill = '0'}, is("kg", CR)}},
-            {.name = "sign-before",
-             .about = message("sends the sign before the weight field and a comma behind it; the "
-                              "component loses the minus"),
-             .layout = {is(LF), kStableOrUnstable, grossOrNet, kSign, Number{.places = 7},
-                        is(",kg", CR)},
-             .decimals = Decimals{.fewest = 0, .most = 4, .usual = 2}}}},
+       .variants = {{"plus",
+                     message("sends a plus before the weight; the component reads a stable "
+                             "zero"),
+                     {is(LF), kStableOrUnstable, grossOrNet, is(','), kPlusOrMinus,
+                      Number{.places = 7, .fill = '0'}, is("kg", CR)}},
+                    {.name = "sign-before",
+                     .about = message(
+                         "sends the sign before the weight field and a comma behind it; the "
+                         "component loses the minus"),
+                     .layout = {is(LF), kStableOrUnstable, grossOrNet, kSign, Number{.places = 7},
+                                is(",kg", CR)},
+                     .decimals = Decimals{.fewest = 0, .most = 4, .usual = 2}}}},
       {// Резерв, a reply of Modbus RTU
        .number = 41,
        .commands = {{Action::Weigh, is(0x01, 0x03, 0x00, 0x02, 0x00, 0x03, 0xA4, 0x0B)},
@@ -52,8 +51,8 @@ std::vector<ScaleModel> smartEsitVisBstModels() {
                   Number{.form = Form::HighFirst, .places = 4, .minus = Minus::Binary},
                   Status{.stable = 0x20}, is(0), Checksum{.kind = Checksum::Kind::ModbusCrc}},
        .decimals = kUpToThree,
-       .hasStartByte = false,
        .checkedByte = 0,
+       .takesFirst = true,
        .reads = kRawCount},
   };
 }

@@ -23,8 +23,7 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .number = 2,
        .commands = {{Action::Weigh, is("G1\r\n")}, {Action::Tare, is("ST\r\n")}},
        .layout = {is(' '), Number{.places = 11, .minus = Minus::Beside}, lineEnd()},
-       .reads = kGramsCut,
-       .stableReading = StableReading::AlwaysMoving},
+       .reads = kGramsCut},
       {// TB1, TB4  (Техноваги)
        .number = 3,
        .commands = {{Action::Weigh, is("G01W\r\n")}, {Action::Tare, is("S01T\r\n")}},
@@ -32,20 +31,19 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .layout = {is("R01"), Mark{.usual = "W", .negative = "N", .overload = "E"},
                   Number{.places = 6, .fill = '0'}, lineEnd()},
        .checkedByte = -2,
-       .stableReading = StableReading::AlwaysMoving,
        .readSpecial = errorIsCode1099},
       {// BDU, BTU, BD, 4BDU, SE01, SE02 (Axis)
        .number = 9,
        .commands = {{Action::Weigh, is("SI\r\n")}, {Action::Tare, is("ST\r\n")}},
        .layout = {kSign, Number{.places = 9}, is(" kg "), lineEnd()},
        .reads = kGramsCut,
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        .variants = {{.name = "grams",
                      .about =
                          message("shows grams; the component doesn't look at the unit and reads a "
                                  "thousand times too much"),
                      .layout = {kSign, Number{.places = 9}, is("  g "), lineEnd()},
-                     .decimals = Decimals{.fewest = 0, .most = 1, .usual = 1},
+                     .decimals = kUpToOne,
                      .unit = kGrams}}},
   };
 }

@@ -32,7 +32,7 @@ std::vector<ScaleModel> terminalModels() {
        // The echo of the command stands first.
        .layout = {is("XN\r\n"), Number{.places = 8, .minus = Minus::First, .lineFeedBehind = 2},
                   is("kg"), lineEnd()},
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        .variants = {{.name = "stream",
                      .about =
                          message("sends by itself, as an indicator with STREAM = ON; the component "
@@ -43,9 +43,7 @@ std::vector<ScaleModel> terminalModels() {
        .number = 26,
        .commands = {{Action::Weigh, is("S1;MSV?;")}, {Action::Tare, is("S1;TAR;")}},
        .layout = {Number{.places = 8, .minus = Minus::Beside}, lineEnd()},
-       .hasStartByte = false,
        .checkedByte = {},
-       .stableReading = StableReading::AlwaysMoving,
        .noTcp = kEndMarkNeedsSerialLine,
        .variants =
            {{.name = "cof9",
@@ -67,31 +65,27 @@ std::vector<ScaleModel> terminalModels() {
                     {.action = Action::Price, .fixed = is(0, 0, 2), .payload = 6}},
        .layout = unitsFirst(Form::UnitsFirst, 6),
        .decimals = kFixedPoint,
-       .hasStartByte = false,
        .checkedByte = {},
        .reads = kKilogramsByFactor,
-       .stableReading = StableReading::AlwaysStable,
+       .alwaysStable = true,
        // The price is handed out in hundredths, with the weight in kilograms.
        .hundredth = 1.0,
-       .variants = {{.name = "numbers",
-                     .about =
-                         message("sends digits as numbers instead of characters; the component "
-                                 "reads a stable zero"),
-                     .layout = unitsFirst(Form::UnitsFirstNumbers, 6)}}},
+       .variants = {{"numbers",
+                     message("sends digits as numbers instead of characters; the component "
+                             "reads a stable zero"),
+                     unitsFirst(Form::UnitsFirstNumbers, 6)}}},
       {// WPT/4  RADWAG
        .number = 35,
        .commands = {{Action::Weigh, is("SUI\r\n")},
                     {.action = Action::Tare, .fixed = is("I\r\n"), .reply = is("I A\r\n")}},
        .layout = radwag(""),
-       .variants = {{.name = "busy",
-                     .about =
-                         message("answers that it can't weigh now; the component hears no frame"),
-                     .layout = {is("SUI I"), lineEnd()}},
-                    {.name = "acknowledged",
-                     .about =
-                         message("acknowledges the command in a line of its own; the component "
-                                 "takes that for the frame and refuses it"),
-                     .layout = radwag("SUI A\r\n")}}},
+       .variants = {{"busy",
+                     message("answers that it can't weigh now; the component hears no frame"),
+                     {is("SUI I"), lineEnd()}},
+                    {"acknowledged",
+                     message("acknowledges the command in a line of its own; the component "
+                             "takes that for the frame and refuses it"),
+                     radwag("SUI A\r\n")}}},
   };
 }
 

@@ -87,22 +87,24 @@ std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
   return say("the command line isn't understood: {0}", what);
 }
 
-}  // namespace
-
-std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest,
-                                        std::int64_t highest) {
-  std::int64_t value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return value >= lowest && value <= highest ? std::optional(value) : std::nullopt;
-}
-
-std::optional<double> realNumber(std::string_view text) {
-  double value = 0;
+/// The whole of the text.
+template <typename Number>
+std::optional<Number> numberOf(std::string_view text) {
+  Number value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
   return value;
 }
+
+}  // namespace
+
+std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest,
+                                        std::int64_t highest) {
+  const auto value = numberOf<std::int64_t>(text);
+  return value && *value >= lowest && *value <= highest ? value : std::nullopt;
+}
+
+std::optional<double> realNumber(std::string_view text) { return numberOf<double>(text); }
 
 void refuse(const std::string& names, const std::string& why) {
   throw CLI::ValidationError(names.substr(0, names.find(',')), why);

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <span>
+#include <unordered_map>
 #include <utility>
 
 namespace {
@@ -15,55 +17,40 @@ constexpr unsigned char kUkrainianCatalogue[] = {
 #include "uk.mo.inc"
 };
 
-/// A compiled catalogue as msgfmt writes it: a head of seven 32-bit numbers, then tables of length
-/// and offset of the originals, which are sorted, and of their translations.
-class Catalogue {
- public:
-  template <std::size_t size>
-  explicit constexpr Catalogue(const unsigned char (&data)[size]) : data_(data) {}
+/// Translations by their originals. The plural forms of a message are apart by zeros.
+using Catalogue = std::unordered_map<std::string_view, std::string_view>;
 
-  /// Empty where there is none. The plural forms of a message are apart by zeros.
-  std::string_view find(std::string_view key) const {
-    constexpr std::uint32_t kCount = 2;
-    constexpr std::uint32_t kOriginals = 3;
-    constexpr std::uint32_t kTranslations = 4;
-    std::uint32_t low = 0;
-    std::uint32_t high = number(kCount * 4);
-    while (low < high) {
-      const std::uint32_t middle = (low + high) / 2;
-      // Behind a zero stands the English plural.
-      std::string_view original = text(number(kOriginals * 4), middle);
-      original = original.substr(0, original.find('\0'));
-      if (original == key) return text(number(kTranslations * 4), middle);
-      (original < key ? low : high) = original < key ? middle + 1 : middle;
-    }
-    return {};
-  }
-
- private:
-  std::uint32_t number(std::size_t offset) const {
+/// Reads what msgfmt wrote: a head of 32-bit numbers, and tables of length and offset of the
+/// originals and of their translations.
+Catalogue catalogueIn(std::span<const unsigned char> file) {
+  const auto number = [&](std::size_t offset) {
     std::uint32_t value = 0;
-    std::memcpy(&value, data_ + offset, sizeof value);
-    return value;
+    std::memcpy(&value, file.data() + offset, sizeof value);
+    return std::size_t{value};
+  };
+  const auto text = [&](std::size_t row) -> std::string_view {
+    return {reinterpret_cast<const char*>(file.data()) + number(row + 4), number(row)};
+  };
+  constexpr std::size_t kCount = 8;
+  constexpr std::size_t kOriginals = 12;
+  constexpr std::size_t kTranslations = 16;
+  constexpr std::size_t kRowSize = 8;
+  Catalogue catalogue;
+  for (std::size_t row = 0; row < number(kCount) * kRowSize; row += kRowSize) {
+    // Behind a zero stands the English plural.
+    const std::string_view original = text(number(kOriginals) + row);
+    catalogue.emplace(original.substr(0, original.find('\0')), text(number(kTranslations) + row));
   }
-  std::string_view text(std::uint32_t table, std::uint32_t row) const {
-    constexpr std::uint32_t kRowSize = 8;
-    const std::size_t at = table + std::size_t{row} * kRowSize;
-    return {reinterpret_cast<const char*>(data_) + number(at + 4), number(at)};
-  }
+  return catalogue;
+}
 
-  const unsigned char* data_;
-};
-
-const Catalogue* catalogue() {
-  static constexpr Catalogue kRussian(kRussianCatalogue);
-  static constexpr Catalogue kUkrainian(kUkrainianCatalogue);
-  switch (currentLanguage()) {
-    case Language::Russian: return &kRussian;
-    case Language::Ukrainian: return &kUkrainian;
-    case Language::English: break;
-  }
-  return nullptr;
+/// In the current language; empty where there is none, as always in English.
+std::string_view find(std::string_view original) {
+  static const std::array<Catalogue, 3> kCatalogues = {Catalogue(), catalogueIn(kRussianCatalogue),
+                                                       catalogueIn(kUkrainianCatalogue)};
+  const Catalogue& catalogue = kCatalogues.at(static_cast<std::size_t>(currentLanguage()));
+  const auto found = catalogue.find(original);
+  return found == catalogue.end() ? std::string_view() : found->second;
 }
 
 Language languageFromEnvironment() {
@@ -110,17 +97,16 @@ Language currentLanguage() { return current(); }
 
 std::string_view translated(std::string_view english, std::string_view context) {
   constexpr char kContextEnd = '\4';
-  const Catalogue* texts = catalogue();
-  if (texts == nullptr || english.empty()) return english;
+  // By no text at all a catalogue has its own head.
+  if (english.empty()) return english;
   std::string key(context);
   if (!context.empty()) key += kContextEnd;
-  const std::string_view found = texts->find(key.append(english));
+  const std::string_view found = find(key.append(english));
   return found.empty() ? english : found;
 }
 
 std::string_view messages::form(std::string_view one, std::string_view many, std::int64_t count) {
-  const Catalogue* texts = catalogue();
-  std::string_view forms = texts == nullptr ? std::string_view() : texts->find(one);
+  std::string_view forms = find(one);
   if (forms.empty()) return count == 1 ? one : many;
   for (std::size_t skip = slavicForm(static_cast<std::uint64_t>(std::abs(count))); skip > 0; --skip)
     forms.remove_prefix(std::min(forms.find('\0'), forms.size() - 1) + 1);

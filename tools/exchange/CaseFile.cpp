@@ -1,10 +1,10 @@
 #include "CaseFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <iomanip>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -14,35 +14,7 @@ namespace {
 
 /// Numbers of the platform are compared as people write them.
 constexpr double kLastDigit = 1e-6;
-
-std::string numberText(double number) {
-  std::array<char, 64> text = {};
-  std::snprintf(text.data(), text.size(), "%.10g", number == 0 ? 0.0 : number);
-  return text.data();
-}
-
-std::string wordBehind(const std::string& text, const std::string& name) {
-  std::istringstream words(text);
-  for (std::string word; words >> word;) {
-    if (word != name) continue;
-    words >> word;
-    if (word.ends_with(',')) word.pop_back();
-    return word;
-  }
-  return {};
-}
-
-double numberBehind(const std::string& text, const std::string& name, bool required) {
-  const std::string word = wordBehind(text, name);
-  if (word.empty() && !required) return 0.0;
-  std::size_t used = 0;
-  try {
-    const double number = std::stod(word, &used);
-    if (used == word.size()) return number;
-  } catch (const std::logic_error&) {
-  }
-  throw std::runtime_error("no " + name + " in \"" + text + "\"");
-}
+constexpr int kDigits = 10;
 
 using Head = std::map<std::string, std::string>;
 
@@ -67,11 +39,12 @@ Head headIn(std::istream& stream) {
 
 std::string PollOutcome::text() const {
   if (code != 0) return "error " + std::to_string(code);
-  std::string text = "weight " + numberText(weight);
-  if (price != 0 || cost != 0) {
-    text += ", price " + numberText(price) + ", cost " + numberText(cost);
-  }
-  return text + (stable ? ", stable" : ", moving");
+  std::ostringstream text;
+  // No minus before a zero.
+  text << std::setprecision(kDigits) << "weight " << weight + 0.0;
+  if (price != 0 || cost != 0) text << ", price " << price + 0.0 << ", cost " << cost + 0.0;
+  text << (stable ? ", stable" : ", moving");
+  return text.str();
 }
 
 bool PollOutcome::operator==(const PollOutcome& other) const {
@@ -82,17 +55,13 @@ bool PollOutcome::operator==(const PollOutcome& other) const {
 }
 
 PollOutcome outcomeFrom(const std::string& text) {
-  if (text.starts_with("error")) {
-    return {.code = static_cast<int>(numberBehind(text, "error", true))};
+  PollOutcome outcome{.stable = text.ends_with(", stable")};
+  if (std::sscanf(text.c_str(), "error %d", &outcome.code) == 0) {
+    std::sscanf(text.c_str(), "weight %lf, price %lf, cost %lf", &outcome.weight, &outcome.price,
+                &outcome.cost);
   }
-  const bool stable = text.ends_with(", stable");
-  if (!stable && !text.ends_with(", moving")) {
-    throw std::runtime_error("neither stable nor moving: \"" + text + "\"");
-  }
-  return {.weight = numberBehind(text, "weight", true),
-          .price = numberBehind(text, "price", false),
-          .cost = numberBehind(text, "cost", false),
-          .stable = stable};
+  if (outcome.text() != text) throw std::runtime_error("no outcome of a poll: \"" + text + '"');
+  return outcome;
 }
 
 ExchangeCase readCase(const std::filesystem::path& file) {
@@ -101,7 +70,7 @@ ExchangeCase readCase(const std::filesystem::path& file) {
     Head head = headIn(stream);
     ExchangeCase read;
     read.name = file.stem().string();
-    read.model = static_cast<int>(numberBehind("model " + head["Model"], "model", true));
+    read.model = std::stoi(head["Model"]);
     read.overTcp = head["Line"] == "tcp";
     if (!read.overTcp && head["Line"] != "serial") {
       throw std::runtime_error("the line is serial or tcp, not \"" + head["Line"] + "\"");

@@ -1,8 +1,10 @@
 #include "ExchangeRecords.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <ctime>
 #include <limits>
 
 namespace exchange {
@@ -39,25 +41,22 @@ std::optional<Header> headerIn(std::string_view line) {
   header.record.kind = label->kind;
   // With widths that no number can be too large for.
   const std::string rest(line.substr(label->text.size()));
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
+  struct tm time = {};
   int millisecond = 0;
   int size = 0;
   constexpr int kFields = 8;
-  if (std::sscanf(rest.c_str(), " %5d-%3d-%3d %3d:%3d:%3d.%3d ---- Bytes:%9d", &year, &month, &day,
-                  &hour, &minute, &second, &millisecond, &size) != kFields ||
+  if (std::sscanf(rest.c_str(), " %5d-%3d-%3d %3d:%3d:%3d.%3d ---- Bytes:%9d", &time.tm_year,
+                  &time.tm_mon, &time.tm_mday, &time.tm_hour, &time.tm_min, &time.tm_sec,
+                  &millisecond, &size) != kFields ||
       size < 0) {
     return std::nullopt;
   }
   constexpr int kFirstYear = 1900;
-  std::array<char, 80> time = {};
-  std::snprintf(time.data(), time.size(), "%04d-%02d-%02d %02d:%02d:%02d", year + kFirstYear,
-                month + 1, day, hour, minute, second);
-  header.record.time = time.data();
+  std::array<char, 80> text = {};
+  std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d",
+                time.tm_year + kFirstYear, time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min,
+                time.tm_sec);
+  header.record.time = text.data();
   header.size = static_cast<std::size_t>(size);
   return header;
 }
@@ -131,9 +130,7 @@ std::vector<Record> readLog(std::istream& log) {
 }
 
 std::vector<Turn> turnsOf(std::span<const Record> log) {
-  bool asks = false;
-  for (const Record& record : log) asks = asks || record.kind == Record::Kind::Outgoing;
-
+  const bool asks = std::ranges::find(log, Record::Kind::Outgoing, &Record::kind) != log.end();
   std::vector<Turn> turns;
   for (const Record& record : log) {
     if (record.kind == Record::Kind::Outgoing) {

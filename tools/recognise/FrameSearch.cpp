@@ -76,7 +76,7 @@ class Search {
       found_.good.push_back(frame);
       found_.explained = frame.size();
     } else {
-      found_.bad.push_back(frame);
+      ++found_.bad;
     }
     return found_;
   }
@@ -90,9 +90,8 @@ class Search {
         gap = gap.subspan(1);
         continue;
       }
-      const Frame frame = frameAtHead(sheet_, gap);
-      found_.bad.push_back(frame);
-      gap = gap.subspan(frame.size());
+      gap = gap.subspan(frameAtHead(sheet_, gap).size());
+      ++found_.bad;
     }
   }
 

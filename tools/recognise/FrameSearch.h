@@ -36,7 +36,7 @@ Said readingOf(const ProtocolSheet& sheet, Frame frame);
 struct Found {
   std::vector<Frame> good;
   /// What lies outside the good frames and would have been read as a frame, and refused.
-  std::vector<Frame> bad;
+  std::size_t bad = 0;
   /// Bytes that stand in good frames.
   std::size_t explained = 0;
   /// Bytes at the ends of a stream that may belong to frames which weren't heard whole.

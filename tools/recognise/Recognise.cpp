@@ -98,7 +98,7 @@ std::optional<Candidate> examine(const ScalesModel& model, const Evidence& evide
   for (const Bytes& piece : evidence.pieces) {
     const Found found = findFrames(*model.sheet, piece, evidence.origin);
     candidate.good += found.good.size();
-    candidate.bad += found.bad.size();
+    candidate.bad += found.bad;
     candidate.explained += found.explained;
     candidate.bytes += piece.size() - found.cut;
     if (!found.good.empty()) {
@@ -129,19 +129,6 @@ std::vector<Candidate> recognise(const Evidence& evidence) {
   std::vector<Candidate> candidates;
   for (const ScalesModel& model : scalesModels()) {
     if (auto candidate = examine(model, evidence)) candidates.push_back(std::move(*candidate));
-  }
-  rank(candidates);
-  return candidates;
-}
-
-std::vector<Candidate> recognise(std::span<const std::uint8_t> bytes) {
-  const std::vector<Bytes> pieces = {Bytes(bytes.begin(), bytes.end())};
-  std::vector<Candidate> candidates;
-  for (const ScalesModel& model : scalesModels()) {
-    auto best = examine(model, {Origin::Stream, pieces});
-    auto answer = examine(model, {Origin::Answer, pieces});
-    if (answer && (!best || answer->weightOfEvidence() > best->weightOfEvidence())) best = answer;
-    if (best) candidates.push_back(std::move(*best));
   }
   rank(candidates);
   return candidates;

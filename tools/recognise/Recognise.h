@@ -80,7 +80,5 @@ void rank(std::vector<Candidate>& candidates);
 
 /// All models with a protocol that find good frames, ranked.
 std::vector<Candidate> recognise(const Evidence& evidence);
-/// The same for bytes of which nothing is known: as a stream and as one answer.
-std::vector<Candidate> recognise(std::span<const std::uint8_t> bytes);
 
 }  // namespace recognise

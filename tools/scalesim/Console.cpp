@@ -30,35 +30,35 @@ std::string_view takeWord(std::string_view& text) {
   return word;
 }
 
-bool always(const ScaleModel& /*model*/) { return true; }
-
-/// A command that changes what a scale shows, and the models that know it.
+/// A command that changes what a scale shows.
 struct StateCommand {
   std::string_view name;
   bool wantsNumber;
-  bool (*known)(const ScaleModel&);
   void (*change)(ScaleState&, double);
+  /// Of the models that know it; null for all.
+  bool (ScaleModel::*known)() const = nullptr;
 };
 
 constexpr std::array kStateCommands = {
-    StateCommand{"weight", true, always, [](ScaleState& s, double value) { s.weight = value; }},
-    StateCommand{"price", true, [](const ScaleModel& m) { return m.hasPrice(); },
-                 [](ScaleState& s, double value) { s.price = value; }},
-    StateCommand{"decimals", true, [](const ScaleModel& m) { return m.hasDecimals(); },
+    StateCommand{"weight", true, [](ScaleState& s, double value) { s.weight = value; }},
+    StateCommand{"price", true, [](ScaleState& s, double value) { s.price = value; },
+                 &ScaleModel::hasPrice},
+    StateCommand{"decimals", true,
                  [](ScaleState& s, double value) {
                    constexpr double kMost = 9.0;
                    s.decimals = static_cast<int>(std::clamp(value, -1.0, kMost));
-                 }},
-    StateCommand{"stable", false, [](const ScaleModel& m) { return m.showsStability(); },
-                 [](ScaleState& s, double) { s.stable = true; }},
-    StateCommand{"unstable", false, [](const ScaleModel& m) { return m.showsStability(); },
-                 [](ScaleState& s, double) { s.stable = false; }},
-    StateCommand{"overload", false, [](const ScaleModel& m) { return m.showsOverload(); },
-                 [](ScaleState& s, double) { s.overload = true; }},
-    StateCommand{"normal", false, [](const ScaleModel& m) { return m.showsOverload(); },
-                 [](ScaleState& s, double) { s.overload = false; }},
-    StateCommand{"tare", false, always, [](ScaleState& s, double) { s.pressTare(); }},
-    StateCommand{"zero", false, always, [](ScaleState& s, double) { s.pressZero(); }},
+                 },
+                 &ScaleModel::hasDecimals},
+    StateCommand{"stable", false, [](ScaleState& s, double) { s.stable = true; },
+                 &ScaleModel::showsStability},
+    StateCommand{"unstable", false, [](ScaleState& s, double) { s.stable = false; },
+                 &ScaleModel::showsStability},
+    StateCommand{"overload", false, [](ScaleState& s, double) { s.overload = true; },
+                 &ScaleModel::showsOverload},
+    StateCommand{"normal", false, [](ScaleState& s, double) { s.overload = false; },
+                 &ScaleModel::showsOverload},
+    StateCommand{"tare", false, [](ScaleState& s, double) { s.pressTare(); }},
+    StateCommand{"zero", false, [](ScaleState& s, double) { s.pressZero(); }},
 };
 
 /// A command that changes the line.
@@ -67,15 +67,16 @@ struct LineCommand {
   void (*change)(ScaleLine&);
 };
 
-void setSilent(ScaleLine& line, bool silent) {
+template <bool silent>
+void setSilent(ScaleLine& line) {
   sim::Faults faults = line.faults();
   faults.silent = silent;
   line.setFaults(faults);
 }
 
 constexpr std::array kLineCommands = {
-    LineCommand{"silent", [](ScaleLine& line) { setSilent(line, true); }},
-    LineCommand{"speak", [](ScaleLine& line) { setSilent(line, false); }},
+    LineCommand{"silent", setSilent<true>},
+    LineCommand{"speak", setSilent<false>},
     LineCommand{"away", [](ScaleLine& line) { line.goAway(); }},
     LineCommand{"back", [](ScaleLine& line) { line.comeBack(); }},
 };
@@ -87,8 +88,7 @@ Console::Console(std::vector<ScaleLine*> lines, std::ostream& out, bool echo)
 
 void Console::feed(std::string_view input) {
   pending_ += input;
-  for (std::size_t end = pending_.find('\n'); end != std::string::npos && !quit_;
-       end = pending_.find('\n')) {
+  for (std::size_t end = 0; !quit_ && (end = pending_.find('\n')) != std::string::npos;) {
     const std::string line = pending_.substr(0, end);
     pending_.erase(0, end + 1);
     execute(line);
@@ -132,9 +132,7 @@ void Console::execute(std::string_view line) {
     std::erase_if(chosen, [&](const ScaleLine* scale) {
       return std::to_string(scale->scale().model().number) != number;
     });
-    if (chosen.empty()) {
-      return answer(say("no scale of model {0} is running", number));
-    }
+    if (chosen.empty()) return answer(say("no scale of model {0} is running", number));
     command = trimmed(command.substr(colon + 1));
   }
   // Said to several scales, a command is for those that know it.
@@ -166,7 +164,7 @@ void Console::apply(ScaleLine& line, std::string_view command, const std::string
           set->wantsNumber ? say("{0} wants a number, and '{1}' is none", word, rest)
                            : say("'{0}' is no weight and no command; \"help\" lists them", whole));
     }
-    if (!set->known(model)) {
+    if (set->known != nullptr && !(model.*set->known)()) {
       if (!mustKnow) return;
       return answer(say("model {0} doesn't know '{1}'", model.number, word));
     }

@@ -138,11 +138,16 @@ void runUntilTold(sim::SimulationLoop& loop, const std::vector<sim::ScaleLine*>&
   complain(say("stopped"));
 }
 
+std::unique_ptr<sim::Endpoint> serialEnd(const std::string& link, const Options& options,
+                                         const sim::ScaleModel* model) {
+  auto pty = std::make_unique<sim::PtyEndpoint>(link);
+  if (options.baud != 0) pty->setLineEnd({options.baud, model->line});
+  return pty;
+}
+
 std::unique_ptr<sim::Endpoint> endpointOf(const Options& options) {
   if (options.tcp) return std::make_unique<sim::TcpEndpoint>(*options.tcp);
-  auto pty = std::make_unique<sim::PtyEndpoint>(options.port);
-  if (options.baud != 0) pty->setLineEnd({options.baud, options.model->line});
-  return pty;
+  return serialEnd(options.port, options, options.model);
 }
 
 void playOne(sim::SimulationLoop& loop, const Options& options) {
@@ -203,33 +208,30 @@ void playAll(sim::SimulationLoop& loop, const Options& options) {
   std::filesystem::create_directories(folder);
   std::vector<SettingsEntry> entries;
   std::vector<sim::ScaleLine*> lines;
+  const auto add = [&](const sim::ScaleModel& model, std::unique_ptr<sim::Endpoint> endpoint,
+                       SettingsEntry entry) {
+    lines.push_back(&addLine(loop, options, model, std::move(endpoint)));
+    entry.model = model.number;
+    entry.coefficient = kNoCorrection;
+    entries.push_back(std::move(entry));
+  };
   for (const sim::ScaleModel& model : sim::scaleModels()) {
-    const std::filesystem::path link = folder / std::to_string(model.number);
-    if (link.string().size() > kLongestPortName) {
+    const std::string link = folder / std::to_string(model.number);
+    if (link.size() > kLongestPortName) {
       throw Failure(kFailed,
                     say("{0} is longer than the 255 bytes that a port's name may have; choose "
                         "another folder",
-                        link.string()));
+                        link));
     }
-    auto pty = std::make_unique<sim::PtyEndpoint>(link);
-    if (options.baud != 0) pty->setLineEnd({options.baud, model.line});
-    lines.push_back(&addLine(loop, options, model, std::move(pty)));
-    entries.push_back({.number = model.number,
-                       .model = model.number,
-                       .isComPort = 1,
-                       .baudRate = kUsualSpeed,
-                       .comPortName = link.string(),
-                       .coefficient = kNoCorrection});
+    add(model, serialEnd(link, options, &model),
+        {.number = model.number, .isComPort = 1, .baudRate = kUsualSpeed, .comPortName = link});
   }
   for (const sim::ScaleModel& model : sim::scaleModels()) {
     if (!model.worksOverTcp()) continue;
     auto tcp = std::make_unique<sim::TcpEndpoint>();
-    entries.push_back({.number = model.number + kNetworkIds,
-                       .model = model.number,
-                       .tcpPort = tcp->port(),
-                       .host = kHost,
-                       .coefficient = kNoCorrection});
-    lines.push_back(&addLine(loop, options, model, std::move(tcp)));
+    const int port = tcp->port();
+    add(model, std::move(tcp),
+        {.number = model.number + kNetworkIds, .tcpPort = port, .host = kHost});
   }
   const SettingsFile settings(folder, entries);
   std::string list = settings.path().string() + "\n";

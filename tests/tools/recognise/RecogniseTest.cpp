@@ -115,7 +115,8 @@ TEST(Recognise, TellsItsDoubts) {
     EXPECT_EQ(own->doubts & ~(row.doubts == kKin ? 0U : unsigned{kKin}), row.doubts)
         << row.what << told(ranked);
   }
-  EXPECT_TRUE(recognise(Bytes(40, 0x55)).empty());
+  for (const Origin origin : {Origin::Stream, Origin::Answer})
+    EXPECT_TRUE(recognise({origin, {Bytes(40, 0x55)}}).empty());
 }
 
 }  // namespace

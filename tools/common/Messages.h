@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 // What the tools say. English stands in the code, at the place where it is said; Russian and
 // Ukrainian stand in po/, and scripts/messages keeps them in step. A comment that begins with
@@ -32,25 +33,22 @@ std::string_view translated(std::string_view english, std::string_view context =
 constexpr const char* message(const char* english) { return english; }
 
 namespace messages {
+inline std::string_view textOf(fmt::string_view text) { return {text.data(), text.size()}; }
 std::string fill(std::string_view pattern, std::string_view english, fmt::format_args values);
 std::string_view form(std::string_view one, std::string_view many, std::int64_t count);
 }  // namespace messages
 
-/// The message in the current language, filled with the values.
-template <typename... Values>
-std::string say(fmt::format_string<Values...> english, Values&&... values) {
-  const fmt::string_view given(english);
-  const std::string_view text(given.data(), given.size());
-  return messages::fill(translated(text), text, fmt::make_format_args(values...));
-}
-
-/// The same for a word that has several meanings.
+/// The message in the current language, filled with the values; of a word that has several meanings
+/// the one in that context.
 template <typename... Values>
 std::string sayIn(std::string_view context, fmt::format_string<Values...> english,
                   Values&&... values) {
-  const fmt::string_view given(english);
-  const std::string_view text(given.data(), given.size());
+  const std::string_view text = messages::textOf(english);
   return messages::fill(translated(text, context), text, fmt::make_format_args(values...));
+}
+template <typename... Values>
+std::string say(fmt::format_string<Values...> english, Values&&... values) {
+  return sayIn({}, english, std::forward<Values>(values)...);
 }
 
 /// The form that goes with the number, which is value {0}.
@@ -58,10 +56,8 @@ template <typename Count, typename... Values>
 std::string sayCount(fmt::format_string<const Count&, Values...> one,
                      fmt::format_string<const Count&, Values...> many, const Count& count,
                      Values&&... values) {
-  const fmt::string_view first(one);
-  const fmt::string_view second(many);
-  const std::string_view oneText(first.data(), first.size());
-  const std::string_view manyText(second.data(), second.size());
-  const auto form = messages::form(oneText, manyText, static_cast<std::int64_t>(count));
-  return messages::fill(form, manyText, fmt::make_format_args(count, values...));
+  const std::string_view english = messages::textOf(many);
+  const auto form =
+      messages::form(messages::textOf(one), english, static_cast<std::int64_t>(count));
+  return messages::fill(form, english, fmt::make_format_args(count, values...));
 }

@@ -4,8 +4,6 @@
 #include <utility>
 #include <variant>
 
-#include "Questions.h"
-
 namespace recognise {
 
 namespace {
@@ -22,6 +20,18 @@ bool isFirstPart(const Request& request, const Bytes& written) {
 
 bool isSecondPart(const Request& request, const Bytes& written) {
   return !request.second.empty() && std::ranges::equal(request.second.view(), written);
+}
+
+/// Whether a driver writes this for a price, whatever price it is, or for a setting in its place.
+bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
+  if (const auto& price = sheet.commands.price) {
+    const Frame head = price->head.bytes.view();
+    return written.size() == price->of(0).bytes.size() &&
+           std::ranges::equal(head, written.first(head.size()));
+  }
+  return std::ranges::any_of(sheet.commands.setup, [&](const SetupCommand& setup) {
+    return std::ranges::equal(setup.command.bytes.view(), written);
+  });
 }
 
 Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {

@@ -62,17 +62,6 @@ Question between(const Question& before, const Question& next) {
 
 }  // namespace
 
-bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
-  if (const auto& price = sheet.commands.price) {
-    const Frame head = price->head.bytes.view();
-    return written.size() == price->of(0).bytes.size() &&
-           std::ranges::equal(head, written.first(head.size()));
-  }
-  return std::ranges::any_of(sheet.commands.setup, [&](const SetupCommand& setup) {
-    return std::ranges::equal(setup.command.bytes.view(), written);
-  });
-}
-
 bool makesCommand(const Bytes& before, const Bytes& next) {
   static const std::vector<Bytes> kCommands = allCommands();
   Bytes both = before;

@@ -31,9 +31,6 @@ struct Question {
 /// foreign bytes is over with the line's end.
 std::vector<Question> questionsFor(std::span<const ScalesModel* const> models);
 
-/// Whether a driver writes this for a price, whatever price it is, or for a setting in its place.
-bool isPriceCommand(const ProtocolSheet& sheet, Frame written);
-
 /// Whether a scale that sees `next` follow `before` finds a command in it: at the beginning of
 /// `next`, across the border, or, unless it is a line of text, anywhere.
 bool makesCommand(const Bytes& before, const Bytes& next);

@@ -27,7 +27,7 @@ class Endpoint {
   /// Takes what arrived; empty also for a connection that came or went.
   virtual Bytes receive() = 0;
   /// Sends what the line takes at once; the rest is lost, as on a line that nobody reads.
-  virtual void send(std::span<const std::uint8_t> bytes) = 0;
+  virtual void send(std::span<const std::uint8_t> bytes) { fill(bytes); }
   /// Sends what the line takes at once, behind all that its reader hasn't taken yet, and returns
   /// how many bytes that was.
   virtual std::size_t fill(std::span<const std::uint8_t> bytes) = 0;
@@ -115,7 +115,6 @@ class TcpEndpoint final : public Endpoint {
   std::string address() const override;
   int descriptor() const override { return client_ ? client_.get() : listener_.get(); }
   Bytes receive() override;
-  void send(std::span<const std::uint8_t> bytes) override;
   std::size_t fill(std::span<const std::uint8_t> bytes) override;
   bool hasListener() const override { return static_cast<bool>(client_); }
   void hangUp() override;

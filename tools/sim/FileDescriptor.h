@@ -20,11 +20,8 @@ class FileDescriptor {
   FileDescriptor() = default;
   explicit FileDescriptor(int fd) : fd_(fd) {}
   FileDescriptor(FileDescriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-    if (this != &other) {
-      reset();
-      fd_ = std::exchange(other.fd_, -1);
-    }
+  FileDescriptor& operator=(FileDescriptor other) noexcept {
+    std::swap(fd_, other.fd_);
     return *this;
   }
   ~FileDescriptor() { reset(); }

@@ -1,5 +1,6 @@
 #include "SerialLine.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <vector>
@@ -33,18 +34,10 @@ class Levels {
     return index >= levels_.size() || levels_[index];
   }
   double length() const { return static_cast<double>(levels_.size()); }
-  /// When the line next falls, or its end.
-  double nextFall(double time) const {
-    for (auto index = static_cast<std::size_t>(time); index < levels_.size(); ++index) {
-      const bool high = index == 0 || levels_[index - 1] || static_cast<double>(index) < time;
-      if (!levels_[index] && high) return std::max(time, static_cast<double>(index));
-    }
-    return length();
-  }
-  /// When the line next rests, or its end.
-  double nextRise(double time) const {
+  /// When the line next has that level, or its end.
+  double next(bool high, double time) const {
     auto index = static_cast<std::size_t>(time);
-    while (index < levels_.size() && !levels_[index]) ++index;
+    while (index < levels_.size() && levels_[index] != high) ++index;
     return std::max(time, static_cast<double>(index));
   }
 
@@ -61,7 +54,7 @@ Bytes received(std::span<const std::uint8_t> bytes, const LineEnd& sender, const
   const double bit = static_cast<double>(sender.bitsPerSecond) / receiver.bitsPerSecond;
   constexpr double kMiddleOfFirst = 1.5;
   Bytes heard;
-  for (double start = line.nextFall(0); start < line.length();) {
+  for (double start = line.next(false, 0); start < line.length();) {
     double sample = start + kMiddleOfFirst * bit;
     unsigned byte = 0;
     for (int i = 0; i < receiver.settings.dataBits; ++i) {
@@ -76,7 +69,7 @@ Bytes received(std::span<const std::uint8_t> bytes, const LineEnd& sender, const
     good = good && line.at(sample);
     if (good || manner == Receiver::TakesAll) heard.push_back(static_cast<std::uint8_t>(byte));
     // A line that is low where it should rest ends no byte before it is high again.
-    start = line.nextFall(line.nextRise(sample));
+    start = line.next(false, line.next(true, sample));
   }
   return heard;
 }

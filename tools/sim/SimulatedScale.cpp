@@ -47,38 +47,6 @@ SimulatedScale::~SimulatedScale() {
   thread_.join();
 }
 
-void SimulatedScale::setWeight(double kilograms) {
-  change([=](ScaleState& state) { state.weight = kilograms; });
-}
-
-void SimulatedScale::change(const std::function<void(ScaleState&)>& change) {
-  loop_.call([&] { change(line_->scale().state()); });
-}
-
-ScaleState SimulatedScale::state() {
-  return loop_.call([&] { return line_->scale().state(); });
-}
-
-void SimulatedScale::setFaults(Faults faults) {
-  loop_.call([&] { line_->setFaults(faults); });
-}
-
-void SimulatedScale::setSpeed(int bitsPerSecond) {
-  loop_.call([&] { pty_->setLineEnd({bitsPerSecond, model_.line}); });
-}
-
-void SimulatedScale::goAway() {
-  loop_.call([&] { line_->goAway(); });
-}
-
-void SimulatedScale::comeBack() {
-  loop_.call([&] { line_->comeBack(); });
-}
-
-int SimulatedScale::count(Action action) {
-  return loop_.call([&] { return line_->scale().count(action); });
-}
-
 bool SimulatedScale::waitForCount(Action action, int wanted, std::chrono::milliseconds limit) {
   constexpr std::chrono::milliseconds kStep{2};
   const auto end = std::chrono::steady_clock::now() + limit;
@@ -87,22 +55,6 @@ bool SimulatedScale::waitForCount(Action action, int wanted, std::chrono::millis
     std::this_thread::sleep_for(kStep);
   }
   return true;
-}
-
-Bytes SimulatedScale::received() {
-  return loop_.call([&] { return received_; });
-}
-
-Bytes SimulatedScale::sent() {
-  return loop_.call([&] { return sent_; });
-}
-
-Bytes SimulatedScale::frame() {
-  return loop_.call([&] { return line_->scale().frame(); });
-}
-
-Reading SimulatedScale::expectedReading() {
-  return loop_.call([&] { return line_->scale().expectedReading(); });
 }
 
 }  // namespace sim

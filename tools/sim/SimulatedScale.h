@@ -37,31 +37,55 @@ class SimulatedScale {
   /// The port on 127.0.0.1; 0 on a pseudo-terminal. It stays the same too.
   int port() const { return port_; }
 
-  void setWeight(double kilograms);
+  void setWeight(double kilograms) {
+    change([=](ScaleState& state) { state.weight = kilograms; });
+  }
   /// Changes several things at once: `change([](ScaleState& s) { s.stable = false; ... })`.
-  void change(const std::function<void(ScaleState&)>& change);
-  ScaleState state();
-  void setFaults(Faults faults);
+  void change(const std::function<void(ScaleState&)>& change) {
+    loop_.call([&] { change(line_->scale().state()); });
+  }
+  ScaleState state() {
+    return loop_.call([&] { return line_->scale().state(); });
+  }
+  void setFaults(Faults faults) {
+    loop_.call([&] { line_->setFaults(faults); });
+  }
   /// From now on only a host with this speed understands the scale, and is understood. On a
   /// pseudo-terminal only.
-  void setSpeed(int bitsPerSecond);
+  void setSpeed(int bitsPerSecond) {
+    loop_.call([&] { pty_->setLineEnd({bitsPerSecond, model_.line}); });
+  }
 
   /// Makes the line vanish at once, as when the cable is pulled, and come back.
-  void goAway();
-  void comeBack();
+  void goAway() {
+    loop_.call([&] { line_->goAway(); });
+  }
+  void comeBack() {
+    loop_.call([&] { line_->comeBack(); });
+  }
 
   /// How many commands of a kind have come.
-  int count(Action action);
+  int count(Action action) {
+    return loop_.call([&] { return line_->scale().count(action); });
+  }
   /// Waits until `wanted` of them have come; false if they don't within `limit`.
   bool waitForCount(Action action, int wanted,
                     std::chrono::milliseconds limit = std::chrono::seconds{5});
   /// All bytes that have come, and all that went out to a host.
-  Bytes received();
-  Bytes sent();
+  Bytes received() {
+    return loop_.call([&] { return received_; });
+  }
+  Bytes sent() {
+    return loop_.call([&] { return sent_; });
+  }
 
   /// The frame of the present state, and what the component must read from it.
-  Bytes frame();
-  Reading expectedReading();
+  Bytes frame() {
+    return loop_.call([&] { return line_->scale().frame(); });
+  }
+  Reading expectedReading() {
+    return loop_.call([&] { return line_->scale().expectedReading(); });
+  }
 
  private:
   const ScaleModel& model_;

@@ -13,14 +13,6 @@ SimulationLoop::SimulationLoop() : wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC
   if (!wake_) fail("eventfd");
 }
 
-void SimulationLoop::watch(int fd, std::function<void()> ready) {
-  watches_.push_back({fd, std::move(ready)});
-}
-
-void SimulationLoop::unwatch(int fd) {
-  std::erase_if(watches_, [&](const Watch& watch) { return watch.fd == fd; });
-}
-
 void SimulationLoop::wake() {
   const std::uint64_t one = 1;
   // Fails only when the counter is full, and then the loop is awake anyway.

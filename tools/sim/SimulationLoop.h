@@ -25,8 +25,10 @@ class SimulationLoop {
     return added;
   }
   /// Calls `ready` whenever `fd` has input or has ended. Before `run`, or on its thread.
-  void watch(int fd, std::function<void()> ready);
-  void unwatch(int fd);
+  void watch(int fd, std::function<void()> ready) { watches_.push_back({fd, std::move(ready)}); }
+  void unwatch(int fd) {
+    std::erase_if(watches_, [&](const Watch& watch) { return watch.fd == fd; });
+  }
 
   /// Returns after `stop`.
   void run();

@@ -88,8 +88,6 @@ Bytes TcpEndpoint::receive() {
   return {};
 }
 
-void TcpEndpoint::send(std::span<const std::uint8_t> bytes) { fill(bytes); }
-
 std::size_t TcpEndpoint::fill(std::span<const std::uint8_t> bytes) {
   const ssize_t taken =
       client_ ? ::send(client_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) : 0;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 #include "CommandLine.h"
@@ -9,18 +10,12 @@ namespace {
 /// The text with what groff takes for its own written so that it comes out as it is; a hyphen stays
 /// one that can be copied into a shell.
 std::string escaped(std::string_view text) {
+  constexpr std::string_view kSpecial = "\\-'`^~\"";
+  constexpr std::array kInstead = {"\\e", "\\-", "\\(aq", "\\(ga", "\\(ha", "\\(ti", "\\(dq"};
   std::string result;
   for (const char c : text) {
-    switch (c) {
-      case '\\': result += "\\e"; break;
-      case '-': result += "\\-"; break;
-      case '\'': result += "\\(aq"; break;
-      case '`': result += "\\(ga"; break;
-      case '^': result += "\\(ha"; break;
-      case '~': result += "\\(ti"; break;
-      case '"': result += "\\(dq"; break;
-      default: result += c;
-    }
+    const std::size_t special = kSpecial.find(c);
+    result += special == std::string_view::npos ? std::string(1, c) : kInstead.at(special);
   }
   return result;
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <numeric>
 
 namespace sim {
@@ -12,11 +13,9 @@ namespace {
 bool isBinary(Form form) { return form == Form::LowFirst || form == Form::HighFirst; }
 bool hasPoint(Form form) { return form == Form::Written || form == Form::Backwards; }
 
-std::int64_t magnitudeOf(std::int64_t number) { return number < 0 ? -number : number; }
-
 /// The characters of a number that isn't binary, from left to right.
 std::string textOf(const Number& number, std::int64_t value, int decimals) {
-  std::string text = decimalText(magnitudeOf(value), hasPoint(number.form) ? decimals : 0);
+  std::string text = decimalText(std::abs(value), hasPoint(number.form) ? decimals : 0);
   const bool minus = value < 0 && number.minus != Minus::None;
   const std::size_t width = static_cast<std::size_t>(number.places);
   if (minus && number.minus == Minus::First) {
@@ -64,7 +63,7 @@ class Writer {
     const auto limits = number.limits(display_.decimals, negativeElsewhere_);
     std::int64_t value = std::clamp(display_.*number.of, limits.lowest, limits.highest);
     if (isBinary(number.form)) {
-      if (number.minus != Minus::Binary) value = magnitudeOf(value);
+      if (number.minus != Minus::Binary) value = std::abs(value);
       return addBinary(static_cast<std::uint64_t>(value), number);
     }
     const std::size_t begin = frame_.size();
@@ -174,7 +173,7 @@ std::int64_t powerOfTen(int exponent) {
 std::string decimalText(std::int64_t number, int decimals) {
   if (decimals == 0) return std::to_string(number);
   const std::int64_t one = powerOfTen(decimals);
-  const std::int64_t magnitude = magnitudeOf(number);
+  const std::int64_t magnitude = std::abs(number);
   return fmt::format("{}{}.{:0{}}", number < 0 ? "-" : "", magnitude / one, magnitude % one,
                      decimals);
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <system_error>
 
@@ -24,24 +25,13 @@ constexpr int kUnreadLimit = 1024;
 constexpr std::chrono::milliseconds kGraceBeforeHangUp{200};
 constexpr std::chrono::milliseconds kStreamInterval{100};
 
-struct Speed {
-  speed_t constant;
-  int bitsPerSecond;
-};
-constexpr std::array<Speed, 9> kSpeeds = {{{B600, 600},
-                                           {B1200, 1200},
-                                           {B2400, 2400},
-                                           {B4800, 4800},
-                                           {B9600, 9600},
-                                           {B19200, 19200},
-                                           {B38400, 38400},
-                                           {B57600, 57600},
-                                           {B115200, 115200}}};
-
 /// A speed that no scale has counts as the highest.
 int bitsPerSecondOf(speed_t constant) {
-  const auto* speed = std::ranges::find(kSpeeds, constant, &Speed::constant);
-  return speed == kSpeeds.end() ? kSpeeds.back().bitsPerSecond : speed->bitsPerSecond;
+  static const std::map<speed_t, int> kSpeeds = {
+      {B600, 600},     {B1200, 1200},   {B2400, 2400},   {B4800, 4800},    {B9600, 9600},
+      {B19200, 19200}, {B38400, 38400}, {B57600, 57600}, {B115200, 115200}};
+  const auto speed = kSpeeds.find(constant);
+  return speed == kSpeeds.end() ? 115200 : speed->second;
 }
 
 /// Links of simulators lead to "/dev/./pts/7", and by the dot they are known again.

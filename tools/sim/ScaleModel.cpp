@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ModelGroups.h"
+#include "Kin.h"
 
 namespace sim {
 
@@ -46,11 +46,10 @@ std::string Framing::text() const {
 }
 
 double asWritten(std::int64_t units, int decimals) {
+  // The remainder of a negative number is negative, too.
   const std::int64_t power = powerOfTen(decimals);
-  const std::int64_t magnitude = units < 0 ? -units : units;
-  const double value = static_cast<double>(magnitude / power) +
-                       static_cast<double>(magnitude % power) / static_cast<double>(power);
-  return units < 0 ? -value : value;
+  return static_cast<double>(units / power) +
+         static_cast<double>(units % power) / static_cast<double>(power);
 }
 
 bool ScaleModel::streams() const {

@@ -47,7 +47,6 @@ struct Display {
   bool overload = false;
 
   bool negative() const { return weight < 0; }
-  std::int64_t magnitude() const { return weight < 0 ? -weight : weight; }
 };
 
 /// What the component is to hand out for a frame, before the coefficient.

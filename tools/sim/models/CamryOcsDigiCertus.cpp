@@ -1,7 +1,6 @@
 // Models 17, 18, 23, 25: scales of the makers Camry, OCS, DIGI and Certus.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

@@ -1,7 +1,6 @@
 // Models 13, 14, 27, 28: scales that speak the CAS protocol or kin of it.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

@@ -1,7 +1,6 @@
 // Models 19, 21: scales of the maker JADEVER.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

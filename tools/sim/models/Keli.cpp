@@ -1,7 +1,6 @@
 // Models 16, 29, 38, 40: indicators of KELI and their kin.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

@@ -1,9 +1,32 @@
 #pragma once
 
+#include <array>
+#include <vector>
+
 #include "ScaleModel.h"
 
-/// What several makers have in common: fields, frames, and what the component makes of them.
+/// The descriptions of all models, and what several makers have in common: fields, frames, and what
+/// the component makes of them.
 namespace sim {
+
+std::vector<ScaleModel> prompriborModels();
+std::vector<ScaleModel> tekhnovagiAndAxisModels();
+std::vector<ScaleModel> mirvesovModels();
+std::vector<ScaleModel> massaKAndRinstrumModels();
+std::vector<ScaleModel> jadeverModels();
+std::vector<ScaleModel> casModels();
+std::vector<ScaleModel> keliModels();
+std::vector<ScaleModel> camryOcsDigiCertusModels();
+std::vector<ScaleModel> terminalModels();
+std::vector<ScaleModel> smartEsitVisBstModels();
+
+inline constexpr std::array kModelGroups = {
+    prompriborModels, tekhnovagiAndAxisModels,
+    mirvesovModels,   massaKAndRinstrumModels,
+    jadeverModels,    casModels,
+    keliModels,       camryOcsDigiCertusModels,
+    terminalModels,   smartEsitVisBstModels,
+};
 
 inline Fixed lineEnd() { return is(CR, LF); }
 inline constexpr Mark kStableOrUnstable = {.usual = "ST", .moving = "US"};

@@ -1,7 +1,6 @@
 // Models 10, 11: scales of Масса-К and indicators of Rinstrum.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

@@ -1,7 +1,6 @@
 // Models 7, 8, 12, 31, 34: scales of the maker Мирвесов.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

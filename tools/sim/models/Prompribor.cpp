@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

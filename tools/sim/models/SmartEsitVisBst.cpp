@@ -1,7 +1,6 @@
 // Models 33, 36, 37, 39, 41: scales SMART, ESIT, ВИС and BST.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

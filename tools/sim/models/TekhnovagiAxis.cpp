@@ -1,8 +1,9 @@
 // Models 2, 3, 9: scales of the makers Техноваги and Axis, which answer a short command with a
 // line of text.
 
+#include <cstdlib>
+
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 
@@ -11,7 +12,7 @@ namespace {
 /// A reading of kind E comes out with its number, without sign, and the code 1099.
 void errorIsCode1099(const Display& display, Reading& reading) {
   if (!display.overload) return;
-  reading.weight = asWritten(display.magnitude(), display.decimals);
+  reading.weight = asWritten(std::abs(display.weight), display.decimals);
   reading.code = 1099;
 }
 

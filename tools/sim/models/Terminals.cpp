@@ -1,7 +1,6 @@
 // Models 24, 26, 30, 35: weighing terminals IQ plus, HBM, ICS and Radwag.
 
 #include "Kin.h"
-#include "ModelGroups.h"
 
 namespace sim {
 

@@ -18,10 +18,6 @@ bool isFirstPart(const Request& request, const Bytes& written) {
          std::equal(first.begin(), first.end(), written.begin());
 }
 
-bool isSecondPart(const Request& request, const Bytes& written) {
-  return !request.second.empty() && std::ranges::equal(request.second.view(), written);
-}
-
 /// Whether a driver writes this for a price, whatever price it is, or for a setting in its place.
 bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
   if (const auto& price = sheet.commands.price) {
@@ -35,15 +31,14 @@ bool isPriceCommand(const ProtocolSheet& sheet, Frame written) {
 }
 
 Role roleOfWrite(const ProtocolSheet& sheet, const Bytes& written) {
-  const auto is = [&](const std::optional<Command>& command) {
-    return command && std::ranges::equal(command->bytes.view(), written);
-  };
-  if (isFirstPart(sheet.request, written)) {
-    return sheet.request.second.empty() ? Role::Request : Role::RequestFirst;
-  }
-  if (isSecondPart(sheet.request, written)) return Role::RequestSecond;
-  if (is(sheet.commands.tare)) return Role::Tare;
-  if (is(sheet.commands.zero)) return Role::Zero;
+  const auto is = [&](const ByteRow& bytes) { return std::ranges::equal(bytes.view(), written); };
+  const Request& request = sheet.request;
+  const Commands& commands = sheet.commands;
+  if (isFirstPart(request, written))
+    return request.second.empty() ? Role::Request : Role::RequestFirst;
+  if (!request.second.empty() && is(request.second)) return Role::RequestSecond;
+  if (commands.tare && is(commands.tare->bytes)) return Role::Tare;
+  if (commands.zero && is(commands.zero->bytes)) return Role::Zero;
   return isPriceCommand(sheet, written) ? Role::Price : Role::UnknownWrite;
 }
 

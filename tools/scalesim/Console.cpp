@@ -98,8 +98,6 @@ void Console::feed(std::string_view input) {
   if (pending_.size() > kLongestLine) pending_.clear();
 }
 
-void Console::end() { feed("\n"); }
-
 void Console::answer(std::string_view text) { out_ << visible(text) << std::endl; }
 
 void Console::execute(std::string_view line) {

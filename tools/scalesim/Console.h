@@ -17,7 +17,7 @@ class Console {
   /// Takes input in pieces of any size and carries out the lines that are whole.
   void feed(std::string_view input);
   /// Carries out what came without a line end, when nothing more comes.
-  void end();
+  void end() { feed("\n"); }
   /// True once `quit` has come.
   bool quit() const { return quit_; }
 

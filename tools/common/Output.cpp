@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <iostream>
+#include <locale>
 
 #include "Messages.h"
 
@@ -28,21 +29,17 @@ void settleLanguage(int argc, char** argv) {
 
 /// Length of the UTF-8 character at the head that may be shown; 0 if none stands there.
 std::size_t shownCharacter(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char first = byte(0);
-  constexpr unsigned char kDelete = 0x7F;
-  if (first < 0x80) return first == '\n' || first == '\t' || (first >= ' ' && first != kDelete);
-  const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() < size) return 0;
-  for (std::size_t i = 1; i < size; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80) return 0;
-  }
-  // The second set of control characters, over-long forms, halves of pairs, beyond the last one.
-  const unsigned char second = byte(1);
-  const bool wrong = (first == 0xC2 && second < 0xA0) || (first == 0xE0 && second < 0xA0) ||
-                     (first == 0xED && second >= 0xA0) || (first == 0xF0 && second < 0x90) ||
-                     (first == 0xF4 && second >= 0x90);
-  return wrong ? 0 : size;
+  using Utf8 = std::codecvt<char32_t, char8_t, std::mbstate_t>;
+  static const Utf8& utf8 = std::use_facet<Utf8>(std::locale::classic());
+  const auto* begin = reinterpret_cast<const char8_t*>(text.data());
+  const char8_t* end = begin;
+  std::mbstate_t state = {};
+  char32_t c = 0;
+  char32_t* next = nullptr;
+  utf8.in(state, begin, begin + text.size(), end, &c, &c + 1, next);
+  const bool control = (c < ' ' && c != '\n' && c != '\t') || (c >= 0x7F && c < 0xA0);
+  const bool halfOfPair = c >= 0xD800 && c < 0xE000;
+  return control || halfOfPair ? 0 : static_cast<std::size_t>(end - begin);
 }
 
 }  // namespace

@@ -5,26 +5,6 @@
 
 namespace sim {
 
-namespace {
-
-double gramsCut(std::int64_t units, int decimals) {
-  constexpr double kGramsInKilogram = 1000.0;
-  return std::trunc(asWritten(units, decimals) * kGramsInKilogram);
-}
-
-double gramsByDecimalCode(std::int64_t units, int decimals) {
-  return static_cast<double>(units * powerOfTen(3 - decimals));
-}
-
-double kilogramsByFactor(std::int64_t units, int decimals) {
-  constexpr std::array<double, 6> kFactors = {1.0, 0.1, 0.01, 0.001, 0.0001, 0.00001};
-  return static_cast<double>(units) * kFactors.at(static_cast<std::size_t>(decimals));
-}
-
-double rawCount(std::int64_t units, int /*decimals*/) { return static_cast<double>(units); }
-
-}  // namespace
-
 Layout operator+(Layout first, const Layout& second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;
@@ -55,10 +35,25 @@ Layout streamLine(Layout begin, std::string_view overload) {
                                    lineEnd()};
 }
 
-const WeightReading kGramsCut = {WeightUnit::Grams, gramsCut};
-const WeightReading kGramsByDecimalCode = {WeightUnit::Grams, gramsByDecimalCode};
-const WeightReading kKilogramsByFactor = {WeightUnit::Kilograms, kilogramsByFactor};
-const WeightReading kRawCount = {WeightUnit::Count, rawCount};
+const WeightReading kGramsCut = {WeightUnit::Grams, [](std::int64_t units, int decimals) {
+                                   constexpr double kGramsInKilogram = 1000.0;
+                                   return std::trunc(asWritten(units, decimals) * kGramsInKilogram);
+                                 }};
+
+const WeightReading kGramsByDecimalCode = {
+    WeightUnit::Grams, [](std::int64_t units, int decimals) {
+      return static_cast<double>(units * powerOfTen(3 - decimals));
+    }};
+
+const WeightReading kKilogramsByFactor = {
+    WeightUnit::Kilograms, [](std::int64_t units, int decimals) {
+      constexpr std::array<double, 6> kFactors = {1.0, 0.1, 0.01, 0.001, 0.0001, 0.00001};
+      return static_cast<double>(units) * kFactors.at(static_cast<std::size_t>(decimals));
+    }};
+
+const WeightReading kRawCount = {WeightUnit::Count, [](std::int64_t units, int /*decimals*/) {
+                                   return static_cast<double>(units);
+                                 }};
 
 void overloadIsCode7(const Display& display, Reading& reading) {
   if (!display.overload) return;

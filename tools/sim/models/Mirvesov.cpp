@@ -24,17 +24,6 @@ Layout a12eh(unsigned kind, unsigned status, char fill, const Fixed& end = is(CR
           end};
 }
 
-/// A weight that is not valid reads as a good zero in motion.
-void notValidIsZero(const Display& display, Reading& reading) {
-  if (!display.overload) return;
-  reading.weight = 0.0;
-  reading.stable = false;
-}
-
-double digitsRunTogether(std::int64_t units, int /*decimals*/) {
-  return static_cast<double>(units) * 1000.0;
-}
-
 }  // namespace
 
 std::vector<ScaleModel> mirvesovModels() {
@@ -83,7 +72,10 @@ std::vector<ScaleModel> mirvesovModels() {
        .layout = addressed({kSign, Number{.places = 7, .fill = '0'}}),
        .decimals = {.fewest = 0, .most = 4, .usual = 0},
        .usualWeight = 25.0,
-       .reads = {WeightUnit::Grams, digitsRunTogether},
+       .reads = {WeightUnit::Grams,
+                 [](std::int64_t units, int /*decimals*/) {
+                   return static_cast<double>(units) * 1000.0;
+                 }},
        .remark =
            message("the component leaves the point of the weight out, so a weight with decimals "
                    "comes out too large; by default the simulator shows whole kilograms, which "
@@ -98,7 +90,14 @@ std::vector<ScaleModel> mirvesovModels() {
        .number = 31,
        .layout = a12eh(0x2A, 0x20, '0'),
        .reads = kKilogramsByFactor,
-       .readSpecial = notValidIsZero,
+
+       // A weight that is not valid reads as a good zero in motion.
+       .readSpecial =
+           [](const Display& display, Reading& reading) {
+             if (!display.overload) return;
+             reading.weight = 0.0;
+             reading.stable = false;
+           },
        .variants = {{"division-2",
                      message("weighs in steps of 2; the component then leaves the point out"),
                      a12eh(0x32, 0x30, ' ')},

@@ -19,14 +19,11 @@ void costIsWorkedOutAgain(const Display& display, Reading& reading) {
   if (std::trunc(kilograms * price * 100.0) != reading.cost) reading.code = 1;
 }
 
-std::vector<Command> vnCommands() {
-  return {{Action::Weigh, is('<', kDeviceAddress, "!>")},
-          {Action::Tare, is('<', kDeviceAddress, "T>")}};
-}
-
 }  // namespace
 
 std::vector<ScaleModel> prompriborModels() {
+  const std::vector<Command> vnCommands = {{Action::Weigh, is('<', kDeviceAddress, "!>")},
+                                           {Action::Tare, is('<', kDeviceAddress, "T>")}};
   return {
       {// ВТА-60 (Промприбор)
        .number = 0,
@@ -47,7 +44,7 @@ std::vector<ScaleModel> prompriborModels() {
                    "code 1")},
       {// ВН-..-а-СI (блок ІЕ04, Промприбор)
        .number = 1,
-       .commands = vnCommands(),
+       .commands = vnCommands,
        .layout = {is('<', kDeviceAddress),
                   Number{.form = Form::Digits, .places = 6, .minus = Minus::Beside},
                   Status{.stable = 0x04, .decimals = true}, is('>')},
@@ -55,7 +52,7 @@ std::vector<ScaleModel> prompriborModels() {
        .reads = kGramsByDecimalCode},
       {// ВН-..- 220В (Блок ІЕ03, v1100, по запросу, Промприбор)
        .number = 4,
-       .commands = vnCommands(),
+       .commands = vnCommands,
        .layout = {is('<', kDeviceAddress), Number{.form = Form::Packed, .places = 6, .fill = '0'},
                   Status{.stable = 0x04, .negative = 0x20, .decimals = true}, is('>')},
        .decimals = kUpToThree,

@@ -7,17 +7,6 @@
 
 namespace sim {
 
-namespace {
-
-/// A reading of kind E comes out with its number, without sign, and the code 1099.
-void errorIsCode1099(const Display& display, Reading& reading) {
-  if (!display.overload) return;
-  reading.weight = asWritten(std::abs(display.weight), display.decimals);
-  reading.code = 1099;
-}
-
-}  // namespace
-
 std::vector<ScaleModel> tekhnovagiAndAxisModels() {
   return {
       {// TBE  (Техноваги)
@@ -32,7 +21,14 @@ std::vector<ScaleModel> tekhnovagiAndAxisModels() {
        .layout = {is("R01"), Mark{.usual = "W", .negative = "N", .overload = "E"},
                   Number{.places = 6, .fill = '0'}, lineEnd()},
        .checkedByte = -2,
-       .readSpecial = errorIsCode1099},
+
+       // A reading of kind E comes out with its number, without sign, and the code 1099.
+       .readSpecial =
+           [](const Display& display, Reading& reading) {
+             if (!display.overload) return;
+             reading.weight = asWritten(std::abs(display.weight), display.decimals);
+             reading.code = 1099;
+           }},
       {// BDU, BTU, BD, 4BDU, SE01, SE02 (Axis)
        .number = 9,
        .commands = {{Action::Weigh, is("SI\r\n")}, {Action::Tare, is("ST\r\n")}},

@@ -59,9 +59,12 @@ class SettingsFile {
                                    path_.string()));
     }
     // By way of a second name, so that whoever waits for the file finds it whole.
-    const std::filesystem::path fresh = folder / ".scalesim";
-    if (!(std::ofstream(fresh) << settingsDocument(kRoot, entries) << std::flush))
-      throw std::system_error(errno, std::generic_category(), path_.string());
+    const std::filesystem::path fresh = folder / fmt::format(".scalesim-{}", ::getpid());
+    if (!(std::ofstream(fresh) << settingsDocument(kRoot, entries) << std::flush)) {
+      const int reason = errno;
+      ::unlink(fresh.c_str());
+      throw std::system_error(reason, std::generic_category(), path_.string());
+    }
     std::filesystem::rename(fresh, path_);
   }
   ~SettingsFile() {

@@ -1,7 +1,7 @@
 #include "ModelNotes.h"
 
 #include <algorithm>
-#include <regex>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -43,18 +43,28 @@ const Json& listOf(const Json& entry, const char* name) {
   return entry.contains(name) ? entry[name] : kNone;
 }
 
-/// Whether the bytes hold the pattern somewhere: places of two hexadecimal digits, of which '?' is
-/// any; "20|2D" is either.
-bool holds(std::span<const std::uint8_t> bytes, std::string pattern) {
-  std::ranges::replace(pattern, '?', '.');
-  const std::string places = std::regex_replace(pattern, std::regex("[^ ]+"), "(?:$&)");
-  return std::regex_search(hexText(bytes), std::regex("\\b" + places));
+/// One place of a pattern: two hexadecimal digits, of which '?' is any; "20|2D" is either.
+bool fits(std::uint8_t byte, std::string_view place) {
+  static constexpr std::string_view kDigits = "0123456789ABCDEF";
+  const auto same = [](char digit, unsigned nibble) {
+    return digit == '?' || digit == kDigits[nibble];
+  };
+  return std::ranges::any_of(partsOf(place, '|'), [&](std::string_view digits) {
+    return same(digits[0], byte >> 4U) && same(digits[1], byte & 0x0FU);
+  });
+}
+
+/// Whether the bytes hold the pattern somewhere.
+bool holds(std::span<const std::uint8_t> bytes, std::string_view pattern) {
+  const std::vector<std::string_view> places = partsOf(pattern, ' ');
+  return !std::ranges::search(bytes, places, fits).empty();
 }
 
 /// The first entry of a list of the model's whose pattern the bytes hold; null for none.
 const Json* entryThatFits(int model, const char* list, std::span<const std::uint8_t> bytes) {
   for (const Json& entry : listOf(notesOf(model), list)) {
-    if (entry.contains("pattern") && holds(bytes, entry["pattern"])) return &entry;
+    if (entry.contains("pattern") && holds(bytes, entry["pattern"].get_ref<const std::string&>()))
+      return &entry;
   }
   return nullptr;
 }

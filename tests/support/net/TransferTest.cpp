@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "ClsSocket.h"
+#include "DataBufferView.h"
 #include "NetTesting.h"
 #include "SystemCalls.h"
 #include "TcpPeer.h"
@@ -196,6 +197,18 @@ TEST_F(Transfer, ASpuriousWakeUpCountsAsATimeout) {
     EXPECT_EQ(socket.get_ReceiveFailReason(), ClsSocket::TimedOut);
   }
   EXPECT_EQ(receiveBytes(socket, 1), (ReceivedBytes{true, "a"}));
+}
+
+TEST(DataBufferView, GivesInTurnWhatIsAddedInBetween) {
+  DataBufferView bytes;
+  DataBuffer taken;
+  for (const char* piece : {"abc", "def", "ghi"}) {
+    ASSERT_TRUE(bytes.append(piece, 3));
+    ASSERT_TRUE(bytes.takeFront(2, taken));
+  }
+  ASSERT_TRUE(bytes.takeFront(9, taken));
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(taken.getData2()), taken.getSize()),
+            "abcdefghi");
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ TEST(CharsetTest, SpecialNames) {
       {"thumbprint", 18},  {"gb18030", 936},   {"iso-8859-8 visual", 28598}};
   for (const auto& [name, codePage] : cases) {
     EXPECT_EQ(CharsetNaming::GetCodePage_p(name), codePage) << name;
+    EXPECT_EQ(CharsetNaming::CharsetValid_p(name), codePage != 0) << name;
   }
 }
 

@@ -73,6 +73,7 @@ TEST_F(CkStringTest, BuildsTexts) {
 
   text.append(static_cast<const char*>(nullptr));
   text.appendU(nullptr);
+  text.appendAnsi(nullptr);
   EXPECT_TRUE(text.endsWith(nullptr));
   EXPECT_EQ(text.getNumChars(), 10);
   text.setStringUtf16(nullptr);

@@ -118,7 +118,9 @@ int runMatrix(std::size_t threads, const std::string& wanted) {
   return failed == 0 && !leaks && !cells.empty() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-int run(int argc, char** argv) {
+}  // namespace
+
+int main(int argc, char** argv) try {
   std::size_t threads = 48;
   std::string wanted;
   CLI::App app("Every model, over both transports, against every fault of scale and line");
@@ -128,15 +130,7 @@ int run(int argc, char** argv) {
   app.add_option("cells", wanted, "Only those with this in their name, as \"model 13, TCP\"");
   CLI11_PARSE(app, argc, argv);
   return runMatrix(threads, wanted);
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    std::cerr << "fault_matrix: " << error.what() << '\n';
-    return EXIT_FAILURE;
-  }
+} catch (const std::exception& error) {
+  std::cerr << "fault_matrix: " << error.what() << '\n';
+  return EXIT_FAILURE;
 }

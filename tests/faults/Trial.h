@@ -52,7 +52,7 @@ class Trial {
  private:
   using Clock = std::chrono::steady_clock;
 
-  std::string judge(Expected expected, const sim::Reading& got, double weightBefore);
+  bool allows(Expected expected, const sim::Reading& got, double weightBefore);
   void note(std::string_view when, const std::string& what);
   void noteIfLate(std::string_view when, Clock::time_point begin, std::chrono::milliseconds waits);
 

@@ -18,8 +18,6 @@ std::vector<ExchangeCase> allCases() {
   return cases;
 }
 
-std::vector<std::uint8_t> bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
-
 bool hasVerdict(const ExplainedRecord& row) { return row.verdict.has_value(); }
 
 const Verdict& lastVerdict(const Explanation& explanation) {
@@ -57,19 +55,6 @@ TEST(RecogniseLog, FindsTheModelOfEveryRecordedExchange) {
                 std::ranges::count(found.kin, recorded.model) > 0)
         << recorded.name << " taken for " << found.model->number;
   }
-}
-
-TEST(Fields, StandWhereTheProtocolHasThem) {
-  // "?" moving at 3, minus at 5, nine places of weight from 6.
-  const std::vector<std::uint8_t> frame = bytesOf("SUI  -    1.250 kg \r\n");
-  std::vector<std::size_t> weight;
-  std::vector<std::size_t> stable;
-  for (const FrameField& field : fieldsOf(*findScalesModel(35)->sheet, frame)) {
-    if (field.name == FrameField::Name::Weight) weight = field.bytes;
-    if (field.name == FrameField::Name::Stable) stable = field.bytes;
-  }
-  EXPECT_EQ(stable, std::vector<std::size_t>{3});
-  EXPECT_EQ(weight, (std::vector<std::size_t>{5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstring>
+
 #include "Memory.h"
 
 namespace fixture {
@@ -8,7 +10,14 @@ namespace fixture {
 class MemoryManager final : public host::Memory {
  public:
   /// A block's content is whatever a platform may leave in it.
-  bool AllocMemory(void** memory, unsigned long bytes) override;
+  bool AllocMemory(void** memory, unsigned long bytes) override {
+    constexpr int kJunk = 0xA5;
+    const bool fails = failing_ || allocations_ == failAt_;
+    ++allocations_;
+    if (fails || !Memory::AllocMemory(memory, bytes)) return false;
+    std::memset(*memory, kJunk, bytes);
+    return true;
+  }
 
   /// The n-th allocation from now on (the next one is 0) fails, and no other.
   void failAt(int n) { failAt_ = allocations_ + n; }

@@ -40,13 +40,12 @@ void run(Cell& cell) {
 
 void runAll(const std::vector<Cell*>& cells, std::size_t threads) {
   std::atomic<std::size_t> next = 0;
-  std::vector<std::thread> pool;
+  std::vector<std::jthread> pool;
   for (std::size_t i = 0; i < std::min(threads, cells.size()); ++i) {
     pool.emplace_back([&] {
       for (std::size_t own = next++; own < cells.size(); own = next++) run(*cells[own]);
     });
   }
-  for (std::thread& thread : pool) thread.join();
 }
 
 std::vector<Cell*> select(std::vector<Cell>& cells, auto wanted) {

@@ -61,30 +61,25 @@ void corruptOnce(Trial& trial) {
   misbehave(trial, {.corruptEvery = 1, .frames = 1}, trial.ifTold(Expected::Right));
 }
 
-void garbageAtLineSpeed(Trial& trial) {
-  trial.talks({.stretch = kEndless, .gap = milliseconds{2}});
-  misbehave(trial, {.endless = Endless::Garbage, .bytesPerSecond = kLineSpeed},
+void endlessGarbage(Trial& trial, int bytesPerSecond) {
+  const milliseconds gap{(1000 + bytesPerSecond - 1) / bytesPerSecond};
+  trial.talks({.stretch = kEndless, .gap = gap});
+  misbehave(trial, {.endless = Endless::Garbage, .bytesPerSecond = bytesPerSecond},
             trial.ifTold(Expected::NoAnswer));
 }
 
-void garbageTrickle(Trial& trial) {
-  constexpr int kBytesPerSecond = 50;
-  trial.talks({.stretch = kEndless, .gap = milliseconds{1000 / kBytesPerSecond}});
-  misbehave(trial, {.endless = Endless::Garbage, .bytesPerSecond = kBytesPerSecond},
-            trial.ifTold(Expected::NoAnswer));
+void garbageAtLineSpeed(Trial& trial) { endlessGarbage(trial, kLineSpeed); }
+
+void garbageTrickle(Trial& trial) { endlessGarbage(trial, 50); }
+
+void flood(Trial& trial, Endless what, Expected expected) {
+  trial.talks({.stretch = kEndless}, kFloodWork);
+  misbehave(trial, {.endless = what}, trial.ifTold(expected));
 }
 
-void garbageFlood(Trial& trial) {
-  trial.talks({.stretch = kEndless});
-  trial.worksFor(kFloodWork);
-  misbehave(trial, {.endless = Endless::Garbage}, trial.ifTold(Expected::NoAnswer));
-}
+void garbageFlood(Trial& trial) { flood(trial, Endless::Garbage, Expected::NoAnswer); }
 
-void frameFlood(Trial& trial) {
-  trial.talks({.stretch = kEndless});
-  trial.worksFor(kFloodWork);
-  misbehave(trial, {.endless = Endless::Frames}, trial.ifTold(Expected::RightOrNone));
-}
+void frameFlood(Trial& trial) { flood(trial, Endless::Frames, Expected::RightOrNone); }
 
 void oneByteAtATime(Trial& trial) {
   constexpr milliseconds kPause{5};

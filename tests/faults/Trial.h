@@ -33,10 +33,11 @@ class Trial {
   bool overTcp() const { return transport_ == sim::Transport::Tcp; }
   sim::SimulatedScale& scale() { return scale_; }
 
-  /// How the scale sends from now on.
-  void talks(Talk talk) { talk_ = talk; }
-  /// Calls need so much of the processor beside their waits from now on.
-  void worksFor(std::chrono::milliseconds work) { work_ = work; }
+  /// How the scale sends from now on, and what that costs a call of the processor beside its waits.
+  void talks(Talk talk, std::chrono::milliseconds work = {}) {
+    talk_ = talk;
+    work_ = work;
+  }
 
   /// `expected` if the driver has a way to tell a bad frame of this model, otherwise anything.
   Expected ifTold(Expected expected) const;

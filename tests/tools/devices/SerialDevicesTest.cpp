@@ -62,6 +62,7 @@ TEST(SerialDevices, TellsTheDriverAndWhatADeviceLacks) {
   EXPECT_EQ(board->driver, "serial");
   EXPECT_FALSE(board->adapter);
   EXPECT_EQ(board->byAdapter, "");
+  EXPECT_FALSE(devices::findAgain(*board, {}, machine.roots()));
 
   EXPECT_FALSE(devices::deviceAt("/dev/null", machine.roots()));
   EXPECT_FALSE(devices::deviceAt(machine.device("ttyUSB7"), machine.roots()));
@@ -111,13 +112,6 @@ TEST(Replugged, AdapterIsFoundAgainWhereNothingElseCanBeMeant) {
     const auto found = devices::findAgain(before.value(), all, machine.roots());
     EXPECT_EQ(found ? found->path.filename() : "", row.found) << row.what;
   }
-}
-
-TEST(Replugged, APortOfTheBoardIsNoAdapter) {
-  FakeMachine machine;
-  machine.addBoardPort("ttyS0", 4);
-  const auto board = devices::deviceAt(machine.device("ttyS0"), machine.roots());
-  EXPECT_FALSE(devices::findAgain(board.value(), {}, machine.roots()));
 }
 
 }  // namespace

@@ -12,9 +12,13 @@ bool beginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC
 
 std::vector<std::string_view> partsOf(std::string_view text, char separator) {
   std::vector<std::string_view> parts;
-  for (const auto part : std::views::split(text, separator))
-    parts.emplace_back(part.begin(), part.end());
-  return parts;
+  if (text.empty()) return parts;
+  for (;;) {
+    const std::size_t end = text.find(separator);
+    parts.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) return parts;
+    text.remove_prefix(end + 1);
+  }
 }
 
 std::string hexText(std::span<const std::uint8_t> bytes) {

@@ -57,7 +57,7 @@ bool fits(std::uint8_t byte, std::string_view place) {
 /// Whether the bytes hold the pattern somewhere.
 bool holds(std::span<const std::uint8_t> bytes, std::string_view pattern) {
   const std::vector<std::string_view> places = partsOf(pattern, ' ');
-  return !std::ranges::search(bytes, places, fits).empty();
+  return std::search(bytes.begin(), bytes.end(), places.begin(), places.end(), fits) != bytes.end();
 }
 
 /// The first entry of a list of the model's whose pattern the bytes hold; null for none.
